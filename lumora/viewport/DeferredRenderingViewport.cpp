@@ -1,0 +1,409 @@
+#include "DeferredRenderingViewport.h"
+
+#include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGCamera.h>
+#include <OpenSG/OSGGeometry.h>
+#include <OpenSG/OSGGroup.h>
+#include <OpenSG/OSGMaterialGroup.h>
+#include <OpenSG/OSGSHLParameterChunk.h>
+#include <OpenSG/OSGWindow.h>
+
+#include <limits>
+
+OSG_BEGIN_NAMESPACE
+
+// The G-buffer's shininess channel holds log2(shininess) / 8 so that the
+// light shaders' pow(2.0, a * 8.0) gives the material's shininess back.
+const char *DeferredRenderingViewport::s_strGBufferVertex =
+    "varying vec3 vNormal;\n"
+    "\n"
+    "void main(void)\n"
+    "{\n"
+    "    gl_Position = ftransform();\n"
+    "    gl_TexCoord[0] = gl_TextureMatrix[0] * gl_MultiTexCoord0;\n"
+    "    vNormal = normalize(gl_NormalMatrix * gl_Normal);\n"
+    "}\n";
+
+const char *DeferredRenderingViewport::s_strGBufferFragment =
+    "uniform bool bUseDiffuseTexture;\n"
+    "uniform sampler2D texDiffuse;\n"
+    "\n"
+    "varying vec3 vNormal;\n"
+    "\n"
+    "void main(void)\n"
+    "{\n"
+    "    vec4 diffuse = gl_FrontMaterial.diffuse;\n"
+    "    if(bUseDiffuseTexture)\n"
+    "        diffuse = texture2D(texDiffuse, gl_TexCoord[0].st);\n"
+    "\n"
+    "    float fLogShininess = log2(max(gl_FrontMaterial.shininess, 1.0)) / 8.0;\n"
+    "\n"
+    "    gl_FragData[0] = vec4(vNormal * 0.5 + 0.5, 1.0);\n"
+    "    gl_FragData[1] = diffuse;\n"
+    "    gl_FragData[2] = vec4(gl_FrontMaterial.specular.rgb, fLogShininess);\n"
+    "    gl_FragData[3] = gl_FrontMaterial.emission;\n"
+    "}\n";
+
+void DeferredRenderingViewport::initMethod(void)
+{
+}
+
+DeferredRenderingViewport::DeferredRenderingViewport(void) :
+    Inherited         (),
+    lastWidth         (-1),
+    lastHeight        (-1),
+    forwardNodes      (),
+    deferredNodes     (),
+    gbufferTarget     (),
+    lightTarget       (),
+    gbufferShader     (NullFC),
+    fullscreenMaterial(NullFC),
+    gbufferBlend      (NullFC),
+    forwardDepth      (NullFC),
+    lightRoot         (NullFC),
+    lightRenderAction (NULL),
+    fullscreenQuad    (NullFC)
+{
+}
+
+DeferredRenderingViewport::DeferredRenderingViewport(const DeferredRenderingViewport &source) :
+    Inherited         (source),
+    lastWidth         (source.lastWidth),
+    lastHeight        (source.lastHeight),
+    forwardNodes      (),
+    deferredNodes     (),
+    gbufferTarget     (),
+    lightTarget       (),
+    gbufferShader     (NullFC),
+    fullscreenMaterial(NullFC),
+    gbufferBlend      (NullFC),
+    forwardDepth      (NullFC),
+    lightRoot         (NullFC),
+    lightRenderAction (NULL),
+    fullscreenQuad    (NullFC)
+{
+}
+
+DeferredRenderingViewport::~DeferredRenderingViewport(void)
+{
+}
+
+void DeferredRenderingViewport::onCreate(const DeferredRenderingViewport *)
+{
+    // The prototype made during start-up owns nothing.
+    if(GlobalSystemState == Startup)
+        return;
+
+    lightRoot = makeNodeFor(Group::create());
+    addRefCP(lightRoot);
+
+    lightRenderAction = RenderAction::create();
+    lightRenderAction->setFrustumCulling(false);
+
+    forwardDepth = DepthChunk::create();
+    addRefCP(forwardDepth);
+    beginEditCP(forwardDepth);
+    forwardDepth->setEnable(true);
+    forwardDepth->setFunc(GL_LEQUAL);
+    forwardDepth->setReadOnly(false);
+    endEditCP(forwardDepth);
+
+    gbufferBlend = BlendChunk::create();
+    addRefCP(gbufferBlend);
+    beginEditCP(gbufferBlend);
+    gbufferBlend->setSrcFactor(GL_ONE);
+    gbufferBlend->setDestFactor(GL_ZERO);
+    endEditCP(gbufferBlend);
+
+    gbufferShader = SHLChunk::create();
+    addRefCP(gbufferShader);
+    beginEditCP(gbufferShader);
+    gbufferShader->setVertexProgram(s_strGBufferVertex);
+    gbufferShader->setFragmentProgram(s_strGBufferFragment);
+    endEditCP(gbufferShader);
+
+    fullscreenMaterial = ChunkMaterial::create();
+    addRefCP(fullscreenMaterial);
+
+    fullscreenQuad = PolygonForeground::create();
+    addRefCP(fullscreenQuad);
+    beginEditCP(fullscreenQuad);
+    fullscreenQuad->getPositions().push_back(Pnt2f(0, 1));
+    fullscreenQuad->getPositions().push_back(Pnt2f(0, 0));
+    fullscreenQuad->getPositions().push_back(Pnt2f(1, 0));
+    fullscreenQuad->getPositions().push_back(Pnt2f(1, 1));
+    fullscreenQuad->getTexCoords().push_back(Vec3f(0, 1, 0));
+    fullscreenQuad->getTexCoords().push_back(Vec3f(0, 0, 0));
+    fullscreenQuad->getTexCoords().push_back(Vec3f(1, 0, 0));
+    fullscreenQuad->getTexCoords().push_back(Vec3f(1, 1, 0));
+    fullscreenQuad->setMaterial(fullscreenMaterial);
+    endEditCP(fullscreenQuad);
+}
+
+void DeferredRenderingViewport::onDestroy(void)
+{
+    if(gbufferShader != NullFC)
+        subRefCP(gbufferShader);
+    if(fullscreenMaterial != NullFC)
+        subRefCP(fullscreenMaterial);
+
+    delete lightRenderAction;
+    lightRenderAction = NULL;
+
+    subRefCP(gbufferBlend);
+    subRefCP(forwardDepth);
+    subRefCP(lightRoot);
+    subRefCP(fullscreenQuad);
+
+    Inherited::onDestroy();
+}
+
+void DeferredRenderingViewport::changed(BitVector whichField, UInt32 origin)
+{
+    Inherited::changed(whichField, origin);
+}
+
+void DeferredRenderingViewport::dump(UInt32, const BitVector) const
+{
+    SLOG << "Dump DeferredRenderingViewport NI" << std::endl;
+}
+
+// --- scene preparation ------------------------------------------------------
+
+void DeferredRenderingViewport::prepareScene(NodePtr root)
+{
+    forwardNodes.clear();
+    deferredNodes.clear();
+
+    traverse(root, osgTypedMethodFunctor1ObjPtrCPtrRef<Action::ResultE,
+                                                       DeferredRenderingViewport,
+                                                       NodePtr>(
+                       this, &DeferredRenderingViewport::prepareNode));
+}
+
+Action::ResultE DeferredRenderingViewport::prepareNode(NodePtr &node)
+{
+    if(node->getTravMask() != 0xFFFFFFFF || node->getCore() == NullFC)
+        return Action::Continue;
+
+    MaterialPtr    material;
+    NodeCorePtr    core     = node->getCore();
+    GeometryPtr    geometry = GeometryPtr::dcast(core);
+    MaterialGroupPtr group  = MaterialGroupPtr::dcast(core);
+
+    if(geometry != NullFC)
+        material = geometry->getMaterial();
+    else if(group != NullFC)
+        material = group->getMaterial();
+    else
+        return Action::Continue;
+
+    ChunkMaterialPtr chunkMaterial = ChunkMaterialPtr::dcast(material);
+    if(chunkMaterial == NullFC)
+        return Action::Continue;
+
+    if(chunkMaterial->isTransparent())
+    {
+        forwardNodes.push_back(node);
+        if(chunkMaterial->find(forwardDepth) < 0)
+        {
+            beginEditCP(chunkMaterial, ChunkMaterial::ChunksFieldMask);
+            chunkMaterial->addChunk(forwardDepth, State::AutoSlotReplace);
+            endEditCP(chunkMaterial, ChunkMaterial::ChunksFieldMask);
+        }
+        return Action::Continue;
+    }
+
+    deferredNodes.push_back(node);
+
+    chunkMaterial->rebuildState();
+    StatePtr state = chunkMaterial->getState(0);
+
+    if(chunkMaterial->find(gbufferShader) >= 0)
+        return Action::Continue;
+
+    bool useDiffuseTexture = false;
+    for(UInt32 i = 0; i < state->getChunks().size(); ++i)
+    {
+        StateChunkPtr chunk = state->getChunks()[i];
+        if(chunk == NullFC)
+            continue;
+
+        if(BlendChunkPtr::dcast(chunk) != NullFC || SHLChunkPtr::dcast(chunk) != NullFC)
+        {
+            beginEditCP(chunk, StateChunk::IgnoreFieldMask);
+            chunk->setIgnore(true);
+            endEditCP(chunk, StateChunk::IgnoreFieldMask);
+        }
+        else
+        {
+            TextureChunkPtr texture = TextureChunkPtr::dcast(chunk);
+            if(texture != NullFC && texture->getImage() != NullFC)
+                useDiffuseTexture = true;
+        }
+    }
+
+    SHLParameterChunkPtr parameters = SHLParameterChunk::create();
+    beginEditCP(parameters);
+    parameters->setSHLChunk(gbufferShader);
+    parameters->setUniformParameter("bUseDiffuseTexture", useDiffuseTexture);
+    parameters->setUniformParameter("texDiffuse", Int32(0));
+    endEditCP(parameters);
+
+    beginEditCP(chunkMaterial, ChunkMaterial::ChunksFieldMask);
+    chunkMaterial->addChunk(gbufferShader, State::AutoSlotReplace);
+    chunkMaterial->addChunk(gbufferBlend,  State::AutoSlotReplace);
+    chunkMaterial->addChunk(parameters,    State::AutoSlotReplace);
+    endEditCP(chunkMaterial, ChunkMaterial::ChunksFieldMask);
+
+    return Action::Continue;
+}
+
+// --- buffers ----------------------------------------------------------------
+
+void DeferredRenderingViewport::initializeBuffers(void)
+{
+    Int32 l = getPixelLeft();
+    Int32 b = getPixelBottom();
+    Int32 r = getPixelRight();
+    Int32 t = getPixelTop();
+
+    if(gbufferTarget.isInitialized())
+    {
+        gbufferTarget.resize(l, b, r, t);
+    }
+    else
+    {
+        gbufferTarget.initialize(getParent(), l, b, r, t);
+        gbufferTarget.setBgClear(Color4f(0, 0, 0, 0), 1.0f, true, true);
+        gbufferTarget.addTargetTexture(GL_RGB10_A2, GL_RGBA, GL_NEAREST,
+                                       Image::OSG_RGBA_PF, Image::OSG_UINT8_IMAGEDATA, 1.0f, 1);
+        gbufferTarget.addTargetTexture(GL_RGBA8, GL_RGBA, GL_NEAREST,
+                                       Image::OSG_RGBA_PF, Image::OSG_UINT8_IMAGEDATA, 1.0f, 1);
+        gbufferTarget.addTargetTexture(GL_RGBA8, GL_RGBA, GL_NEAREST,
+                                       Image::OSG_RGBA_PF, Image::OSG_UINT8_IMAGEDATA, 1.0f, 1);
+        gbufferTarget.addTargetTexture(GL_RGBA8, GL_RGBA, GL_NEAREST,
+                                       Image::OSG_RGBA_PF, Image::OSG_UINT8_IMAGEDATA, 1.0f, 1);
+        gbufferTarget.addTargetTexture(GL_DEPTH_COMPONENT32, GL_DEPTH_COMPONENT, GL_NEAREST,
+                                       Image::OSG_L_PF, Image::OSG_INT32_IMAGEDATA, 1.0f, 1);
+    }
+
+    if(lightTarget.isInitialized())
+    {
+        lightTarget.resize(l, b, r, t);
+        return;
+    }
+
+    lightTarget.initialize(getParent(), l, b, r, t);
+    lightTarget.setBgClear(Color4f(0, 0, 0, 0), 1.0f, true, false);
+    lightTarget.addTargetTexture(GL_RGB16F_ARB, GL_RGB, GL_LINEAR,
+                                 Image::OSG_RGB_PF, Image::OSG_FLOAT16_IMAGEDATA, 1.0f, 1);
+    lightTarget.addTargetTexture(gbufferTarget.getTargetTexture(4));
+}
+
+void DeferredRenderingViewport::enableNodes(const std::vector<NodePtr> &nodes, bool enable)
+{
+    // Written directly: hiding nodes for one pass is not a scene change.
+    for(NodePtr node : nodes)
+        node->setTravMask(enable ? 0xFFFFFFFF : 0);
+}
+
+void DeferredRenderingViewport::showTextureFullscreen(RenderActionBase *action,
+                                                      TextureChunkPtr   texture)
+{
+    beginEditCP(fullscreenMaterial, ChunkMaterial::ChunksFieldMask);
+    fullscreenMaterial->addChunk(texture, State::AutoSlotReplace);
+    endEditCP(fullscreenMaterial, ChunkMaterial::ChunksFieldMask);
+
+    activate();
+
+    fullscreenQuad->draw(action, this);
+    for(UInt32 i = 0; i < getForegrounds().size(); ++i)
+        getForegrounds()[i]->draw(action, this);
+
+    deactivate();
+
+    beginEditCP(fullscreenMaterial, ChunkMaterial::ChunksFieldMask);
+    fullscreenMaterial->subChunk(texture, State::AutoSlotReplace);
+    endEditCP(fullscreenMaterial, ChunkMaterial::ChunksFieldMask);
+}
+
+// --- the frame --------------------------------------------------------------
+
+void DeferredRenderingViewport::render(RenderActionBase *action)
+{
+    WindowPtr window = getParent();
+    if(window == NullFC)
+        return;
+    if(window->getWidth() == 0 || window->getHeight() == 0)
+        return;
+    if(getCamera() == NullFC)
+    {
+        SWARNING << "DeferredRenderingViewport::render: no camera!" << std::endl;
+        return;
+    }
+    if(getBackground() == NullFC)
+    {
+        SWARNING << "DeferredRenderingViewport::render: no Background!" << std::endl;
+        return;
+    }
+    if(getRoot() == NullFC)
+    {
+        SWARNING << "DeferredRenderingViewport::render: no Root!" << std::endl;
+        return;
+    }
+
+    if(lastWidth != window->getWidth() || lastHeight != window->getHeight())
+    {
+        initializeBuffers();
+        lastWidth  = window->getWidth();
+        lastHeight = window->getHeight();
+        window->frameInit();
+    }
+
+    CameraPtr camera = getCamera();
+
+    action->setViewport(this);
+    action->setCamera(camera.getCPtr());
+    action->setBackground(getBackground().getCPtr());
+    action->setTravMask(getTravMask());
+
+    // Geometry pass: opaque geometry writes the G-buffer.
+    enableNodes(forwardNodes, false);
+    gbufferTarget.renderScene(getRoot(), camera, action, getBackground());
+
+    Vec2f  camNearFar(camera->getNear(), camera->getFar());
+    Matrix viewing;
+    Matrix projection;
+    camera->getViewing   (viewing,    lastWidth, lastHeight);
+    camera->getProjection(projection, lastWidth, lastHeight);
+
+    // Light pass: light volumes add into the float buffer; no volume may be
+    // cut by the far plane.
+    lightRenderAction->setWindow(window.getCPtr());
+    Real32 farDistance = camera->getFar();
+    beginEditCP(camera, Camera::FarFieldMask);
+    camera->setFar(std::numeric_limits<Real32>::max());
+    endEditCP(camera, Camera::FarFieldMask);
+
+    lightTarget.renderScene(lightRoot, camera, lightRenderAction, NullFC);
+
+    beginEditCP(camera, Camera::FarFieldMask);
+    camera->setFar(farDistance);
+    endEditCP(camera, Camera::FarFieldMask);
+
+    // Forward pass: transparent geometry over the lit image, depth-tested
+    // against the G-buffer's depth.
+    enableNodes(deferredNodes, false);
+    enableNodes(forwardNodes, true);
+    lightTarget.setBgClear(Color4f(0, 0, 0, 0), 1.0f, false, false);
+    lightTarget.renderScene(getRoot(), camera, action, NullFC);
+    lightTarget.setBgClear(Color4f(0, 0, 0, 0), 1.0f, true, false);
+    enableNodes(deferredNodes, true);
+
+    TextureChunkPtr current = lightTarget.getTargetTexture(0);
+
+    showTextureFullscreen(action, current);
+}
+
+OSG_END_NAMESPACE

@@ -1,0 +1,97 @@
+#ifndef _LUMORA_DEFERREDRENDERINGVIEWPORT_H_
+#define _LUMORA_DEFERREDRENDERINGVIEWPORT_H_
+
+#include <OpenSG/OSGConfig.h>
+#include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGAction.h>
+#include <OpenSG/OSGRenderAction.h>
+#include <OpenSG/OSGSHLChunk.h>
+#include <OpenSG/OSGChunkMaterial.h>
+#include <OpenSG/OSGBlendChunk.h>
+#include <OpenSG/OSGDepthChunk.h>
+#include <OpenSG/OSGPolygonForeground.h>
+#include <OpenSG/OSGTextureChunk.h>
+#include <OpenSG/OSGLight.h>
+
+#include "DeferredRenderingViewportBase.h"
+#include "OSGRenderTarget.h"
+#include "LumoraInit.h"
+
+#include <vector>
+
+OSG_BEGIN_NAMESPACE
+
+// A viewport that draws its scene with deferred shading: geometry into a
+// G-buffer, light volumes into a float accumulation buffer, transparent
+// geometry forward on top, the result over the viewport.
+class DeferredRenderingViewport : public DeferredRenderingViewportBase
+{
+  private:
+    typedef DeferredRenderingViewportBase Inherited;
+
+  public:
+    virtual void changed(BitVector whichField, UInt32 origin);
+
+    virtual void dump(UInt32 uiIndent = 0, const BitVector bvFlags = 0) const;
+
+    virtual void render(RenderActionBase *action);
+
+    void prepareScene(NodePtr root);
+
+    // Read-only views of the pipeline's state, for tools and tests.
+    Int32                       getLastWidth        (void) const { return lastWidth;         }
+    Int32                       getLastHeight       (void) const { return lastHeight;        }
+    const std::vector<NodePtr> &getForwardNodes     (void) const { return forwardNodes;      }
+    const std::vector<NodePtr> &getDeferredNodes    (void) const { return deferredNodes;     }
+    RenderTarget               &getGBufferTarget    (void)       { return gbufferTarget;     }
+    RenderTarget               &getLightTarget      (void)       { return lightTarget;       }
+    NodePtr                     getLightRoot        (void) const { return lightRoot;         }
+    RenderAction               *getLightRenderAction(void) const { return lightRenderAction; }
+    SHLChunkPtr                 getGBufferShader    (void) const { return gbufferShader;     }
+    DepthChunkPtr               getForwardDepth     (void) const { return forwardDepth;      }
+
+  protected:
+    DeferredRenderingViewport(void);
+    DeferredRenderingViewport(const DeferredRenderingViewport &source);
+    virtual ~DeferredRenderingViewport(void);
+
+    void onCreate (const DeferredRenderingViewport *source = NULL);
+    virtual void onDestroy(void);
+
+    Action::ResultE prepareNode(NodePtr &node);
+
+    void initializeBuffers   (void);
+    void showTextureFullscreen(RenderActionBase *action, TextureChunkPtr texture);
+    void enableNodes         (const std::vector<NodePtr> &nodes, bool enable);
+
+    Int32                lastWidth;
+    Int32                lastHeight;
+    std::vector<NodePtr> forwardNodes;
+    std::vector<NodePtr> deferredNodes;
+    RenderTarget         gbufferTarget;
+    RenderTarget         lightTarget;
+    SHLChunkPtr          gbufferShader;
+    ChunkMaterialPtr     fullscreenMaterial;
+    BlendChunkPtr        gbufferBlend;
+    DepthChunkPtr        forwardDepth;
+    NodePtr              lightRoot;
+    RenderAction        *lightRenderAction;
+    PolygonForegroundPtr fullscreenQuad;
+
+    static const char *s_strGBufferVertex;
+    static const char *s_strGBufferFragment;
+
+  private:
+    friend class FieldContainer;
+    friend class DeferredRenderingViewportBase;
+
+    static void initMethod(void);
+
+    void operator =(const DeferredRenderingViewport &source);
+};
+
+typedef DeferredRenderingViewport *DeferredRenderingViewportP;
+
+OSG_END_NAMESPACE
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef _OSGBOOLFIELDS_H_
+#define _OSGBOOLFIELDS_H_
+
+#include <OpenSG/OSGSFSysTypes.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef _OSGDYNAMICVOLUMEFIELDS_H_
+#define _OSGDYNAMICVOLUMEFIELDS_H_
+
+#include <OpenSG/OSGSFBaseTypes.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef _OSGGLU_H_
+#define _OSGGLU_H_
+
+#include <OpenSG/OSGGL.h>
+
+#endif

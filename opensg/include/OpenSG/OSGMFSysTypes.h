@@ -1,0 +1,6 @@
+#ifndef _OSGMFSYSTYPES_H_
+#define _OSGMFSYSTYPES_H_
+
+#include <OpenSG/OSGSFSysTypes.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef _OSGMFVECTYPES_H_
+#define _OSGMFVECTYPES_H_
+
+#include <OpenSG/OSGSFVecTypes.h>
+
+#endif

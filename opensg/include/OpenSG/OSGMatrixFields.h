@@ -1,0 +1,6 @@
+#ifndef _OSGMATRIXFIELDS_H_
+#define _OSGMATRIXFIELDS_H_
+
+#include <OpenSG/OSGSFMathTypes.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef _OSGSTRINGFIELDS_H_
+#define _OSGSTRINGFIELDS_H_
+
+#include <OpenSG/OSGSFSysTypes.h>
+
+#endif

@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# Builds a Release tree and renders the demo scene headlessly to demo.png,
+# printing the time each pass took.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+cd "$root"
+
+source scripts/install-deps.sh
+install_deps
+
+cmake -S . -B build -DCMAKE_BUILD_TYPE=Release
+cmake --build build -j2
+
+renderer=build/apps/lumora-render
+if [[ ! -x $renderer ]]; then
+    echo "$renderer was not built; nothing to run" >&2
+    exit 1
+fi
+"$renderer" --out demo.png "$@"

@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# Builds everything with warnings as errors and runs the tests.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+cd "$root"
+
+source scripts/install-deps.sh
+install_deps
+
+cmake -S . -B build -DLUMORA_WERROR=ON
+cmake --build build -j2
+ctest --test-dir build --output-on-failure -j2
