@@ -8,6 +8,7 @@
 #include <OpenSG/OSGSHLParameterChunk.h>
 #include <OpenSG/OSGWindow.h>
 
+#include <chrono>
 #include <limits>
 
 OSG_BEGIN_NAMESPACE
@@ -328,6 +329,19 @@ void DeferredRenderingViewport::showTextureFullscreen(RenderActionBase *action,
     endEditCP(fullscreenMaterial, ChunkMaterial::ChunksFieldMask);
 }
 
+namespace
+{
+// Milliseconds since `start` once the GPU has finished; restarts the clock.
+Real64 lapMilliseconds(std::chrono::steady_clock::time_point &start)
+{
+    glFinish();
+    std::chrono::steady_clock::time_point now = std::chrono::steady_clock::now();
+    Real64 ms = std::chrono::duration<Real64, std::milli>(now - start).count();
+    start = now;
+    return ms;
+}
+}
+
 // --- the frame --------------------------------------------------------------
 
 void DeferredRenderingViewport::render(RenderActionBase *action)
@@ -362,6 +376,9 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
     }
 
     CameraPtr camera = getCamera();
+    std::chrono::steady_clock::time_point clock = std::chrono::steady_clock::now();
+    if(passTiming)
+        lapMilliseconds(clock);
 
     action->setViewport(this);
     action->setCamera(camera.getCPtr());
@@ -371,12 +388,8 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
     // Geometry pass: opaque geometry writes the G-buffer.
     enableNodes(forwardNodes, false);
     gbufferTarget.renderScene(getRoot(), camera, action, getBackground());
-
-    Vec2f  camNearFar(camera->getNear(), camera->getFar());
-    Matrix viewing;
-    Matrix projection;
-    camera->getViewing   (viewing,    lastWidth, lastHeight);
-    camera->getProjection(projection, lastWidth, lastHeight);
+    if(passTiming)
+        passTimes.geometry = lapMilliseconds(clock);
 
     // Light pass: light volumes add into the float buffer; no volume may be
     // cut by the far plane.
@@ -391,6 +404,8 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
     beginEditCP(camera, Camera::FarFieldMask);
     camera->setFar(farDistance);
     endEditCP(camera, Camera::FarFieldMask);
+    if(passTiming)
+        passTimes.lights = lapMilliseconds(clock);
 
     // Forward pass: transparent geometry over the lit image, depth-tested
     // against the G-buffer's depth.
@@ -400,10 +415,14 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
     lightTarget.renderScene(getRoot(), camera, action, NullFC);
     lightTarget.setBgClear(Color4f(0, 0, 0, 0), 1.0f, true, false);
     enableNodes(deferredNodes, true);
+    if(passTiming)
+        passTimes.forward = lapMilliseconds(clock);
 
     TextureChunkPtr current = lightTarget.getTargetTexture(0);
 
     showTextureFullscreen(action, current);
+    if(passTiming)
+        passTimes.final = lapMilliseconds(clock);
 }
 
 OSG_END_NAMESPACE

@@ -38,6 +38,19 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
 
     void prepareScene(NodePtr root);
 
+    // Per-pass wall-clock times of the last frame, in milliseconds. Only
+    // measured when switched on: measuring waits for the GPU after each pass.
+    struct PassTimes
+    {
+        Real64 geometry = 0.0;
+        Real64 lights   = 0.0;
+        Real64 forward  = 0.0;
+        Real64 final    = 0.0;
+    };
+
+    void             setPassTiming(bool enabled) { passTiming = enabled; }
+    const PassTimes &getPassTimes (void) const   { return passTimes;     }
+
     // Read-only views of the pipeline's state, for tools and tests.
     Int32                       getLastWidth        (void) const { return lastWidth;         }
     Int32                       getLastHeight       (void) const { return lastHeight;        }
@@ -77,6 +90,8 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     NodePtr              lightRoot;
     RenderAction        *lightRenderAction;
     PolygonForegroundPtr fullscreenQuad;
+    bool                 passTiming = false;
+    PassTimes            passTimes;
 
     static const char *s_strGBufferVertex;
     static const char *s_strGBufferFragment;

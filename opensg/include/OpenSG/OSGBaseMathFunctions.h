@@ -39,19 +39,6 @@ template <class T> inline T osgrad2degree(const T rad) { return rad * T(180.0 / 
 template <class T> inline T deg2rad      (const T deg) { return osgdegree2rad(deg);  }
 template <class T> inline T rad2deg      (const T rad) { return osgrad2degree(rad);  }
 
-template <class T> inline bool osgIsPower2(const T v)
-{
-    return v > T(0) && (v & (v - 1)) == 0;
-}
-
-template <class T> inline T osgNextPower2(T v)
-{
-    T r = 1;
-    while(r < v && r != 0)
-        r <<= 1;
-    return r;
-}
-
 } // namespace osg
 
 #endif

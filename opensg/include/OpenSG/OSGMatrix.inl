@@ -130,7 +130,7 @@ void TransformationMatrix<ValueTypeT>::getTransform(VectorType3f   &translation,
 
     translation.setValues(_matrix[3][0], _matrix[3][1], _matrix[3][2]);
 
-    const Real64 d = det3(m);
+    const Real64 d = MatrixDetail::det3(m);
     if(osgabs(d) < 1e-30)
     {
         // Degenerate: no rotation can be recovered, keep the column lengths.
@@ -169,7 +169,7 @@ void TransformationMatrix<ValueTypeT>::getTransform(VectorType3f   &translation,
     M3     u;
     symmetricEigen(s, k, u);
 
-    if(det3(u) < 0)
+    if(MatrixDetail::det3(u) < 0)
         for(UInt32 r = 0; r < 3; ++r)
             u[r][2] = -u[r][2];
 

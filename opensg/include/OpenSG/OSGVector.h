@@ -359,11 +359,13 @@ class Vector : public Point<ValueTypeT, SizeI>
 
     Vector cross(const Vector &v) const
     {
-        static_assert(SizeI >= 3, "cross product needs three components");
         Vector r;
-        r[0] = _values[1] * v[2] - _values[2] * v[1];
-        r[1] = _values[2] * v[0] - _values[0] * v[2];
-        r[2] = _values[0] * v[1] - _values[1] * v[0];
+        if constexpr(SizeI >= 3)
+        {
+            r[0] = _values[1] * v[2] - _values[2] * v[1];
+            r[1] = _values[2] * v[0] - _values[0] * v[2];
+            r[2] = _values[0] * v[1] - _values[1] * v[0];
+        }
         return r;
     }
 

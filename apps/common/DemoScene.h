@@ -1,0 +1,41 @@
+#ifndef LUMORA_APPS_DEMOSCENE_H
+#define LUMORA_APPS_DEMOSCENE_H
+
+// The scene the command-line renderers draw, so that forward and deferred
+// images and timings compare the same thing.
+
+#include <OpenSG/OSGGeometry.h>
+#include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGPerspectiveCamera.h>
+#include <OpenSG/OSGSimpleMaterial.h>
+
+#include <string>
+
+namespace demo
+{
+
+osg::NodePtr makeTransformNode(const osg::Matrix &m);
+osg::NodePtr makeGroupNode    (void);
+void         addChild         (osg::NodePtr parent, osg::NodePtr child);
+
+osg::SimpleMaterialPtr makeMaterial(osg::Real32 r, osg::Real32 g, osg::Real32 b);
+
+// A floor with spheres and a box; with glass, a half-transparent pane too.
+osg::NodePtr buildObjects(bool withGlass);
+
+// A camera looking at the objects from above and in front; its beacon is
+// hung under root.
+osg::PerspectiveCameraPtr makeCamera(osg::NodePtr root);
+
+// Beacon position of the i-th of n point lights circling the objects.
+osg::Pnt3f pointLightPosition(int i, int n);
+
+// Writes the current read framebuffer's lower-left width x height pixels.
+bool writeFramebufferPng(const std::string &path, int width, int height);
+
+// Parses a whole decimal integer within [minValue, maxValue].
+bool parseInt(const char *text, int minValue, int maxValue, int &result);
+
+} // namespace demo
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef _OSGDRAWABLEFIELDS_H_
+#define _OSGDRAWABLEFIELDS_H_
+
+#include <OpenSG/OSGDrawable.h>
+
+#endif

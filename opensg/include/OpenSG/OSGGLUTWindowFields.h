@@ -1,0 +1,6 @@
+#ifndef _OSGGLUTWINDOWFIELDS_H_
+#define _OSGGLUTWINDOWFIELDS_H_
+
+#include <OpenSG/OSGGLUTWindow.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef _OSGMATERIALCHUNKFIELDS_H_
+#define _OSGMATERIALCHUNKFIELDS_H_
+
+#include <OpenSG/OSGMaterialChunk.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef _OSGPASSIVEWINDOWFIELDS_H_
+#define _OSGPASSIVEWINDOWFIELDS_H_
+
+#include <OpenSG/OSGPassiveWindow.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef _OSGSOLIDBACKGROUNDFIELDS_H_
+#define _OSGSOLIDBACKGROUNDFIELDS_H_
+
+#include <OpenSG/OSGSolidBackground.h>
+
+#endif

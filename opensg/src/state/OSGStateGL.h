@@ -1,0 +1,26 @@
+#ifndef _OSGSTATEGL_H_
+#define _OSGSTATEGL_H_
+
+#include <OpenSG/OSGBaseTypes.h>
+#include <OpenSG/OSGGL.h>
+
+namespace osg
+{
+
+// What the current context offers, queried once: the runtime drives one
+// kind of context per process.
+struct StateGLCaps
+{
+    bool   fixedFunction;     // compatibility profile
+    GLint  maxFixedUnits;     // units with texture enables and texture env
+    GLint  maxImageUnits;     // units a shader can sample
+    bool   anisotropy;
+    Real32 maxAnisotropy;
+    bool   programUniform;    // glProgramUniform* without binding
+};
+
+const StateGLCaps &stateGLCaps(void);
+
+} // namespace osg
+
+#endif
