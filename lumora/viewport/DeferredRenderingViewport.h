@@ -13,9 +13,9 @@
 #include <OpenSG/OSGTextureChunk.h>
 #include <OpenSG/OSGLight.h>
 
-#include "DeferredRenderingViewportBase.h"
-#include "OSGRenderTarget.h"
-#include "LumoraInit.h"
+#include <Lumora/DeferredRenderingViewportBase.h>
+#include <Lumora/OSGRenderTarget.h>
+#include <Lumora/LumoraInit.h>
 
 #include <vector>
 

@@ -4,6 +4,7 @@
 #include <OpenSG/OSGBackground.h>
 #include <OpenSG/OSGForeground.h>
 #include <OpenSG/OSGImage.h>
+#include <OpenSG/OSGTextureChunk.h>
 #include <OpenSG/OSGNode.h>
 #include <OpenSG/OSGRenderAction.h>
 #include <OpenSG/OSGLog.h>
@@ -33,14 +34,10 @@ bool isDepthFormat(GLenum format)
     }
 }
 
+// What the texture really is, so the attachment call matches it.
 GLenum textureTarget(TextureChunk *tex)
 {
-    if(tex->getTarget() != GL_NONE)
-        return tex->getTarget();
-    ImagePtr img = tex->getImage();
-    if(img != NullFC && img->getDepth() > 1)
-        return GL_TEXTURE_3D;
-    return GL_TEXTURE_2D;
+    return tex->getGLTarget();
 }
 
 bool isMipmapped(TextureChunk *tex)
@@ -59,8 +56,9 @@ bool isMipmapped(TextureChunk *tex)
 
 GLuint validatedName(Window *win, TextureChunk *tex)
 {
-    win->validateGLObject(tex->getGLId());
-    return win->getGLObjectId(tex->getGLId());
+    tex->validate(win);
+    glBindTexture(tex->getGLTarget(), 0);
+    return tex->getGLTextureName();
 }
 
 } // namespace

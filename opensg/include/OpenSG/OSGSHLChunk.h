@@ -1,0 +1,109 @@
+#ifndef _OSGSHLCHUNK_H_
+#define _OSGSHLCHUNK_H_
+
+#include <OpenSG/OSGShaderChunk.h>
+
+#include <map>
+#include <set>
+#include <string>
+
+namespace osg
+{
+
+OSG_FC_PTR_DECL(SHLChunk, ShaderChunkPtr)
+
+// A GLSL program, compiled and linked at the first activate after its
+// text changed. If that fails the driver's log is reported as a warning
+// and, while active, the chunk binds an internal program that discards
+// every fragment, so draws with it produce nothing.
+class SHLChunk : public ShaderChunk
+{
+    OSG_FC_DECL(SHLChunk, ShaderChunk)
+
+  public:
+    enum
+    {
+        CgFrontEndFieldId              = Inherited::NextFieldId,
+        PointSizeFieldId               = CgFrontEndFieldId             + 1,
+        ProgramParameterNamesFieldId   = PointSizeFieldId              + 1,
+        ProgramParameterValuesFieldId  = ProgramParameterNamesFieldId  + 1,
+        GLIdFieldId                    = ProgramParameterValuesFieldId + 1,
+        IgnoreGLForAspectFieldId       = GLIdFieldId                   + 1,
+        UnknownParameterWarningFieldId = IgnoreGLForAspectFieldId      + 1,
+        NextFieldId                    = UnknownParameterWarningFieldId + 1
+    };
+    OSG_FIELD_MASK(CgFrontEnd)
+    OSG_FIELD_MASK(PointSize)
+    OSG_FIELD_MASK(ProgramParameterNames)
+    OSG_FIELD_MASK(ProgramParameterValues)
+    OSG_FIELD_MASK(GLId)
+    OSG_FIELD_MASK(IgnoreGLForAspect)
+    OSG_FIELD_MASK(UnknownParameterWarning)
+
+    OSG_SFIELD(SFBool,   CgFrontEnd)
+    OSG_SFIELD(SFBool,   PointSize)
+    OSG_MFIELD(MFGLenum, ProgramParameterNames)
+    OSG_MFIELD(MFUInt32, ProgramParameterValues)
+    OSG_SFIELD(SFUInt32, GLId)
+    OSG_SFIELD(SFInt32,  IgnoreGLForAspect)
+    OSG_SFIELD(SFBool,   UnknownParameterWarning)
+
+  public:
+    virtual const StateChunkClass *getClass(void) const override { return &_class; }
+    static  UInt32                 getStaticClassId(void) { return _class.getId(); }
+    static  const StateChunkClass *getStaticClass  (void) { return &_class; }
+
+    // glProgramParameteri values (geometry shader input/output), applied
+    // before linking.
+    void   addProgramParameter(GLenum name, UInt32 value);
+    void   subProgramParameter(GLenum name);
+    void   setProgramParameter(GLenum name, UInt32 value);
+    UInt32 getProgramParameter(GLenum name);
+
+    virtual void activate  (DrawActionBase *action, UInt32 index = 0) override;
+    virtual void changeFrom(DrawActionBase *action, StateChunk *old, UInt32 index = 0) override;
+    virtual void deactivate(DrawActionBase *action, UInt32 index = 0) override;
+
+    // Runtime extensions. getProgram() builds the program if needed in the
+    // current context: 0 without program text or after a failed build,
+    // which hasFailed() tells apart.
+    GLuint getProgram(void);
+    bool   hasFailed (void) const { return _failed; }
+
+    // Uploads params to the program; used for the chunk's own parameters
+    // and by SHLParameterChunk. Needs a current context.
+    void applyParameters(const MFShaderParameterPtr &params,
+                         DrawActionBase *action, bool warnUnknown);
+
+    virtual void changed(BitVector whichField, UInt32 origin) override;
+    virtual void dump(UInt32 uiIndent = 0, const BitVector bvFlags = 0) const override;
+
+    static void initMethod(void) {}
+
+  protected:
+    SHLChunk(void);
+    SHLChunk(const SHLChunk &source);
+    virtual ~SHLChunk(void);
+
+    virtual void onDestroy(void) override;
+
+  private:
+    static StateChunkClass _class;
+
+    void  buildProgram  (void);
+    void  releaseProgram(void);
+    GLint uniformLocation(const std::string &name);
+
+    GLuint                       _program;
+    bool                         _needsBuild;
+    bool                         _failed;
+    bool                         _paramsChanged;
+    std::map<std::string, GLint> _locations;
+    std::set<std::string>        _reportedUnknown;
+};
+
+typedef RefPtr<SHLChunkPtr> SHLChunkRefPtr;
+
+} // namespace osg
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef _OSGSHLPARAMETERCHUNKFIELDS_H_
+#define _OSGSHLPARAMETERCHUNKFIELDS_H_
+
+#include <OpenSG/OSGSHLParameterChunk.h>
+
+#endif

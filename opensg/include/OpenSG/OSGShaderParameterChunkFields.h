@@ -1,0 +1,6 @@
+#ifndef _OSGSHADERPARAMETERCHUNKFIELDS_H_
+#define _OSGSHADERPARAMETERCHUNKFIELDS_H_
+
+#include <OpenSG/OSGShaderParameterChunk.h>
+
+#endif

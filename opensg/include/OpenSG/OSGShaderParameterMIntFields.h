@@ -1,0 +1,6 @@
+#ifndef _OSGSHADERPARAMETERMINTFIELDS_H_
+#define _OSGSHADERPARAMETERMINTFIELDS_H_
+
+#include <OpenSG/OSGShaderParameterMInt.h>
+
+#endif

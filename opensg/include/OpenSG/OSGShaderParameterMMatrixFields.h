@@ -1,0 +1,6 @@
+#ifndef _OSGSHADERPARAMETERMMATRIXFIELDS_H_
+#define _OSGSHADERPARAMETERMMATRIXFIELDS_H_
+
+#include <OpenSG/OSGShaderParameterMMatrix.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef _OSGSHADERPARAMETERMREALFIELDS_H_
+#define _OSGSHADERPARAMETERMREALFIELDS_H_
+
+#include <OpenSG/OSGShaderParameterMReal.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef _OSGSHADERPARAMETERMVEC2FFIELDS_H_
+#define _OSGSHADERPARAMETERMVEC2FFIELDS_H_
+
+#include <OpenSG/OSGShaderParameterMVec2f.h>
+
+#endif

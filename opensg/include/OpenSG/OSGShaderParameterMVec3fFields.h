@@ -1,0 +1,6 @@
+#ifndef _OSGSHADERPARAMETERMVEC3FFIELDS_H_
+#define _OSGSHADERPARAMETERMVEC3FFIELDS_H_
+
+#include <OpenSG/OSGShaderParameterMVec3f.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef _OSGSHADERPARAMETERMVEC4FFIELDS_H_
+#define _OSGSHADERPARAMETERMVEC4FFIELDS_H_
+
+#include <OpenSG/OSGShaderParameterMVec4f.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef _OSGSHADERPARAMETERMATRIXFIELDS_H_
+#define _OSGSHADERPARAMETERMATRIXFIELDS_H_
+
+#include <OpenSG/OSGShaderParameterMatrix.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef _OSGSHADERPARAMETERREALFIELDS_H_
+#define _OSGSHADERPARAMETERREALFIELDS_H_
+
+#include <OpenSG/OSGShaderParameterReal.h>
+
+#endif

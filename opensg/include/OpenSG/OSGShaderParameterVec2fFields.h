@@ -1,0 +1,6 @@
+#ifndef _OSGSHADERPARAMETERVEC2FFIELDS_H_
+#define _OSGSHADERPARAMETERVEC2FFIELDS_H_
+
+#include <OpenSG/OSGShaderParameterVec2f.h>
+
+#endif

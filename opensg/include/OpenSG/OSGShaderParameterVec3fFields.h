@@ -1,0 +1,6 @@
+#ifndef _OSGSHADERPARAMETERVEC3FFIELDS_H_
+#define _OSGSHADERPARAMETERVEC3FFIELDS_H_
+
+#include <OpenSG/OSGShaderParameterVec3f.h>
+
+#endif

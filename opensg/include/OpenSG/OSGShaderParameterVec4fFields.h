@@ -1,0 +1,6 @@
+#ifndef _OSGSHADERPARAMETERVEC4FFIELDS_H_
+#define _OSGSHADERPARAMETERVEC4FFIELDS_H_
+
+#include <OpenSG/OSGShaderParameterVec4f.h>
+
+#endif

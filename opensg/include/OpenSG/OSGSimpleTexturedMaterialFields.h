@@ -1,0 +1,6 @@
+#ifndef _OSGSIMPLETEXTUREDMATERIALFIELDS_H_
+#define _OSGSIMPLETEXTUREDMATERIALFIELDS_H_
+
+#include <OpenSG/OSGSimpleTexturedMaterial.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef _OSGTEXTURECHUNKFIELDS_H_
+#define _OSGTEXTURECHUNKFIELDS_H_
+
+#include <OpenSG/OSGTextureChunk.h>
+
+#endif

@@ -1,0 +1,505 @@
+#include <OpenSG/OSGSHLChunk.h>
+#include <OpenSG/OSGDrawActionBase.h>
+#include <OpenSG/OSGShaderParameterBool.h>
+#include <OpenSG/OSGShaderParameterInt.h>
+#include <OpenSG/OSGShaderParameterReal.h>
+#include <OpenSG/OSGShaderParameterVec2f.h>
+#include <OpenSG/OSGShaderParameterVec3f.h>
+#include <OpenSG/OSGShaderParameterVec4f.h>
+#include <OpenSG/OSGShaderParameterMatrix.h>
+#include <OpenSG/OSGShaderParameterMInt.h>
+#include <OpenSG/OSGShaderParameterMReal.h>
+#include <OpenSG/OSGShaderParameterMVec2f.h>
+#include <OpenSG/OSGShaderParameterMVec3f.h>
+#include <OpenSG/OSGShaderParameterMVec4f.h>
+#include <OpenSG/OSGShaderParameterMMatrix.h>
+
+#include "OSGStateGL.h"
+
+#include <vector>
+
+namespace osg
+{
+
+OSG_FC_IMPL(SHLChunk, "ShaderChunk")
+
+SHLChunk::SHLChunk(void) :
+    Inherited(),
+    _sfCgFrontEnd             (false),
+    _sfPointSize              (false),
+    _mfProgramParameterNames  (),
+    _mfProgramParameterValues (),
+    _sfGLId                   (0),
+    _sfIgnoreGLForAspect      (-1),
+    _sfUnknownParameterWarning(true),
+    _program                  (0),
+    _needsBuild               (true),
+    _failed                   (false),
+    _paramsChanged            (true),
+    _locations                (),
+    _reportedUnknown          ()
+{
+}
+
+// The copy builds a program of its own.
+SHLChunk::SHLChunk(const SHLChunk &source) :
+    Inherited(source),
+    _sfCgFrontEnd             (source._sfCgFrontEnd),
+    _sfPointSize              (source._sfPointSize),
+    _mfProgramParameterNames  (source._mfProgramParameterNames),
+    _mfProgramParameterValues (source._mfProgramParameterValues),
+    _sfGLId                   (0),
+    _sfIgnoreGLForAspect      (source._sfIgnoreGLForAspect),
+    _sfUnknownParameterWarning(source._sfUnknownParameterWarning),
+    _program                  (0),
+    _needsBuild               (true),
+    _failed                   (false),
+    _paramsChanged            (true),
+    _locations                (),
+    _reportedUnknown          ()
+{
+}
+
+SHLChunk::~SHLChunk(void)
+{
+}
+
+void SHLChunk::onDestroy(void)
+{
+    releaseProgram();
+    Inherited::onDestroy();
+}
+
+void SHLChunk::changed(BitVector whichField, UInt32 origin)
+{
+    if(whichField & (VertexProgramFieldMask | FragmentProgramFieldMask |
+                     GeometryProgramFieldMask | CgFrontEndFieldMask |
+                     ProgramParameterNamesFieldMask | ProgramParameterValuesFieldMask))
+        _needsBuild = true;
+    if(whichField & ParametersFieldMask)
+        _paramsChanged = true;
+
+    Inherited::changed(whichField, origin);
+}
+
+void SHLChunk::addProgramParameter(GLenum name, UInt32 value)
+{
+    _mfProgramParameterNames.push_back(name);
+    _mfProgramParameterValues.push_back(value);
+}
+
+void SHLChunk::subProgramParameter(GLenum name)
+{
+    for(UInt32 i = 0; i < _mfProgramParameterNames.size(); ++i)
+    {
+        if(_mfProgramParameterNames[i] != name)
+            continue;
+        _mfProgramParameterNames.erase(_mfProgramParameterNames.begin() + i);
+        if(i < _mfProgramParameterValues.size())
+            _mfProgramParameterValues.erase(_mfProgramParameterValues.begin() + i);
+        return;
+    }
+}
+
+void SHLChunk::setProgramParameter(GLenum name, UInt32 value)
+{
+    for(UInt32 i = 0; i < _mfProgramParameterNames.size(); ++i)
+    {
+        if(_mfProgramParameterNames[i] == name && i < _mfProgramParameterValues.size())
+        {
+            _mfProgramParameterValues[i] = value;
+            return;
+        }
+    }
+    addProgramParameter(name, value);
+}
+
+UInt32 SHLChunk::getProgramParameter(GLenum name)
+{
+    for(UInt32 i = 0; i < _mfProgramParameterNames.size(); ++i)
+    {
+        if(_mfProgramParameterNames[i] == name && i < _mfProgramParameterValues.size())
+            return _mfProgramParameterValues[i];
+    }
+    return 0;
+}
+
+namespace
+{
+
+std::string shaderLog(GLuint shader)
+{
+    GLint length = 0;
+    glGetShaderiv(shader, GL_INFO_LOG_LENGTH, &length);
+    std::vector<GLchar> text(std::max(length, 1), '\0');
+    glGetShaderInfoLog(shader, GLsizei(text.size()), NULL, text.data());
+    return text.data();
+}
+
+std::string programLog(GLuint program)
+{
+    GLint length = 0;
+    glGetProgramiv(program, GL_INFO_LOG_LENGTH, &length);
+    std::vector<GLchar> text(std::max(length, 1), '\0');
+    glGetProgramInfoLog(program, GLsizei(text.size()), NULL, text.data());
+    return text.data();
+}
+
+// 0 and the driver's message in log on failure.
+GLuint compileShader(GLenum type, const std::string &source, std::string &log)
+{
+    GLuint shader = glCreateShader(type);
+    const GLchar *text = source.c_str();
+    glShaderSource(shader, 1, &text, NULL);
+    glCompileShader(shader);
+
+    GLint ok = GL_FALSE;
+    glGetShaderiv(shader, GL_COMPILE_STATUS, &ok);
+    if(ok != GL_TRUE)
+    {
+        log = shaderLog(shader);
+        glDeleteShader(shader);
+        return 0;
+    }
+    return shader;
+}
+
+GLuint linkProgram(const std::vector<GLuint> &shaders, std::string &log)
+{
+    GLuint program = glCreateProgram();
+    for(GLuint shader : shaders)
+        glAttachShader(program, shader);
+    glLinkProgram(program);
+
+    GLint ok = GL_FALSE;
+    glGetProgramiv(program, GL_LINK_STATUS, &ok);
+    if(ok != GL_TRUE)
+    {
+        log = programLog(program);
+        glDeleteProgram(program);
+        return 0;
+    }
+    for(GLuint shader : shaders)
+        glDetachShader(program, shader);
+    return program;
+}
+
+// Bound in place of a program that failed to build: every vertex lands
+// behind the far plane and every fragment is discarded.
+GLuint discardProgram(void)
+{
+    static GLuint program = 0;
+    if(program != 0 && glIsProgram(program))
+        return program;
+
+    const bool compat = stateGLCaps().fixedFunction;
+    const char *vertex   = compat ? "void main() { gl_Position = vec4(0.0, 0.0, 2.0, 1.0); }"
+                                  : "#version 150\nvoid main() { gl_Position = vec4(0.0, 0.0, 2.0, 1.0); }";
+    const char *fragment = compat ? "void main() { discard; }"
+                                  : "#version 150\nout vec4 color;\nvoid main() { discard; }";
+
+    std::string log;
+    std::vector<GLuint> shaders;
+    shaders.push_back(compileShader(GL_VERTEX_SHADER,   vertex,   log));
+    shaders.push_back(compileShader(GL_FRAGMENT_SHADER, fragment, log));
+    program = linkProgram(shaders, log);
+    for(GLuint shader : shaders)
+        glDeleteShader(shader);
+    return program;
+}
+
+} // namespace
+
+void SHLChunk::releaseProgram(void)
+{
+    if(_program != 0)
+        glDeleteProgram(_program);
+    _program = 0;
+    _sfGLId.setValue(0);
+    _locations.clear();
+    _reportedUnknown.clear();
+}
+
+void SHLChunk::buildProgram(void)
+{
+    releaseProgram();
+    _needsBuild    = false;
+    _failed        = false;
+    _paramsChanged = true;
+
+    const struct { GLenum type; const std::string *source; const char *kind; } stages[] =
+    {
+        { GL_VERTEX_SHADER,   &getVertexProgram(),   "vertex"   },
+        { GL_GEOMETRY_SHADER, &getGeometryProgram(), "geometry" },
+        { GL_FRAGMENT_SHADER, &getFragmentProgram(), "fragment" }
+    };
+
+    std::vector<GLuint> shaders;
+    for(const auto &stage : stages)
+    {
+        if(stage.source->empty())
+            continue;
+
+        std::string log;
+        GLuint shader = compileShader(stage.type, *stage.source, log);
+        if(shader == 0)
+        {
+            SWARNING << "SHLChunk: " << stage.kind << " shader compile failed: "
+                     << log << std::endl;
+            _failed = true;
+            continue;
+        }
+        shaders.push_back(shader);
+    }
+
+    // Without any program text the chunk leaves fixed function in place.
+    if(!_failed && !shaders.empty())
+    {
+        if(!_mfProgramParameterNames.empty())
+            SWARNING << "SHLChunk: program parameters are not supported and "
+                        "are ignored" << std::endl;
+
+        std::string log;
+        _program = linkProgram(shaders, log);
+        if(_program == 0)
+        {
+            SWARNING << "SHLChunk: program link failed: " << log << std::endl;
+            _failed = true;
+        }
+    }
+
+    for(GLuint shader : shaders)
+        glDeleteShader(shader);
+
+    _sfGLId.setValue(_program);
+}
+
+GLuint SHLChunk::getProgram(void)
+{
+    if(_needsBuild)
+        buildProgram();
+    return _program;
+}
+
+GLint SHLChunk::uniformLocation(const std::string &name)
+{
+    std::map<std::string, GLint>::iterator it = _locations.find(name);
+    if(it != _locations.end())
+        return it->second;
+
+    const GLint location = glGetUniformLocation(_program, name.c_str());
+    _locations[name] = location;
+    return location;
+}
+
+namespace
+{
+
+// The program must be current unless glProgramUniform is available.
+void uploadUniform(GLuint program, GLint loc, ShaderParameter *param, bool direct)
+{
+    if(ShaderParameterBool *p = dynamic_cast<ShaderParameterBool *>(param))
+    {
+        if(direct) glProgramUniform1i(program, loc, p->getValue() ? 1 : 0);
+        else       glUniform1i(loc, p->getValue() ? 1 : 0);
+    }
+    else if(ShaderParameterInt *p = dynamic_cast<ShaderParameterInt *>(param))
+    {
+        if(direct) glProgramUniform1i(program, loc, p->getValue());
+        else       glUniform1i(loc, p->getValue());
+    }
+    else if(ShaderParameterReal *p = dynamic_cast<ShaderParameterReal *>(param))
+    {
+        if(direct) glProgramUniform1f(program, loc, p->getValue());
+        else       glUniform1f(loc, p->getValue());
+    }
+    else if(ShaderParameterVec2f *p = dynamic_cast<ShaderParameterVec2f *>(param))
+    {
+        if(direct) glProgramUniform2fv(program, loc, 1, p->getValue().getValues());
+        else       glUniform2fv(loc, 1, p->getValue().getValues());
+    }
+    else if(ShaderParameterVec3f *p = dynamic_cast<ShaderParameterVec3f *>(param))
+    {
+        if(direct) glProgramUniform3fv(program, loc, 1, p->getValue().getValues());
+        else       glUniform3fv(loc, 1, p->getValue().getValues());
+    }
+    else if(ShaderParameterVec4f *p = dynamic_cast<ShaderParameterVec4f *>(param))
+    {
+        if(direct) glProgramUniform4fv(program, loc, 1, p->getValue().getValues());
+        else       glUniform4fv(loc, 1, p->getValue().getValues());
+    }
+    else if(ShaderParameterMatrix *p = dynamic_cast<ShaderParameterMatrix *>(param))
+    {
+        if(direct) glProgramUniformMatrix4fv(program, loc, 1, GL_FALSE, p->getValue().getValues());
+        else       glUniformMatrix4fv(loc, 1, GL_FALSE, p->getValue().getValues());
+    }
+    else if(ShaderParameterMInt *p = dynamic_cast<ShaderParameterMInt *>(param))
+    {
+        const MFInt32 &v = p->getValue();
+        if(v.empty()) return;
+        std::vector<GLint> values(v.begin(), v.end());
+        if(direct) glProgramUniform1iv(program, loc, GLsizei(values.size()), values.data());
+        else       glUniform1iv(loc, GLsizei(values.size()), values.data());
+    }
+    else if(ShaderParameterMReal *p = dynamic_cast<ShaderParameterMReal *>(param))
+    {
+        const MFReal32 &v = p->getValue();
+        if(v.empty()) return;
+        if(direct) glProgramUniform1fv(program, loc, GLsizei(v.size()), &v[0]);
+        else       glUniform1fv(loc, GLsizei(v.size()), &v[0]);
+    }
+    else if(ShaderParameterMVec2f *p = dynamic_cast<ShaderParameterMVec2f *>(param))
+    {
+        const MFVec2f &v = p->getValue();
+        if(v.empty()) return;
+        std::vector<GLfloat> values;
+        for(UInt32 i = 0; i < v.size(); ++i)
+            values.insert(values.end(), v[i].getValues(), v[i].getValues() + 2);
+        if(direct) glProgramUniform2fv(program, loc, GLsizei(v.size()), values.data());
+        else       glUniform2fv(loc, GLsizei(v.size()), values.data());
+    }
+    else if(ShaderParameterMVec3f *p = dynamic_cast<ShaderParameterMVec3f *>(param))
+    {
+        const MFVec3f &v = p->getValue();
+        if(v.empty()) return;
+        std::vector<GLfloat> values;
+        for(UInt32 i = 0; i < v.size(); ++i)
+            values.insert(values.end(), v[i].getValues(), v[i].getValues() + 3);
+        if(direct) glProgramUniform3fv(program, loc, GLsizei(v.size()), values.data());
+        else       glUniform3fv(loc, GLsizei(v.size()), values.data());
+    }
+    else if(ShaderParameterMVec4f *p = dynamic_cast<ShaderParameterMVec4f *>(param))
+    {
+        const MFVec4f &v = p->getValue();
+        if(v.empty()) return;
+        std::vector<GLfloat> values;
+        for(UInt32 i = 0; i < v.size(); ++i)
+            values.insert(values.end(), v[i].getValues(), v[i].getValues() + 4);
+        if(direct) glProgramUniform4fv(program, loc, GLsizei(v.size()), values.data());
+        else       glUniform4fv(loc, GLsizei(v.size()), values.data());
+    }
+    else if(ShaderParameterMMatrix *p = dynamic_cast<ShaderParameterMMatrix *>(param))
+    {
+        const MFMatrix &v = p->getValue();
+        if(v.empty()) return;
+        std::vector<GLfloat> values;
+        for(UInt32 i = 0; i < v.size(); ++i)
+            values.insert(values.end(), v[i].getValues(), v[i].getValues() + 16);
+        if(direct) glProgramUniformMatrix4fv(program, loc, GLsizei(v.size()), GL_FALSE, values.data());
+        else       glUniformMatrix4fv(loc, GLsizei(v.size()), GL_FALSE, values.data());
+    }
+}
+
+// The camera uniforms a program gets when it declares them as parameters;
+// false for other names.
+bool uploadCameraUniform(GLuint program, GLint loc, const std::string &name,
+                         DrawActionBase *action, bool direct)
+{
+    if(name.compare(0, 3, "OSG") != 0)
+        return false;
+    if(name != "OSGViewMatrix" && name != "OSGInvViewMatrix" &&
+       name != "OSGCameraPosition")
+        return false;
+    if(action == NULL)
+        return true;
+
+    const Matrix &camToWorld = action->getCameraToWorld();
+    if(name == "OSGCameraPosition")
+    {
+        const GLfloat pos[3] = { camToWorld[3][0], camToWorld[3][1], camToWorld[3][2] };
+        if(direct) glProgramUniform3fv(program, loc, 1, pos);
+        else       glUniform3fv(loc, 1, pos);
+        return true;
+    }
+
+    Matrix m = camToWorld;
+    if(name == "OSGViewMatrix")
+        m.invert();
+    if(direct) glProgramUniformMatrix4fv(program, loc, 1, GL_FALSE, m.getValues());
+    else       glUniformMatrix4fv(loc, 1, GL_FALSE, m.getValues());
+    return true;
+}
+
+} // namespace
+
+void SHLChunk::applyParameters(const MFShaderParameterPtr &params,
+                               DrawActionBase *action, bool warnUnknown)
+{
+    if(getProgram() == 0)
+        return;
+
+    const bool direct = stateGLCaps().programUniform;
+    if(!direct)
+        glUseProgram(_program);
+
+    for(UInt32 i = 0; i < params.size(); ++i)
+    {
+        ShaderParameter *param = getCPtr(params[i]);
+        if(param == NULL)
+            continue;
+
+        const GLint loc = uniformLocation(param->getName());
+        if(loc < 0)
+        {
+            if(warnUnknown && getUnknownParameterWarning() &&
+               param->getName().compare(0, 3, "OSG") != 0 &&
+               _reportedUnknown.insert(param->getName()).second)
+            {
+                SWARNING << "SHLChunk: no active uniform '" << param->getName()
+                         << "' in the program" << std::endl;
+            }
+            continue;
+        }
+
+        if(!uploadCameraUniform(_program, loc, param->getName(), action, direct))
+            uploadUniform(_program, loc, param, direct);
+    }
+}
+
+void SHLChunk::activate(DrawActionBase *action, UInt32)
+{
+    getProgram();
+
+    if(_failed)
+    {
+        glUseProgram(discardProgram());
+        return;
+    }
+
+    glUseProgram(_program);
+    if(_program != 0)
+    {
+        applyParameters(getParameters(), action, true);
+        _paramsChanged = false;
+    }
+
+    if(getPointSize())
+        glEnable(GL_VERTEX_PROGRAM_POINT_SIZE);
+}
+
+void SHLChunk::changeFrom(DrawActionBase *action, StateChunk *old, UInt32 index)
+{
+    if(old == this && !_needsBuild && !_paramsChanged)
+        return;
+
+    if(old != NULL && old != this)
+        old->deactivate(action, index);
+    activate(action, index);
+}
+
+void SHLChunk::deactivate(DrawActionBase *, UInt32)
+{
+    glUseProgram(0);
+    if(getPointSize() && !_failed)
+        glDisable(GL_VERTEX_PROGRAM_POINT_SIZE);
+}
+
+void SHLChunk::dump(UInt32 uiIndent, const BitVector) const
+{
+    indentLog(uiIndent, PLOG);
+    PLOG << "SHLChunk (" << this << ") program " << _program
+         << (_failed ? " (failed)" : "") << ", " << getParameters().size()
+         << " parameters" << std::endl;
+}
+
+} // namespace osg

@@ -1,0 +1,337 @@
+#include <OpenSG/OSGMatrixCamera.h>
+#include <OpenSG/OSGMatrixUtility.h>
+#include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGOrthographicCamera.h>
+#include <OpenSG/OSGPerspectiveCamera.h>
+#include <OpenSG/OSGTransform.h>
+#include <OpenSG/OSGViewport.h>
+#include <OpenSG/OSGWindow.h>
+
+#include "support/GLTest.h"
+#include "support/LogCapture.h"
+#include "support/SceneSetup.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+using namespace osg;
+
+namespace
+{
+
+// glFrustum / glOrtho as written in the GL reference, by rows.
+typedef Real64 Rows[4][4];
+
+void frustumRows(Rows &m, Real64 l, Real64 r, Real64 b, Real64 t, Real64 n, Real64 f)
+{
+    const Rows rows = { { 2 * n / (r - l), 0, (r + l) / (r - l), 0 },
+                        { 0, 2 * n / (t - b), (t + b) / (t - b), 0 },
+                        { 0, 0, -(f + n) / (f - n), -2 * f * n / (f - n) },
+                        { 0, 0, -1, 0 } };
+    std::copy(&rows[0][0], &rows[0][0] + 16, &m[0][0]);
+}
+
+void orthoRows(Rows &m, Real64 l, Real64 r, Real64 b, Real64 t, Real64 n, Real64 f)
+{
+    const Rows rows = { { 2 / (r - l), 0, 0, -(r + l) / (r - l) },
+                        { 0, 2 / (t - b), 0, -(t + b) / (t - b) },
+                        { 0, 0, -2 / (f - n), -(f + n) / (f - n) },
+                        { 0, 0, 0, 1 } };
+    std::copy(&rows[0][0], &rows[0][0] + 16, &m[0][0]);
+}
+
+void expectRowsNear(const Matrix &m, const Rows &rows, Real64 tol = 1e-5)
+{
+    for(UInt32 row = 0; row < 4; ++row)
+        for(UInt32 col = 0; col < 4; ++col)
+            EXPECT_NEAR(m[col][row], rows[row][col], tol) << "row " << row << " col " << col;
+}
+
+// A beacon at `eye`, turned by `angle` about +Y (so it looks along
+// (-sin, 0, -cos)).
+NodePtr beaconAt(const Vec3f &eye, Real32 angle = 0)
+{
+    Matrix m;
+    m.setTransform(eye, Quaternion(Vec3f(0, 1, 0), angle));
+    TransformPtr t = Transform::create();
+    beginEditCP(t);
+    t->setMatrix(m);
+    endEditCP(t);
+    return makeNodeFor(t);
+}
+
+PerspectiveCameraPtr perspective(Real32 fov, UInt32 mode, Real32 aspect, Real32 n, Real32 f)
+{
+    PerspectiveCameraPtr cam = PerspectiveCamera::create();
+    beginEditCP(cam);
+    cam->setFov(fov);
+    cam->setFovMode(mode);
+    cam->setAspect(aspect);
+    cam->setNear(n);
+    cam->setFar(f);
+    endEditCP(cam);
+    return cam;
+}
+
+} // namespace
+
+TEST(PerspectiveCamera, ProjectionMatchesTheGlFrustumOfTheFovMode)
+{
+    struct Case
+    {
+        Real32 fov;
+        UInt32 mode;
+        UInt32 width, height;
+        Real32 aspect;
+        // half extents at the near plane, from the definition
+        Real64 x, y;
+    };
+    const Real64 n = .5, f = 50;
+    const Real64 tv = std::tan(Pi / 6);          // half of 60 degrees
+    const Case cases[] =
+    {
+        { Pi / 3, PerspectiveCamera::FOV_vertical,   200, 100, 1, n * tv * 2,     n * tv     },
+        { Pi / 3, PerspectiveCamera::FOV_vertical,   200, 100, 2, n * tv * 4,     n * tv     },
+        { Pi / 3, PerspectiveCamera::FOV_horizontal, 200, 100, 1, n * tv,         n * tv / 2 },
+        { Pi / 3, PerspectiveCamera::FOV_smaller,    200, 100, 1, n * tv * 2,     n * tv     },
+        { Pi / 3, PerspectiveCamera::FOV_smaller,    100, 200, 1, n * tv,         n * tv * 2 },
+        { 60.f,   PerspectiveCamera::FOV_vertical,   100, 100, 1, n * tv,         n * tv     },
+    };
+
+    for(const Case &c : cases)
+    {
+        SCOPED_TRACE(testing::Message() << "fov " << c.fov << " mode " << c.mode << " "
+                                        << c.width << "x" << c.height);
+        PerspectiveCameraPtr cam = perspective(c.fov, c.mode, c.aspect, n, f);
+        addRefCP(cam);
+
+        Matrix m;
+        cam->getProjection(m, c.width, c.height);
+        Rows expected;
+        frustumRows(expected, -c.x, c.x, -c.y, c.y, n, f);
+        expectRowsNear(m, expected);
+
+        cam->getProjectionTranslation(m, c.width, c.height);
+        EXPECT_TRUE(m.equals(Matrix::identity(), 0.f));
+        subRefCP(cam);
+    }
+}
+
+TEST(PerspectiveCamera, InvalidSettingsGiveTheIdentity)
+{
+    testsupport::LogCapture log(LOG_WARNING);
+    const struct { Real32 fov, n, f; UInt32 w, h; } cases[] =
+    {
+        { 0,      1, 10, 10, 10 },
+        { -1,     1, 10, 10, 10 },
+        { Pi / 2, 10, 1, 10, 10 },
+        { Pi / 2, 1,  1, 10, 10 },
+        { Pi / 2, 1, 10,  0, 10 },
+    };
+    for(const auto &c : cases)
+    {
+        PerspectiveCameraPtr cam = perspective(c.fov, PerspectiveCamera::FOV_vertical, 1, c.n, c.f);
+        addRefCP(cam);
+        Matrix m(2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2);
+        cam->getProjection(m, c.w, c.h);
+        EXPECT_TRUE(m.equals(Matrix::identity(), 0.f));
+        subRefCP(cam);
+    }
+}
+
+TEST(OrthographicCamera, SizesFollowTheWindowAspect)
+{
+    struct Case { Real32 v, h; UInt32 width, height; Real64 x, y; };
+    const Case cases[] =
+    {
+        { 2,  -1, 200, 100, 2,  1 },    // width from the height
+        { 0,   4, 200, 100, 2,  1 },    // height from the width
+        { 2,   2, 200, 100, 2,  1 },    // too narrow: the width grows
+        { 2,   8, 200, 100, 4,  2 },    // too wide: the height grows
+    };
+    for(const Case &c : cases)
+    {
+        OrthographicCameraPtr cam = OrthographicCamera::create();
+        addRefCP(cam);
+        beginEditCP(cam);
+        cam->setVerticalSize(c.v);
+        cam->setHorizontalSize(c.h);
+        cam->setNear(1);
+        cam->setFar(9);
+        endEditCP(cam);
+
+        Matrix m;
+        cam->getProjection(m, c.width, c.height);
+        Rows expected;
+        orthoRows(expected, -c.x, c.x, -c.y, c.y, 1, 9);
+        expectRowsNear(m, expected);
+        subRefCP(cam);
+    }
+}
+
+TEST(Camera, ViewingIsTheInverseOfTheBeaconsToWorld)
+{
+    NodePtr beacon = beaconAt(Vec3f(1, 2, 3), Pi / 2);
+    addRefCP(beacon);
+    PerspectiveCameraPtr cam = perspective(Pi / 2, 0, 1, 1, 10);
+    addRefCP(cam);
+    cam->setBeacon(beacon);
+
+    Matrix viewing;
+    cam->getViewing(viewing, 100, 100);
+
+    // The eye sits at the origin; turned by 90 degrees about +Y the beacon
+    // looks down world -X, which becomes eye -Z.
+    const struct { Pnt3f world, eye; } points[] =
+    {
+        { Pnt3f(1, 2, 3),  Pnt3f(0, 0, 0)  },
+        { Pnt3f(-1, 2, 3), Pnt3f(0, 0, -2) },
+        { Pnt3f(1, 3, 3),  Pnt3f(0, 1, 0)  },
+        { Pnt3f(1, 2, 2),  Pnt3f(1, 0, 0)  },
+    };
+    for(const auto &p : points)
+    {
+        Pnt3f q = p.world;
+        viewing.multMatrixPnt(q);
+        EXPECT_NEAR((q - p.eye).length(), 0.f, 1e-5f);
+    }
+
+    // Without a beacon the result stays as it was.
+    cam->setBeacon(NullFC);
+    testsupport::LogCapture log(LOG_WARNING);
+    Matrix untouched(3, 0, 0, 0, 0, 3, 0, 0, 0, 0, 3, 0, 0, 0, 0, 3);
+    Matrix kept = untouched;
+    cam->getViewing(untouched, 100, 100);
+    EXPECT_TRUE(untouched.equals(kept, 0.f));
+    EXPECT_TRUE(log.contains("Camera::getViewing"));
+
+    subRefCP(cam);
+    subRefCP(beacon);
+}
+
+TEST(Camera, FrustumPlanesAreInWorldSpaceInTheirOrder)
+{
+    NodePtr beacon = beaconAt(Vec3f(0, 0, 5));
+    addRefCP(beacon);
+    PerspectiveCameraPtr cam = perspective(Pi / 2, 0, 1, 1, 10);
+    addRefCP(cam);
+    cam->setBeacon(beacon);
+
+    FrustumVolume frustum;
+    cam->getFrustum(frustum, 100, 100);
+
+    // 90 degrees: the side planes go through the eye at 45 degrees, the
+    // near plane is at z = 4 and the far plane at z = -5.
+    const Real32 s = std::sqrt(.5f);
+    const struct { Vec3f normal; Real32 distance; } planes[6] =
+    {
+        { Vec3f( 0,  0, -1), -4      },   // near
+        { Vec3f( 0,  0,  1), -5      },   // far
+        { Vec3f( s,  0, -s), -5 * s  },   // left
+        { Vec3f(-s,  0, -s), -5 * s  },   // right
+        { Vec3f( 0, -s, -s), -5 * s  },   // top
+        { Vec3f( 0,  s, -s), -5 * s  },   // bottom
+    };
+    for(UInt32 i = 0; i < 6; ++i)
+    {
+        SCOPED_TRACE(i);
+        const Plane &p = frustum.getPlanes()[i];
+        EXPECT_NEAR((p.getNormal() - planes[i].normal).length(), 0.f, 1e-5f);
+        EXPECT_NEAR(p.getDistanceFromOrigin(), planes[i].distance, 1e-4f);
+    }
+
+    EXPECT_TRUE (frustum.intersect(Pnt3f(0, 0, 0)));
+    EXPECT_TRUE (frustum.intersect(Pnt3f(3.9f, 0, 0)));
+    EXPECT_FALSE(frustum.intersect(Pnt3f(0, 0, 6)));      // behind the eye
+    EXPECT_FALSE(frustum.intersect(Pnt3f(0, 0, 4.5f)));   // before the near plane
+    EXPECT_FALSE(frustum.intersect(Pnt3f(0, 0, -6)));     // beyond the far plane
+    EXPECT_FALSE(frustum.intersect(Pnt3f(0, 5.5f, 0)));   // above
+
+    subRefCP(cam);
+    subRefCP(beacon);
+}
+
+TEST(MatrixCamera, UsesItsMatricesAndIgnoresTheBeacon)
+{
+    Matrix projection, modelview;
+    MatrixFrustum(projection, -1, 1, -1, 1, 1, 3);
+    modelview.setTranslate(0, 0, -2);
+
+    NodePtr beacon = beaconAt(Vec3f(7, 7, 7));
+    addRefCP(beacon);
+    MatrixCameraPtr cam = MatrixCamera::create();
+    addRefCP(cam);
+    beginEditCP(cam);
+    cam->setProjectionMatrix(projection);
+    cam->setModelviewMatrix(modelview);
+    cam->setBeacon(beacon);
+    endEditCP(cam);
+
+    Matrix m;
+    cam->getProjection(m, 10, 10);
+    EXPECT_TRUE(m.equals(projection, 0.f));
+    cam->getViewing(m, 10, 10);
+    EXPECT_TRUE(m.equals(modelview, 0.f));
+
+    // The origin is 2 in front of the eye, between near 1 and far 3.
+    FrustumVolume frustum;
+    cam->getFrustum(frustum, 10, 10);
+    EXPECT_TRUE (frustum.intersect(Pnt3f(0, 0, 0)));
+    EXPECT_FALSE(frustum.intersect(Pnt3f(0, 0, 1.5f)));
+
+    subRefCP(cam);
+    subRefCP(beacon);
+}
+
+class CameraGLTest : public testsupport::GLTest
+{
+};
+
+TEST_F(CameraGLTest, SetupLoadsProjectionAndViewingAndViewRaysLeaveTheEye)
+{
+    testsupport::SceneSetup setup(64, 32);
+
+    NodePtr beacon = beaconAt(Vec3f(0, 0, 5));
+    addRefCP(beacon);
+    PerspectiveCameraPtr cam = perspective(Pi / 2, 0, 1, 1, 10);
+    addRefCP(cam);
+    cam->setBeacon(beacon);
+
+    glMatrixMode(GL_TEXTURE);
+    cam->setup(NULL, *setup.viewport.getCPtr());
+
+    GLint mode = 0;
+    glGetIntegerv(GL_MATRIX_MODE, &mode);
+    EXPECT_EQ(mode, GL_MODELVIEW);
+
+    GLfloat proj[16], view[16];
+    glGetFloatv(GL_PROJECTION_MATRIX, proj);
+    glGetFloatv(GL_MODELVIEW_MATRIX, view);
+
+    // 64 x 32 pixels at 90 degrees vertical: y in [-1, 1], x in [-2, 2] at z = -1.
+    Rows expected;
+    frustumRows(expected, -2, 2, -1, 1, 1, 10);
+    for(UInt32 row = 0; row < 4; ++row)
+        for(UInt32 col = 0; col < 4; ++col)
+            EXPECT_NEAR(proj[col * 4 + row], expected[row][col], 1e-5);
+    const Real32 translateBack[16] = { 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, -5, 1 };
+    for(UInt32 i = 0; i < 16; ++i)
+        EXPECT_NEAR(view[i], translateBack[i], 1e-6f);
+
+    // Pixel (48, 8) from the top left: its centre is at x = 2 * (48.5 / 32 - 1)
+    // and y = 1 - 8.5 / 16 on the near plane, one unit in front of the eye.
+    Line   ray;
+    Real32 t = 0;
+    ASSERT_TRUE(cam->calcViewRay(ray, 48, 8, *setup.viewport.getCPtr(), &t));
+    const Pnt3f nearPoint(2 * (48.5f / 32 - 1), 1 - 8.5f / 16, 4);
+    EXPECT_NEAR((ray.getPosition() - nearPoint).length(), 0.f, 1e-4f);
+    Vec3f dir = nearPoint - Pnt3f(0, 0, 5);
+    dir.normalize();
+    EXPECT_NEAR((ray.getDirection() - dir).length(), 0.f, 1e-4f);
+    // From near to far along the ray: 9 units in depth.
+    EXPECT_NEAR(t, 9 / -dir[2], 1e-3f);
+
+    subRefCP(cam);
+    subRefCP(beacon);
+}

@@ -1,0 +1,234 @@
+#include <OpenSG/OSGAction.h>
+#include <OpenSG/OSGGroup.h>
+#include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGSimpleAttachments.h>
+#include <OpenSG/OSGTransform.h>
+
+#include "support/LogCapture.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+using namespace osg;
+
+namespace
+{
+
+NodePtr namedNode(const std::string &name, NodeCorePtr core = Group::create())
+{
+    NodePtr node = makeNodeFor(core);
+    setName(node, name);
+    return node;
+}
+
+void attach(NodePtr parent, NodePtr child)
+{
+    beginEditCP(parent, Node::ChildrenFieldMask);
+    parent->addChild(child);
+    endEditCP(parent, Node::ChildrenFieldMask);
+}
+
+// root
+//   a
+//     a1
+//     a2
+//   b (Transform core)
+//     b1
+struct Tree
+{
+    Tree()
+    {
+        root = namedNode("root");
+        a    = namedNode("a");
+        b    = namedNode("b", Transform::create());
+        attach(root, a);
+        attach(root, b);
+        attach(a, namedNode("a1"));
+        attach(a, namedNode("a2"));
+        attach(b, namedNode("b1"));
+        addRefCP(root);
+    }
+    ~Tree() { subRefCP(root); }
+
+    NodePtr root, a, b;
+};
+
+const char *resultName(Action::ResultE r)
+{
+    return r == Action::Continue ? "Continue" : r == Action::Skip ? "Skip" : "Quit";
+}
+
+// Enter answers per node name; leave records the children's result and
+// may override it.
+struct Recorder
+{
+    std::map<std::string, Action::ResultE> enterResult;
+    std::map<std::string, Action::ResultE> leaveResult;
+    std::vector<std::string>               entered;
+    std::vector<std::string>               left;
+
+    Action::ResultE enter(NodePtr &node)
+    {
+        std::string name = getName(node);
+        entered.push_back(name);
+        auto it = enterResult.find(name);
+        return it != enterResult.end() ? it->second : Action::Continue;
+    }
+
+    Action::ResultE leave(NodePtr &node, Action::ResultE res)
+    {
+        std::string name = getName(node);
+        left.push_back(name + ":" + resultName(res));
+        auto it = leaveResult.find(name);
+        return it != leaveResult.end() ? it->second : res;
+    }
+};
+
+} // namespace
+
+TEST(Traverse, EnterAndLeaveFollowDepthFirstOrderAndResults)
+{
+    struct Case
+    {
+        const char                            *what;
+        std::map<std::string, Action::ResultE> enter;
+        std::map<std::string, Action::ResultE> leave;
+        std::vector<std::string>               entered;
+        std::vector<std::string>               left;
+        Action::ResultE                        result;
+    };
+    const Case cases[] =
+    {
+        { "all continue", {}, {},
+          { "root", "a", "a1", "a2", "b", "b1" },
+          { "a1:Continue", "a2:Continue", "a:Continue", "b1:Continue", "b:Continue",
+            "root:Continue" },
+          Action::Continue },
+        { "skip hides the children only", { { "a", Action::Skip } }, {},
+          { "root", "a", "b", "b1" },
+          { "a:Continue", "b1:Continue", "b:Continue", "root:Continue" },
+          Action::Continue },
+        { "quit ends everything and reaches every open leave", { { "a1", Action::Quit } }, {},
+          { "root", "a", "a1" },
+          { "a1:Quit", "a:Quit", "root:Quit" },
+          Action::Quit },
+        { "leave's result replaces the node's", {}, { { "a", Action::Quit } },
+          { "root", "a", "a1", "a2" },
+          { "a1:Continue", "a2:Continue", "a:Continue", "root:Quit" },
+          Action::Quit },
+    };
+
+    for(const Case &c : cases)
+    {
+        SCOPED_TRACE(c.what);
+        Tree     tree;
+        Recorder rec;
+        rec.enterResult = c.enter;
+        rec.leaveResult = c.leave;
+
+        Action::ResultE result = traverse(
+            tree.root,
+            osgTypedMethodFunctor1ObjPtrCPtrRef<Action::ResultE, Recorder, NodePtr>(
+                &rec, &Recorder::enter),
+            osgTypedMethodFunctor2ObjPtrCPtrRef<Action::ResultE, Recorder, NodePtr,
+                                                Action::ResultE>(&rec, &Recorder::leave));
+
+        EXPECT_EQ(rec.entered, c.entered);
+        EXPECT_EQ(rec.left, c.left);
+        EXPECT_EQ(result, c.result);
+    }
+}
+
+TEST(Traverse, EnterOnlyStopsAtQuitAndIgnoresTravMask)
+{
+    Tree tree;
+    tree.b->setTravMask(0);
+
+    Recorder rec;
+    rec.enterResult["a2"] = Action::Quit;
+    auto enter = osgTypedMethodFunctor1ObjPtrCPtrRef<Action::ResultE, Recorder, NodePtr>(
+        &rec, &Recorder::enter);
+
+    EXPECT_EQ(traverse(tree.root, enter), Action::Quit);
+    EXPECT_EQ(rec.entered, (std::vector<std::string>{ "root", "a", "a1", "a2" }));
+
+    rec.entered.clear();
+    rec.enterResult.clear();
+    std::vector<NodePtr> list = { tree.b, tree.a };
+    EXPECT_EQ(traverse(list, enter), Action::Continue);
+    EXPECT_EQ(rec.entered, (std::vector<std::string>{ "b", "b1", "a", "a1", "a2" }));
+}
+
+namespace
+{
+
+// An action with one enter functor for Group, which also serves every core
+// type derived from Group.
+struct GroupVisits
+{
+    GroupVisits() : action(Action::create())
+    {
+        action->registerEnterFunction(
+            Group::getClassType(),
+            Action::Functor([this](CNodePtr &node, Action *) {
+                visited.push_back(getName(NodePtr(node.getNode())));
+                return Action::Continue;
+            }));
+    }
+    ~GroupVisits() { delete action; }
+
+    Action                  *action;
+    std::vector<std::string> visited;
+};
+
+} // namespace
+
+TEST(Action, TravMaskHidesSubtreesWhoseMaskSharesNoBitWithTheAction)
+{
+    struct Case
+    {
+        UInt32                   nodeMask;
+        UInt32                   actionMask;
+        std::vector<std::string> visited;
+    };
+    const Case cases[] =
+    {
+        { 0xffffffff, 0xffffffff, { "root", "a", "a1", "a2", "b", "b1" } },
+        { 0,          0xffffffff, { "root", "b", "b1" } },
+        { 0x2,        0x1,        { "root", "b", "b1" } },
+        { 0x3,        0x1,        { "root", "a", "a1", "a2", "b", "b1" } },
+    };
+
+    for(const Case &c : cases)
+    {
+        SCOPED_TRACE(testing::Message() << c.nodeMask << " & " << c.actionMask);
+        Tree tree;
+        for(NodePtr n : { tree.root, tree.a, tree.b, tree.a->getChild(0),
+                          tree.a->getChild(1), tree.b->getChild(0) })
+            n->setTravMask(n == tree.a ? c.nodeMask : (c.actionMask | 0xffff0000));
+
+        GroupVisits visits;
+        visits.action->setTravMask(c.actionMask);
+        EXPECT_EQ(visits.action->apply(tree.root), Action::Continue);
+        EXPECT_EQ(visits.visited, c.visited);
+    }
+}
+
+TEST(Action, NodeWithoutCoreAbortsWithAWarning)
+{
+    Tree    tree;
+    NodePtr coreless = Node::create();
+    setName(coreless, "coreless");
+    beginEditCP(tree.a, Node::ChildrenFieldMask);
+    tree.a->insertChild(1, coreless);
+    endEditCP(tree.a, Node::ChildrenFieldMask);
+
+    testsupport::LogCapture log(LOG_WARNING);
+    GroupVisits visits;
+    EXPECT_EQ(visits.action->apply(tree.root), Action::Quit);
+    EXPECT_EQ(visits.visited, (std::vector<std::string>{ "root", "a", "a1" }));
+    EXPECT_TRUE(log.contains("core"));
+}

@@ -1,0 +1,293 @@
+#include "support/GLTest.h"
+#include "support/PixelProbe.h"
+#include "support/SceneSetup.h"
+
+#include <OpenSG/OSGBlendChunk.h>
+#include <OpenSG/OSGChunkMaterial.h>
+#include <OpenSG/OSGMaterialChunk.h>
+#include <OpenSG/OSGPolygonChunk.h>
+#include <OpenSG/OSGQuaternion.h>
+#include <OpenSG/OSGSimpleGeometry.h>
+#include <OpenSG/OSGSimpleMaterial.h>
+
+#include <algorithm>
+
+using namespace osg;
+using testsupport::addChild;
+using testsupport::makeFullQuad;
+using testsupport::makeUnlitMaterial;
+using testsupport::readPixelFloat;
+using testsupport::SceneSetup;
+
+namespace
+{
+
+// 8-bit framebuffer: one step, plus one for each blend that rounds.
+const float s_tol = 1.5f / 255.f;
+
+void expectColor(int x, int y, const Color3f &expected, float tol = s_tol)
+{
+    testsupport::RGBAf pixel = readPixelFloat(x, y);
+    EXPECT_NEAR(pixel[0], expected[0], tol);
+    EXPECT_NEAR(pixel[1], expected[1], tol);
+    EXPECT_NEAR(pixel[2], expected[2], tol);
+}
+
+void setBackgroundColor(SceneSetup &setup, const Color3f &color)
+{
+    beginEditCP(setup.background);
+    setup.background->setColor(color);
+    endEditCP(setup.background);
+}
+
+// Unlit colour through a MaterialChunk plus any extra chunks.
+ChunkMaterialPtr makeChunkMaterial(const Color3f &color, StateChunkPtr extra)
+{
+    MaterialChunkPtr mc = MaterialChunk::create();
+    beginEditCP(mc);
+    mc->setLit(false);
+    mc->setDiffuse(Color4f(color[0], color[1], color[2], 1.f));
+    endEditCP(mc);
+
+    ChunkMaterialPtr mat = ChunkMaterial::create();
+    beginEditCP(mat, ChunkMaterial::ChunksFieldMask);
+    mat->addChunk(mc);
+    if(extra != NullFC)
+        mat->addChunk(extra);
+    endEditCP(mat, ChunkMaterial::ChunksFieldMask);
+    return mat;
+}
+
+class RenderActionTest : public testsupport::GLTest
+{
+};
+
+// Three half-transparent quads, listed front to back: sorted, they blend
+// back to front; unsorted they are drawn in list order with depth writes
+// on, so the front one hides the others.
+TEST_F(RenderActionTest, TransparentObjectsBlendBackToFront)
+{
+    const Color3f bg(0.1f, 0.1f, 0.1f);
+    const Color3f colors[3] = { Color3f(1.f, 0.f, 0.f),     // front, z = 1
+                                Color3f(0.f, 1.f, 0.f),     // middle, z = 0
+                                Color3f(0.f, 0.f, 1.f) };   // back, z = -1
+    const Real32  heights[3] = { 1.f, 0.f, -1.f };
+    const Real32  alpha = 0.5f;
+
+    for(bool sortTrans : { true, false })
+    {
+        SCOPED_TRACE(sortTrans ? "sorted" : "unsorted");
+        SceneSetup setup(32, 32);
+        setBackgroundColor(setup, bg);
+        setup.action->setSortTrans(sortTrans);
+        for(int i = 0; i < 3; ++i)
+            addChild(setup.root, makeFullQuad(heights[i], makeUnlitMaterial(colors[i], 1.f - alpha)));
+
+        setup.render();
+
+        Color3f expected = bg;
+        if(sortTrans)
+        {
+            for(int i = 2; i >= 0; --i)
+                expected = colors[i] * alpha + expected * (1.f - alpha);
+        }
+        else
+        {
+            expected = colors[0] * alpha + bg * (1.f - alpha);
+        }
+        expectColor(16, 16, expected, 3.f / 255.f);
+    }
+}
+
+TEST_F(RenderActionTest, TransparentPassLeavesDepthUnwrittenUnlessZWriteTrans)
+{
+    for(bool zwrite : { false, true })
+    {
+        SCOPED_TRACE(zwrite ? "ZWriteTrans" : "default");
+        SceneSetup setup(32, 32);
+        setup.action->setZWriteTrans(zwrite);
+        addChild(setup.root, makeFullQuad(0.f, makeUnlitMaterial(Color3f(1.f, 1.f, 1.f), 0.5f)));
+
+        setup.render();
+
+        // The quad lies at depth 0.5; the background clears to 1.
+        EXPECT_NEAR(testsupport::readDepth(16, 16), zwrite ? 0.5f : 1.f, 1e-4);
+    }
+}
+
+TEST_F(RenderActionTest, BlendChunkOneOneAddsToTheBackground)
+{
+    SceneSetup setup(32, 32);
+    const Color3f bg(0.2f, 0.1f, 0.1f);
+    const Color3f color(0.3f, 0.2f, 0.4f);
+    setBackgroundColor(setup, bg);
+
+    BlendChunkPtr blend = BlendChunk::create();
+    beginEditCP(blend);
+    blend->setSrcFactor(GL_ONE);
+    blend->setDestFactor(GL_ONE);
+    endEditCP(blend);
+    addChild(setup.root, makeFullQuad(0.f, makeChunkMaterial(color, blend)));
+    addChild(setup.root, makeFullQuad(0.5f, makeChunkMaterial(color, blend)));
+
+    setup.render();
+
+    expectColor(16, 16, bg + color + color, 2.f / 255.f);
+    EXPECT_FALSE(glIsEnabled(GL_BLEND)) << "the chunk is deactivated after the frame";
+}
+
+struct CullCase
+{
+    const char *name;
+    GLenum      cullFace;
+    bool        turned;         // quad rotated to show its back
+    bool        visible;
+};
+
+const CullCase s_cullCases[] = {
+    { "no culling, front",  GL_NONE,  false, true  },
+    { "no culling, back",   GL_NONE,  true,  true  },
+    { "cull back, front",   GL_BACK,  false, true  },
+    { "cull back, back",    GL_BACK,  true,  false },
+    { "cull front, front",  GL_FRONT, false, false },
+    { "cull front, back",   GL_FRONT, true,  true  },
+};
+
+TEST_F(RenderActionTest, PolygonChunkCullsTheSelectedFaces)
+{
+    const Color3f color(0.f, 0.8f, 0.2f);
+    for(const CullCase &c : s_cullCases)
+    {
+        SCOPED_TRACE(c.name);
+        SceneSetup setup(32, 32);
+
+        PolygonChunkPtr poly = PolygonChunk::create();
+        beginEditCP(poly);
+        poly->setCullFace(c.cullFace);
+        endEditCP(poly);
+
+        Matrix m;
+        if(c.turned)
+            m.setRotate(Quaternion(Vec3f(0.f, 1.f, 0.f), Pi));
+        NodePtr turn = testsupport::makeTransformNode(m);
+        addChild(turn, makeFullQuad(0.f, makeChunkMaterial(color, poly)));
+        addChild(setup.root, turn);
+
+        setup.render();
+
+        expectColor(16, 16, c.visible ? color : Color3f(0.f, 0.f, 0.f));
+    }
+}
+
+struct MaskCase
+{
+    UInt32 nodeMask;
+    UInt32 viewportMask;
+    bool   visible;
+};
+
+const MaskCase s_maskCases[] = {
+    { 0xffffffff, 0xffffffff, true  },
+    { 0,          0xffffffff, false },
+    { 0x2,        0x1,        false },
+    { 0x2,        0x3,        true  },
+};
+
+TEST_F(RenderActionTest, TraversalMaskHidesASubtree)
+{
+    const Color3f color(1.f, 1.f, 0.f);
+    for(const MaskCase &c : s_maskCases)
+    {
+        SCOPED_TRACE(testing::Message() << std::hex << c.nodeMask << " & " << c.viewportMask);
+        SceneSetup setup(32, 32);
+
+        NodePtr subtree = testsupport::makeGroupNode();
+        addChild(subtree, makeFullQuad(0.f, makeUnlitMaterial(color)));
+        beginEditCP(subtree, Node::TravMaskFieldMask);
+        subtree->setTravMask(c.nodeMask);
+        endEditCP(subtree, Node::TravMaskFieldMask);
+        addChild(setup.root, subtree);
+        beginEditCP(setup.viewport, Viewport::TravMaskFieldMask);
+        setup.viewport->setTravMask(c.viewportMask);
+        endEditCP(setup.viewport, Viewport::TravMaskFieldMask);
+
+        setup.render();
+
+        expectColor(16, 16, c.visible ? color : Color3f(0.f, 0.f, 0.f));
+        EXPECT_EQ(setup.action->getNumDrawnNodes(), c.visible ? 1u : 0u);
+    }
+}
+
+TEST_F(RenderActionTest, OverrideMaterialReplacesEveryGeometrysMaterial)
+{
+    SceneSetup setup(32, 32);
+    addChild(setup.root, makeFullQuad(0.f, makeUnlitMaterial(Color3f(1.f, 0.f, 0.f))));
+
+    MaterialPtr blue = makeUnlitMaterial(Color3f(0.f, 0.f, 1.f));
+    addRefCP(blue);
+    setup.action->setMaterial(getCPtr(blue), NullFC);
+
+    setup.render();
+    expectColor(16, 16, Color3f(0.f, 0.f, 1.f));
+
+    // start() leaves the override alone; clearing it restores the own one.
+    setup.action->setMaterial(NULL, NullFC);
+    setup.render();
+    expectColor(16, 16, Color3f(1.f, 0.f, 0.f));
+    subRefCP(blue);
+}
+
+struct CounterCase
+{
+    const char *name;
+    bool        stateSorting;
+    bool        culling;
+    UInt32      drawn;
+    UInt32      stateChanges;
+};
+
+// Six spheres alternating between two materials plus one outside the view.
+const CounterCase s_counterCases[] = {
+    { "sorted, culled",     true,  true,  6, 2 },
+    { "unsorted, culled",   false, true,  6, 6 },
+    { "sorted, not culled", true,  false, 7, 2 },
+};
+
+TEST_F(RenderActionTest, CountersReportDrawsTrianglesAndStateChanges)
+{
+    const UInt16 depth = 1;
+    const UInt32 trianglesPerSphere = 20 * 4;   // icosahedron split once
+
+    for(const CounterCase &c : s_counterCases)
+    {
+        SCOPED_TRACE(c.name);
+        SceneSetup setup(64, 64);
+        setup.action->setStateSorting(c.stateSorting);
+        setup.action->setFrustumCulling(c.culling);
+
+        MaterialPtr mats[2] = { makeUnlitMaterial(Color3f(1.f, 0.f, 0.f)),
+                                makeUnlitMaterial(Color3f(0.f, 1.f, 0.f)) };
+        for(int i = 0; i < 7; ++i)
+        {
+            GeometryPtr sphere = makeSphereGeo(depth, 0.1f);
+            beginEditCP(sphere, Geometry::MaterialFieldMask);
+            sphere->setMaterial(mats[i % 2]);
+            endEditCP(sphere, Geometry::MaterialFieldMask);
+
+            Matrix m;
+            // The last one sits far to the right of the view.
+            m.setTranslate(i < 6 ? -0.75f + 0.3f * i : 5.f, 0.f, 0.f);
+            NodePtr node = testsupport::makeTransformNode(m);
+            addChild(node, makeNodeFor(sphere));
+            addChild(setup.root, node);
+        }
+
+        setup.render();
+
+        EXPECT_EQ(setup.action->getNumDrawnNodes(),   c.drawn);
+        EXPECT_EQ(setup.action->getNumTriangles(),    c.drawn * trianglesPerSphere);
+        EXPECT_EQ(setup.action->getNumStateChanges(), c.stateChanges);
+    }
+}
+
+} // namespace
