@@ -203,6 +203,15 @@ bool RenderAction::pushVisibility(void)
 
     DynamicVolume vol;
     getActNode()->getWorldVolume(vol);
+
+    // An empty volume proves nothing: it may be stale after children were
+    // re-enabled by writing their TravMask without an edit.
+    if(vol.isEmpty())
+    {
+        _visibilityStack.push_back(inplanes);
+        return true;
+    }
+
     bool visible = intersect(getFrustum(), vol, inplanes);
     _visibilityStack.push_back(inplanes);
     return visible;

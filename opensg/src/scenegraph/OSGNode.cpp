@@ -440,7 +440,7 @@ void Node::updateVolume(void)
 
 void Node::invalidateVolume(void)
 {
-    Volume &vol = _sfVolume.getValue().getInstance();
+    DynamicVolume &vol = _sfVolume.getValue();
     if(vol.isValid() && !vol.isStatic())
     {
         vol.setValid(false);

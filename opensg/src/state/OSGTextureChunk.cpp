@@ -332,6 +332,14 @@ bool isCompressedFormat(UInt32 format)
            format == Image::OSG_RGBA_DXT3 || format == Image::OSG_RGBA_DXT5;
 }
 
+// Targets with a fixed-function enable.
+bool hasEnable(GLenum target)
+{
+    return target == GL_TEXTURE_1D || target == GL_TEXTURE_2D ||
+           target == GL_TEXTURE_3D || target == GL_TEXTURE_CUBE_MAP ||
+           target == GL_TEXTURE_RECTANGLE;
+}
+
 // Texture enables and the texture environment exist only for the
 // fixed-function units.
 bool fixedUnit(UInt32 unit)
@@ -600,9 +608,8 @@ void TextureChunk::activate(DrawActionBase *action, UInt32 index)
 
     if(fixedUnit(index))
     {
-        const GLenum target = getGLTarget();
-        if(target != GL_TEXTURE_2D_ARRAY)
-            glEnable(target);
+        if(hasEnable(getGLTarget()))
+            glEnable(getGLTarget());
 
         glTexEnvi (GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE,  getEnvMode());
         glTexEnvfv(GL_TEXTURE_ENV, GL_TEXTURE_ENV_COLOR, getEnvColor().getValuesRGBA());
@@ -669,9 +676,8 @@ void TextureChunk::deactivate(DrawActionBase *action, UInt32 index)
     Window *win = action != NULL ? action->getWindow() : NULL;
     activeTexture(win, UInt16(index));
 
-    const GLenum target = getGLTarget();
-    if(target != GL_TEXTURE_2D_ARRAY)
-        glDisable(target);
+    if(hasEnable(getGLTarget()))
+        glDisable(getGLTarget());
 
     if(getPointSprite())
     {

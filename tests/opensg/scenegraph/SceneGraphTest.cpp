@@ -311,37 +311,3 @@ TEST(Switch, VolumeAndChoiceFollowTheSelectedChild)
     }
     subRefCP(node);
 }
-
-TEST(Cores, FieldIdsAndDefaultsMatchTheirTypes)
-{
-    EXPECT_EQ(UInt32(Transform::MatrixFieldId), 3u);
-    EXPECT_EQ(UInt32(MaterialGroup::MaterialFieldId), 3u);
-    EXPECT_EQ(UInt32(Geometry::MaterialFieldId), 3u);
-    EXPECT_EQ(UInt32(Geometry::TypesFieldId), 4u);
-    EXPECT_EQ(UInt32(Geometry::TexCoords7FieldId), 17u);
-    EXPECT_EQ(UInt32(Geometry::IndicesFieldId), 18u);
-    EXPECT_EQ(UInt32(Geometry::IgnoreGLForAspectFieldId), 22u);
-    EXPECT_EQ(UInt32(Light::ShadowModeFieldId), 12u);
-    EXPECT_EQ(UInt32(PointLight::PositionFieldId), 13u);
-    EXPECT_EQ(UInt32(GeoPositions3f::GeoPropDataFieldId), 3u);
-
-    TransformPtr t = Transform::create();
-    EXPECT_TRUE(t->getMatrix().equals(Matrix::identity(), 0.f));
-    addRefCP(t);
-    subRefCP(t);
-
-    GeometryPtr geo = Geometry::create();
-    EXPECT_TRUE(geo->getDlistCache());
-    EXPECT_EQ(geo->getIgnoreGLForAspect(), -1);
-    EXPECT_EQ(geo->getMaterial(), NullFC);
-    addRefCP(geo);
-    subRefCP(geo);
-
-    PointLightPtr light = PointLight::create();
-    EXPECT_TRUE(light->getOn());
-    EXPECT_FLOAT_EQ(light->getConstantAttenuation(), 1.f);
-    EXPECT_FLOAT_EQ(light->getDiffuse()[3], 1.f);
-    EXPECT_FLOAT_EQ(light->getAmbient()[0], 0.f);
-    addRefCP(light);
-    subRefCP(light);
-}

@@ -302,6 +302,34 @@ TEST_F(FBOViewportTest, TwoViewportsShareOneDepthTextureAcrossAResize)
     subRefCP(second);
 }
 
+TEST_F(FBOViewportTest, WithoutFramebufferObjectsTheImageIsCopiedIntoTheTexture)
+{
+    SceneSetup setup(64, 64);
+    setup.action->setWindow(getCPtr(setup.window));
+
+    NodePtr scene = testsupport::makeGroupNode();
+    addRefCP(scene);
+    addChild(scene, makeRect(-1.f, -1.f, 0.f, 1.f, 0.f, makeUnlitMaterial(Color3f(1.f, 0.f, 0.f))));
+
+    const int size = 16;
+    FBOViewportPtr fbo = makeFBOViewport(setup, size, size, scene);
+    beginEditCP(fbo, FBOViewport::FboOnFieldMask);
+    fbo->setFboOn(false);
+    endEditCP(fbo, FBOViewport::FboOnFieldMask);
+    TextureChunkPtr color = makeColorTarget(size, size);
+    addTexture(fbo, color);
+
+    fbo->render(setup.action);
+
+    std::vector<float> data = readTexture(color, GL_RGBA, 4);
+    EXPECT_FLOAT_EQ(texel(data, 4, 4,  8, 0), 1.f);
+    EXPECT_FLOAT_EQ(texel(data, 4, 12, 8, 0), 0.f);
+    EXPECT_FLOAT_EQ(texel(data, 4, 12, 8, 3), 1.f);
+
+    releaseTextures(fbo);
+    subRefCP(scene);
+}
+
 TEST_F(FBOViewportTest, HalfFloatTargetKeepsValuesAboveOne)
 {
     const float values[3] = { 2.5f, 7.25f, 0.125f };   // exact in half floats

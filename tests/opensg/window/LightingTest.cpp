@@ -231,4 +231,35 @@ TEST_F(LightingTest, SwitchedOffLightIsIgnored)
     EXPECT_NEAR(pixel[1], s_globalAmbient * s_ambient[1], 1.5f / 255.f);
 }
 
+// Two quads, the light core above only the left one: with LocalLights the
+// right one keeps just the global ambient term, without it both are lit.
+TEST_F(LightingTest, LocalLightsLightOnlyTheSubtreeBelowThem)
+{
+    for(bool local : { false, true })
+    {
+        SCOPED_TRACE(local ? "local" : "global");
+        SceneSetup setup(64, 64);
+        setup.action->setLocalLights(local);
+
+        SimpleMaterialPtr mat = SimpleMaterial::create();
+        beginEditCP(mat);
+        mat->setAmbient(s_ambient);
+        mat->setDiffuse(s_diffuse);
+        endEditCP(mat);
+
+        NodePtr lightNode = makeNodeFor(makeLight(s_cases[0], setup.root));
+        testsupport::addChild(lightNode, testsupport::makeRect(-1.f, -1.f, 0.f, 1.f, 0.f, mat));
+        testsupport::addChild(setup.root, lightNode);
+        testsupport::addChild(setup.root, testsupport::makeRect(0.f, -1.f, 1.f, 1.f, 0.f, mat));
+
+        setup.render();
+
+        // Head-on white light: ambient term plus the full diffuse colour.
+        const Real32 lit   = s_globalAmbient * s_ambient[0] + s_diffuse[0];
+        const Real32 unlit = s_globalAmbient * s_ambient[0];
+        EXPECT_NEAR(testsupport::readPixelFloat(16, 32)[0], lit, 1.5f / 255.f);
+        EXPECT_NEAR(testsupport::readPixelFloat(48, 32)[0], local ? unlit : lit, 1.5f / 255.f);
+    }
+}
+
 } // namespace

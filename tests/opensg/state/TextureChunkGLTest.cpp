@@ -1,0 +1,156 @@
+#include <OpenSG/OSGTextureChunk.h>
+#include <OpenSG/OSGImage.h>
+#include <OpenSG/OSGState.h>
+
+#include "support/GLTest.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+using namespace osg;
+
+namespace
+{
+
+class TextureChunkGL : public testsupport::GLTest
+{
+  protected:
+    void SetUp() override
+    {
+        GLTest::SetUp();
+        if(HasFatalFailure())
+            return;
+        tex = TextureChunk::create();
+        addRefCP(tex);
+    }
+    void TearDown() override
+    {
+        subRefCP(tex);
+        GLTest::TearDown();
+    }
+
+    static GLint level0(GLenum pname)
+    {
+        GLint value = 0;
+        glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, pname, &value);
+        return value;
+    }
+
+    // The texture's level 0 as tightly packed bytes.
+    static std::vector<UInt8> texels(GLenum format, size_t size)
+    {
+        std::vector<UInt8> data(size);
+        glPixelStorei(GL_PACK_ALIGNMENT, 1);
+        glGetTexImage(GL_TEXTURE_2D, 0, format, GL_UNSIGNED_BYTE, data.data());
+        glPixelStorei(GL_PACK_ALIGNMENT, 4);
+        return data;
+    }
+
+    TextureChunkPtr tex;
+};
+
+TEST_F(TextureChunkGL, RenderTargetFormatsAreAllocatedAndFollowImageSize)
+{
+    struct Case
+    {
+        const char *name;
+        GLenum internalFormat, externalFormat;
+        UInt32 pixelFormat;
+        Int32  type;
+    };
+    const Case cases[] =
+    {
+        { "normal",    GL_RGB10_A2,          GL_RGBA,            Image::OSG_RGBA_PF, GL_UNSIGNED_BYTE },
+        { "diffuse",   GL_RGBA8,             GL_RGBA,            Image::OSG_RGBA_PF, GL_UNSIGNED_BYTE },
+        { "depth",     GL_DEPTH_COMPONENT32, GL_DEPTH_COMPONENT, Image::OSG_L_PF,    GL_INT           },
+        { "light",     GL_RGB16F_ARB,        GL_RGB,             Image::OSG_RGB_PF,  GL_HALF_FLOAT_NV },
+        { "shadow",    GL_RGB32F_ARB,        GL_RGB,             Image::OSG_RGB_PF,  GL_FLOAT         },
+        { "occlusion", GL_LUMINANCE8,        GL_LUMINANCE,       Image::OSG_L_PF,    GL_UNSIGNED_BYTE },
+    };
+
+    for(const Case &tc : cases)
+    {
+        SCOPED_TRACE(tc.name);
+        TextureChunkPtr target = TextureChunk::create();
+        TextureChunkRefPtr hold(target);
+        target->setInternalFormat(tc.internalFormat);
+        target->setExternalFormat(tc.externalFormat);
+        target->setMinFilter(GL_LINEAR);
+
+        ImagePtr image = Image::create();
+        image->set(tc.pixelFormat, 17, 9, 1, 1, 1, 0.0, NULL, tc.type);
+        target->setImage(image);
+        target->validate();
+
+        const GLuint name = target->getGLTextureName();
+        ASSERT_NE(name, 0u);
+        EXPECT_EQ(level0(GL_TEXTURE_WIDTH), 17);
+        EXPECT_EQ(level0(GL_TEXTURE_HEIGHT), 9);
+        EXPECT_EQ(GLenum(level0(GL_TEXTURE_INTERNAL_FORMAT)), tc.internalFormat);
+
+        // A resize hands over a new image; the texture keeps its name.
+        ImagePtr bigger = Image::create();
+        bigger->set(tc.pixelFormat, 40, 24, 1, 1, 1, 0.0, NULL, tc.type);
+        image->clearData();
+        target->setImage(bigger);
+        target->validate();
+        EXPECT_EQ(target->getGLTextureName(), name);
+        EXPECT_EQ(level0(GL_TEXTURE_WIDTH), 40);
+        EXPECT_EQ(level0(GL_TEXTURE_HEIGHT), 24);
+    }
+}
+
+TEST_F(TextureChunkGL, UploadsUnpaddedRowsOnTheSlotsUnit)
+{
+    // 3 RGB texels per row: 9 bytes, not a multiple of GL's default 4.
+    const UInt8 pixels[18] = { 1,  2,  3,  4,  5,  6,  7,  8,  9,
+                               10, 11, 12, 13, 14, 15, 16, 17, 18 };
+    ImagePtr image = Image::create();
+    image->set(Image::OSG_RGB_PF, 3, 2, 1, 1, 1, 0.0, pixels);
+    tex->setImage(image);
+    tex->setMinFilter(GL_NEAREST);
+
+    StatePtr state = State::create();
+    StateRefPtr hold(state);
+    state->addChunk(tex, 2);
+    state->activate(NULL);
+
+    GLint active = 0;
+    glGetIntegerv(GL_ACTIVE_TEXTURE, &active);
+    EXPECT_EQ(active, GL_TEXTURE0);
+
+    glActiveTexture(GL_TEXTURE2);
+    GLint bound = 0;
+    glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
+    EXPECT_EQ(GLuint(bound), tex->getGLTextureName());
+    const std::vector<UInt8> data = texels(GL_RGB, sizeof(pixels));
+    EXPECT_EQ(std::memcmp(data.data(), pixels, sizeof(pixels)), 0);
+    EXPECT_TRUE(glIsEnabled(GL_TEXTURE_2D));
+    glActiveTexture(GL_TEXTURE0);
+
+    state->deactivate(NULL);
+    glActiveTexture(GL_TEXTURE2);
+    EXPECT_FALSE(glIsEnabled(GL_TEXTURE_2D));
+    glActiveTexture(GL_TEXTURE0);
+}
+
+TEST_F(TextureChunkGL, EditedImageIsUploadedAgain)
+{
+    const UInt8 first[4] = { 10, 20, 30, 40 };
+    ImagePtr image = Image::create();
+    image->set(Image::OSG_L_PF, 2, 2, 1, 1, 1, 0.0, first);
+    tex->setImage(image);
+    tex->setMinFilter(GL_NEAREST);
+    tex->validate();
+    EXPECT_EQ(texels(GL_LUMINANCE, 4), std::vector<UInt8>(first, first + 4));
+
+    beginEditCP(image, Image::PixelFieldMask);
+    image->editData()[3] = 99;
+    endEditCP(image, Image::PixelFieldMask);
+    tex->validate();
+    EXPECT_EQ(texels(GL_LUMINANCE, 4), (std::vector<UInt8>{ 10, 20, 30, 99 }));
+}
+
+} // namespace
