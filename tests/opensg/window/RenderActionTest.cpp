@@ -218,6 +218,26 @@ TEST_F(RenderActionTest, TraversalMaskHidesASubtree)
     }
 }
 
+// Writing TravMask without an edit leaves the parents' cached volumes as
+// they were computed while the child was hidden: empty, which must not cull.
+TEST_F(RenderActionTest, ChildReenabledWithoutAnEditIsStillDrawn)
+{
+    const Color3f color(0.f, 1.f, 1.f);
+    SceneSetup setup(32, 32);
+    NodePtr quad = makeFullQuad(0.f, makeUnlitMaterial(color));
+    NodePtr group = testsupport::makeGroupNode();
+    addChild(group, quad);
+    addChild(setup.root, group);
+
+    quad->setTravMask(0);
+    setup.render();
+    expectColor(16, 16, Color3f(0.f, 0.f, 0.f));
+
+    quad->setTravMask(0xffffffff);
+    setup.render();
+    expectColor(16, 16, color);
+}
+
 TEST_F(RenderActionTest, OverrideMaterialReplacesEveryGeometrysMaterial)
 {
     SceneSetup setup(32, 32);
