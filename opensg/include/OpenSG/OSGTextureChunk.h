@@ -272,7 +272,7 @@ class TextureChunk : public StateChunk
     bool   _needsInit;      // re-specify the image
     bool   _needsRefresh;   // re-upload the dirty region
     bool   _needsParams;    // filters, wraps and the like
-    bool   _hasMipmaps;     // levels beyond 0 were specified or generated
+    bool   _hasMipmaps;     // levels beyond 0 were given or generated
 
   private:
     static StateChunkClass _class;

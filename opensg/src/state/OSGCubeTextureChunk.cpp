@@ -88,7 +88,7 @@ void CubeTextureChunk::uploadAll(GLenum target, bool)
         { GL_TEXTURE_CUBE_MAP_NEGATIVE_Z, getCPtr(getImage())     }
     };
 
-    // Faces are always specified whole: they are small and rarely edited.
+    // Faces are always uploaded whole: they are small and rarely edited.
     bool complete = true;
     for(const auto &f : faces)
     {

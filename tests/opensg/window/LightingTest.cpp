@@ -92,13 +92,13 @@ Vec3f expectedColor(const LightCase &c, const Pnt3f &p)
     Vec3f half = toLight + Vec3f(0.f, 0.f, 1.f);
     half.normalize();
     Real32 nh   = std::max(normal.dot(half), 0.f);
-    Real32 spec = nl > 0.f ? std::pow(nh, s_shininess) : 0.f;
+    Real32 specularTerm = nl > 0.f ? std::pow(nh, s_shininess) : 0.f;
 
     Vec3f result;
     for(int i = 0; i < 3; ++i)
     {
         // The light's own ambient is black.
-        Real32 light = nl * s_diffuse[i] + spec * s_specular[i];
+        Real32 light = nl * s_diffuse[i] + specularTerm * s_specular[i];
         result[i] = std::min(1.f, s_globalAmbient * s_ambient[i] + atten * spot * light);
     }
     return result;
