@@ -206,7 +206,7 @@ bool RenderAction::pushVisibility(void)
 
     // An empty volume proves nothing: it may be stale after children were
     // re-enabled by writing their TravMask without an edit.
-    if(false && vol.isEmpty())
+    if(vol.isEmpty())
     {
         _visibilityStack.push_back(inplanes);
         return true;
