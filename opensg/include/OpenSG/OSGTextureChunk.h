@@ -229,6 +229,9 @@ class TextureChunk : public StateChunk
     void   validate         (Window *win = NULL);
     // The GL texture name, 0 before the first validate/activate.
     GLuint getGLTextureName (void) const { return _glName; }
+
+    // Runtime extension: whether an internal format is a depth format.
+    static bool isDepthFormat(GLenum format);
     // The GL target the texture has or will have (Target or derived).
     virtual GLenum getGLTarget(void) const;
 

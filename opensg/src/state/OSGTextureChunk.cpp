@@ -291,20 +291,6 @@ GLenum TextureChunk::getGLTarget(void) const
 namespace
 {
 
-bool isDepthFormat(GLenum format)
-{
-    switch(format)
-    {
-        case GL_DEPTH_COMPONENT:
-        case GL_DEPTH_COMPONENT16:
-        case GL_DEPTH_COMPONENT24:
-        case GL_DEPTH_COMPONENT32:
-        case GL_DEPTH_COMPONENT32F:
-            return true;
-        default:
-            return false;
-    }
-}
 
 UInt32 externalComponents(GLenum format)
 {
@@ -373,7 +359,7 @@ TextureChunk::UploadFormat TextureChunk::uploadFormat(Image *image) const
 
     // Depth textures are render targets: allocated, never filled from the
     // image, whose luminance layout need not match.
-    if(isDepthFormat(fmt.internalFormat))
+    if(TextureChunk::isDepthFormat(fmt.internalFormat))
     {
         fmt.externalFormat = GL_DEPTH_COMPONENT;
         fmt.passData       = fmt.passData && fmt.type == GL_FLOAT &&
@@ -699,6 +685,21 @@ void TextureChunk::dump(UInt32 uiIndent, const BitVector) const
     indentLog(uiIndent, PLOG);
     PLOG << "TextureChunk (" << this << ") GL texture " << _glName << " image "
          << getImage() << std::endl;
+}
+
+bool TextureChunk::isDepthFormat(GLenum format)
+{
+    switch(format)
+    {
+        case GL_DEPTH_COMPONENT:
+        case GL_DEPTH_COMPONENT16:
+        case GL_DEPTH_COMPONENT24:
+        case GL_DEPTH_COMPONENT32:
+        case GL_DEPTH_COMPONENT32F:
+            return true;
+        default:
+            return false;
+    }
 }
 
 } // namespace osg

@@ -19,20 +19,6 @@ OSG_FC_IMPL(FBOViewport, "Viewport")
 namespace
 {
 
-bool isDepthFormat(GLenum format)
-{
-    switch(format)
-    {
-        case GL_DEPTH_COMPONENT:
-        case GL_DEPTH_COMPONENT16:
-        case GL_DEPTH_COMPONENT24:
-        case GL_DEPTH_COMPONENT32:
-        case GL_DEPTH_COMPONENT32F:
-            return true;
-        default:
-            return false;
-    }
-}
 
 // What the texture really is, so the attachment call matches it.
 GLenum textureTarget(TextureChunk *tex)
@@ -358,7 +344,7 @@ void FBOViewport::renderWithFBO(RenderActionBase *action, Window *win)
         if(tex == NULL)
             continue;
         GLenum format = tex->getInternalFormat();
-        if(isDepthFormat(format))
+        if(TextureChunk::isDepthFormat(format))
             depthTex = tex;
         else if(format == GL_STENCIL_INDEX)
             stencilTex = tex;
