@@ -6,7 +6,15 @@
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGMaterialGroup.h>
 #include <OpenSG/OSGSHLParameterChunk.h>
+#include <OpenSG/OSGDirectionalLight.h>
+#include <OpenSG/OSGPointLight.h>
+#include <OpenSG/OSGSpotLight.h>
 #include <OpenSG/OSGWindow.h>
+
+#include <Lumora/DeferredDirectionalLight.h>
+#include <Lumora/DeferredEmissiveLight.h>
+#include <Lumora/DeferredPointLight.h>
+#include <Lumora/DeferredSpotLight.h>
 
 #include <chrono>
 #include <limits>
@@ -63,7 +71,10 @@ DeferredRenderingViewport::DeferredRenderingViewport(void) :
     forwardDepth      (NullFC),
     lightRoot         (NullFC),
     lightRenderAction (NULL),
-    fullscreenQuad    (NullFC)
+    fullscreenQuad    (NullFC),
+    globalShadowIntensity(1.0f),
+    lights            (),
+    emissiveLight     (NULL)
 {
 }
 
@@ -81,7 +92,10 @@ DeferredRenderingViewport::DeferredRenderingViewport(const DeferredRenderingView
     forwardDepth      (NullFC),
     lightRoot         (NullFC),
     lightRenderAction (NULL),
-    fullscreenQuad    (NullFC)
+    fullscreenQuad    (NullFC),
+    globalShadowIntensity(source.globalShadowIntensity),
+    lights            (),
+    emissiveLight     (NULL)
 {
 }
 
@@ -139,10 +153,19 @@ void DeferredRenderingViewport::onCreate(const DeferredRenderingViewport *)
     fullscreenQuad->getTexCoords().push_back(Vec3f(1, 1, 0));
     fullscreenQuad->setMaterial(fullscreenMaterial);
     endEditCP(fullscreenQuad);
+
+    emissiveLight = new DeferredEmissiveLight();
+    beginEditCP(lightRoot, Node::ChildrenFieldMask);
+    lightRoot->addChild(emissiveLight->getVolumeRoot());
+    endEditCP(lightRoot, Node::ChildrenFieldMask);
 }
 
 void DeferredRenderingViewport::onDestroy(void)
 {
+    for(LightMap::iterator it = lights.begin(); it != lights.end(); ++it)
+        releaseLight(it->second);
+    lights.clear();
+
     if(gbufferShader != NullFC)
         subRefCP(gbufferShader);
     if(fullscreenMaterial != NullFC)
@@ -150,6 +173,9 @@ void DeferredRenderingViewport::onDestroy(void)
 
     delete lightRenderAction;
     lightRenderAction = NULL;
+
+    delete emissiveLight;
+    emissiveLight = NULL;
 
     subRefCP(gbufferBlend);
     subRefCP(forwardDepth);
@@ -258,6 +284,74 @@ Action::ResultE DeferredRenderingViewport::prepareNode(NodePtr &node)
     endEditCP(chunkMaterial, ChunkMaterial::ChunksFieldMask);
 
     return Action::Continue;
+}
+
+// --- light registry -------------------------------------------------------
+
+void DeferredRenderingViewport::addLight(LightPtr light)
+{
+    if(light == NullFC || !light->getOn() || lights.find(light) != lights.end())
+        return;
+
+    IDeferredLight *deferredLight = createDeferredLight(light);
+    if(deferredLight == NULL)
+    {
+        // Every entry is updated each frame, so none may lack its light.
+        SWARNING << "DeferredRenderingViewport::addLight: unsupported light type "
+                 << light->getType().getCName() << ", ignored!" << std::endl;
+        return;
+    }
+    lights[light] = deferredLight;
+}
+
+void DeferredRenderingViewport::subLight(LightPtr light)
+{
+    LightMap::iterator it = lights.find(light);
+    if(it == lights.end())
+        return;
+
+    releaseLight(it->second);
+    lights.erase(it);
+}
+
+void DeferredRenderingViewport::releaseLight(IDeferredLight *light)
+{
+    // A light that never rendered has no volume under the light root.
+    NodePtr volume = light->getVolumeRoot();
+    if(lightRoot != NullFC && volume->getParent() == lightRoot)
+    {
+        beginEditCP(lightRoot, Node::ChildrenFieldMask);
+        lightRoot->subChild(volume);
+        endEditCP(lightRoot, Node::ChildrenFieldMask);
+    }
+    delete light;
+}
+
+IDeferredLight *DeferredRenderingViewport::createDeferredLight(LightPtr light)
+{
+    // Exact types: a SpotLight is also a PointLight.
+    if(light->getType() == DirectionalLight::getClassType())
+        return new DeferredDirectionalLight();
+    if(light->getType() == SpotLight::getClassType())
+        return new DeferredSpotLight();
+    if(light->getType() == PointLight::getClassType())
+        return new DeferredPointLight();
+    return NULL;
+}
+
+void DeferredRenderingViewport::initNewLights(void)
+{
+    for(LightMap::iterator it = lights.begin(); it != lights.end(); ++it)
+    {
+        IDeferredLight *light = it->second;
+        if(light->isInitialized())
+            continue;
+
+        light->initialize(gbufferTarget, 5);
+        beginEditCP(lightRoot, Node::ChildrenFieldMask);
+        lightRoot->addChild(light->getVolumeRoot());
+        endEditCP(lightRoot, Node::ChildrenFieldMask);
+    }
 }
 
 // --- buffers ----------------------------------------------------------------
@@ -390,6 +484,23 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
     gbufferTarget.renderScene(getRoot(), camera, action, getBackground());
     if(passTiming)
         passTimes.geometry = lapMilliseconds(clock);
+
+    // Light stage: new lights get their shaders and join the light scene,
+    // then every light takes this frame's camera and its OpenSG light.
+    if(!emissiveLight->isInitialized())
+        emissiveLight->initialize(gbufferTarget, 5);
+    initNewLights();
+
+    Vec2f  camNearFar(camera->getNear(), camera->getFar());
+    Matrix viewing, projection;
+    camera->getViewing   (viewing,    lastWidth, lastHeight);
+    camera->getProjection(projection, lastWidth, lastHeight);
+
+    for(LightMap::iterator it = lights.begin(); it != lights.end(); ++it)
+    {
+        it->second->update(viewing, projection, camNearFar, it->first,
+                           globalShadowIntensity);
+    }
 
     // Light pass: light volumes add into the float buffer; no volume may be
     // cut by the far plane.

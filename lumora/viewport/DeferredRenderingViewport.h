@@ -17,9 +17,12 @@
 #include <Lumora/OSGRenderTarget.h>
 #include <Lumora/LumoraInit.h>
 
+#include <map>
 #include <vector>
 
 OSG_BEGIN_NAMESPACE
+
+class IDeferredLight;
 
 // A viewport that draws its scene with deferred shading: geometry into a
 // G-buffer, light volumes into a float accumulation buffer, transparent
@@ -38,12 +41,25 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
 
     void prepareScene(NodePtr root);
 
+    // Registers an OpenSG light that is on; its deferred counterpart is
+    // initialised in the next frame. Lights that are off, already known or
+    // of a type without a deferred counterpart are not registered.
+    void addLight(LightPtr light);
+    void subLight(LightPtr light);
+
+    // Below 1 it overrides every light's own shadow intensity.
+    void          setGlobalShadowIntensity(const Real32 &value) { globalShadowIntensity = value; }
+    Real32       &getGlobalShadowIntensity(void)                { return globalShadowIntensity;  }
+    const Real32 &getGlobalShadowIntensity(void) const          { return globalShadowIntensity;  }
+
+    typedef std::map<LightPtr, IDeferredLight *> LightMap;
+
     // Per-pass wall-clock times of the last frame, in milliseconds. Only
     // measured when switched on: measuring waits for the GPU after each pass.
     struct PassTimes
     {
         Real64 geometry = 0.0;
-        Real64 lights   = 0.0;
+        Real64 lights   = 0.0;  // light set-up and the light pass
         Real64 forward  = 0.0;
         Real64 final    = 0.0;
     };
@@ -62,6 +78,8 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     RenderAction               *getLightRenderAction(void) const { return lightRenderAction; }
     SHLChunkPtr                 getGBufferShader    (void) const { return gbufferShader;     }
     DepthChunkPtr               getForwardDepth     (void) const { return forwardDepth;      }
+    const LightMap             &getLights           (void) const { return lights;            }
+    IDeferredLight             *getEmissiveLight    (void) const { return emissiveLight;     }
 
   protected:
     DeferredRenderingViewport(void);
@@ -76,6 +94,10 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     void initializeBuffers   (void);
     void showTextureFullscreen(RenderActionBase *action, TextureChunkPtr texture);
     void enableNodes         (const std::vector<NodePtr> &nodes, bool enable);
+
+    IDeferredLight *createDeferredLight(LightPtr light);
+    void            initNewLights      (void);
+    void            releaseLight       (IDeferredLight *light);
 
     Int32                lastWidth;
     Int32                lastHeight;
@@ -92,6 +114,9 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     PolygonForegroundPtr fullscreenQuad;
     bool                 passTiming = false;
     PassTimes            passTimes;
+    Real32               globalShadowIntensity;
+    LightMap             lights;
+    IDeferredLight      *emissiveLight;
 
     static const char *s_strGBufferVertex;
     static const char *s_strGBufferFragment;

@@ -1,0 +1,229 @@
+#include "IDeferredLight.h"
+
+#include <OpenSG/OSGLog.h>
+
+#include <cmath>
+#include <string>
+
+OSG_BEGIN_NAMESPACE
+
+BlendChunkPtr IDeferredLight::s_LightBufferBlending        = NullFC;
+DepthChunkPtr IDeferredLight::s_LightRenderingNoDepthTest = NullFC;
+
+IDeferredLight::IDeferredLight(void) :
+    enabled        (true),
+    initialized    (false),
+    volumeRoot     (NullFC),
+    material       (NullFC),
+    parameterChunk (NullFC),
+    castShadows    (false),
+    shadowIntensity(1.0f),
+    nextTextureUnit(0)
+{
+    if(s_LightBufferBlending != NullFC)
+        return;
+
+    // Shared by all lights for the life of the process.
+    s_LightBufferBlending = BlendChunk::create();
+    addRefCP(s_LightBufferBlending);
+    beginEditCP(s_LightBufferBlending);
+    s_LightBufferBlending->setSrcFactor (GL_ONE);
+    s_LightBufferBlending->setDestFactor(GL_ONE);
+    endEditCP(s_LightBufferBlending);
+
+    s_LightRenderingNoDepthTest = DepthChunk::create();
+    addRefCP(s_LightRenderingNoDepthTest);
+    beginEditCP(s_LightRenderingNoDepthTest);
+    s_LightRenderingNoDepthTest->setEnable  (false);
+    s_LightRenderingNoDepthTest->setFunc    (GL_GEQUAL);
+    s_LightRenderingNoDepthTest->setReadOnly(true);
+    endEditCP(s_LightRenderingNoDepthTest);
+}
+
+IDeferredLight::~IDeferredLight(void)
+{
+    // The volume holds the geometry, which holds the material and chunks.
+    if(volumeRoot != NullFC)
+        subRefCP(volumeRoot);
+}
+
+NodePtr IDeferredLight::getVolumeRoot(void)
+{
+    return volumeRoot;
+}
+
+void IDeferredLight::buildMaterial(StateChunkPtr shader, StateChunkPtr culling)
+{
+    material = ChunkMaterial::create();
+    beginEditCP(material, ChunkMaterial::ChunksFieldMask);
+    material->addChunk(shader,                      State::AutoSlotReplace);
+    material->addChunk(culling,                     State::AutoSlotReplace);
+    material->addChunk(parameterChunk,              State::AutoSlotReplace);
+    material->addChunk(s_LightBufferBlending,       State::AutoSlotReplace);
+    material->addChunk(s_LightRenderingNoDepthTest, State::AutoSlotReplace);
+    endEditCP(material, ChunkMaterial::ChunksFieldMask);
+}
+
+void IDeferredLight::bindTexture(const char *samplerName, StateChunkPtr texture)
+{
+    beginEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
+    parameterChunk->setUniformParameter(samplerName, Int32(nextTextureUnit));
+    endEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
+    ++nextTextureUnit;
+
+    beginEditCP(material, ChunkMaterial::ChunksFieldMask);
+    material->addChunk(texture, State::AutoSlotReplace);
+    endEditCP(material, ChunkMaterial::ChunksFieldMask);
+}
+
+void IDeferredLight::updateShadowFlags(LightPtr light, Real32 globalShadowIntensity)
+{
+    if(globalShadowIntensity < 1.0f)
+    {
+        castShadows     = true;
+        shadowIntensity = globalShadowIntensity;
+    }
+    else
+    {
+        castShadows     = light->getShadowIntensity() < 1.0f;
+        shadowIntensity = light->getShadowIntensity();
+    }
+}
+
+Vec3f IDeferredLight::normalizedOrAsIs(const Vec3f &v)
+{
+    Real32 length = v.length();
+    return length < 1e-6f ? v : v * (1.0f / length);
+}
+
+void IDeferredLight::showVolume(bool on)
+{
+    // Written directly, like the viewport's per-pass masks.
+    volumeRoot->setTravMask(on ? 0xFFFFFFFF : 0);
+}
+
+void IDeferredLight::attachGBuffer(RenderTarget &gbuffer, UInt16 numGBufferTextures)
+{
+    // All uniforms first, then the textures in the same order, so that
+    // texture k lands on unit k.
+    beginEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
+    for(UInt16 i = 0; i < numGBufferTextures; ++i)
+    {
+        if(i == 3)
+            continue;
+        std::string name = "texGBuffer" + std::to_string(i);
+        parameterChunk->setUniformParameter(name.c_str(), Int32(nextTextureUnit));
+        ++nextTextureUnit;
+    }
+    endEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
+
+    beginEditCP(material, ChunkMaterial::ChunksFieldMask);
+    for(UInt16 i = 0; i < numGBufferTextures; ++i)
+    {
+        if(i == 3)
+            continue;
+        material->addChunk(gbuffer.getTargetTexture(UInt8(i)), State::AutoSlotReplace);
+    }
+    endEditCP(material, ChunkMaterial::ChunksFieldMask);
+}
+
+Real32 IDeferredLight::maxLightDistance(Real32 linearAttenuation, Real32 quadraticAttenuation)
+{
+    if(quadraticAttenuation > 0.0f)
+        return std::sqrt(1.0f / (quadraticAttenuation * 0.001f));
+    if(linearAttenuation > 0.0f)
+        return 1.0f / (0.001f * linearAttenuation);
+    return 1000000.0f;
+}
+
+bool IDeferredLight::intersectPlanes(const Plane &p1, const Plane &p2, const Plane &p3,
+                                     Pnt3f &result)
+{
+    const Vec3f &n1 = p1.getNormal();
+    const Vec3f &n2 = p2.getNormal();
+    const Vec3f &n3 = p3.getNormal();
+
+    Vec3f n2xn3 = n2.cross(n3);
+    Real32 det = n1.dot(n2xn3);
+    if(std::fabs(det) < 0.00001f)
+        return false;
+
+    Vec3f sum = n2xn3          * p1.getDistanceFromOrigin() +
+                n3.cross(n1)   * p2.getDistanceFromOrigin() +
+                n1.cross(n2)   * p3.getDistanceFromOrigin();
+    sum /= det;
+    result.setValues(sum[0], sum[1], sum[2]);
+    return true;
+}
+
+MFPnt3f IDeferredLight::getFrustumCorners(const FrustumVolume &frustum)
+{
+    const Plane *planes = frustum.getPlanes();
+    MFPnt3f corners;
+
+    for(UInt32 i = 0; i < 8; ++i)
+    {
+        Pnt3f corner;
+        if(intersectPlanes(planes[i >> 2],
+                           planes[2 + ((i >> 1) & 1)],
+                           planes[4 + (i & 1)],
+                           corner))
+        {
+            corners.push_back(corner);
+        }
+        else
+        {
+            SWARNING << "IDeferredLight::getFrustumAABB - Invalid frustum!" << std::endl;
+        }
+    }
+    return corners;
+}
+
+BoxVolume IDeferredLight::getFrustumAABB(const FrustumVolume &frustum)
+{
+    MFPnt3f   corners = getFrustumCorners(frustum);
+    BoxVolume box;
+    box.setEmpty();
+    for(UInt32 i = 0; i < corners.size(); ++i)
+        box.extendBy(corners[i]);
+    return box;
+}
+
+BoxVolume IDeferredLight::getFrustumAABB(Vec3f  position,
+                                         Vec3f  direction,
+                                         Vec3f  up,
+                                         Real32 nearDist,
+                                         Real32 farDist,
+                                         Real32 fov,
+                                         Real32 aspect)
+{
+    Real32 t  = std::tan(fov * 0.5f);
+    Real32 hn = t * nearDist;
+    Real32 hf = t * farDist;
+    Real32 wn = aspect * hn;
+    Real32 wf = aspect * hf;
+
+    Vec3f  right  = direction.cross(up);
+    Real32 length = right.length();
+    if(length >= 0.000001f)
+        right /= length;
+
+    Vec3f cn = position + direction * nearDist;
+    Vec3f cf = position + direction * farDist;
+
+    BoxVolume box;
+    box.setEmpty();
+    for(int su = -1; su <= 1; su += 2)
+    {
+        for(int sr = -1; sr <= 1; sr += 2)
+        {
+            Vec3f far  = cf + up * (su * hf) + right * (sr * wf);
+            Vec3f near = cn + up * (su * hn) + right * (sr * wn);
+            box.extendBy(Pnt3f(far [0], far [1], far [2]));
+            box.extendBy(Pnt3f(near[0], near[1], near[2]));
+        }
+    }
+    return box;
+}
+
+OSG_END_NAMESPACE

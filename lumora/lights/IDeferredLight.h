@@ -1,0 +1,127 @@
+#ifndef _LUMORA_IDEFERREDLIGHT_H_
+#define _LUMORA_IDEFERREDLIGHT_H_
+
+#include <OpenSG/OSGConfig.h>
+#include <OpenSG/OSGBaseTypes.h>
+#include <OpenSG/OSGBlendChunk.h>
+#include <OpenSG/OSGBoxVolume.h>
+#include <OpenSG/OSGChunkMaterial.h>
+#include <OpenSG/OSGDepthChunk.h>
+#include <OpenSG/OSGDynamicVolume.h>
+#include <OpenSG/OSGFrustumVolume.h>
+#include <OpenSG/OSGLight.h>
+#include <OpenSG/OSGMatrix.h>
+#include <OpenSG/OSGMatrixCamera.h>
+#include <OpenSG/OSGMFVecTypes.h>
+#include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGPlane.h>
+#include <OpenSG/OSGSHLParameterChunk.h>
+#include <OpenSG/OSGStateChunk.h>
+
+#include <Lumora/OSGRenderTarget.h>
+
+OSG_BEGIN_NAMESPACE
+
+// A light of the deferred pipeline: a small subgraph (the light volume)
+// whose material reads the G-buffer and adds the light's colour to the
+// accumulation buffer, plus the shadow maps the light may cast.
+//
+// Per frame: initialize once, then update; while castShadows is set the
+// shadow mapper asks updateLightCamera for each map and renders those it
+// accepts; then the light pass draws the volume.
+class IDeferredLight
+{
+  public:
+    IDeferredLight(void);
+    virtual ~IDeferredLight(void);
+
+    virtual void initialize(RenderTarget &gbuffer, UInt16 numGBufferTextures) = 0;
+
+    virtual void update(const Matrix &viewing,
+                        const Matrix &projection,
+                        const Vec2f  &camNearFar,
+                        LightPtr      light,
+                        Real32        globalShadowIntensity) = 0;
+
+    virtual NodePtr getVolumeRoot(void);
+
+    virtual UInt16        getNumShadowmaps(void)         = 0;
+    virtual RenderTarget *getShadowmap    (UInt16 index) = 0;
+
+    virtual bool updateLightCamera(UInt16           index,
+                                   FrustumVolume   &cameraFrustum,
+                                   DynamicVolume   &sceneVolume,
+                                   MatrixCameraPtr  lightCamera) = 0;
+
+    bool                 isInitialized     (void) const { return initialized;     }
+    bool                 isEnabled         (void) const { return enabled;         }
+    bool                 getCastShadows    (void) const { return castShadows;     }
+    Real32               getShadowIntensity(void) const { return shadowIntensity; }
+    UInt16               getNextTextureUnit(void) const { return nextTextureUnit; }
+    ChunkMaterialPtr     getMaterial       (void) const { return material;        }
+    SHLParameterChunkPtr getParameterChunk (void) const { return parameterChunk;  }
+
+    // Binds every G-buffer texture but the emissive one (index 3).
+    void attachGBuffer(RenderTarget &gbuffer, UInt16 numGBufferTextures);
+
+    // Distance at which the highest-order attenuation term alone reaches
+    // 1/1000; 1000000 when there is none.
+    static Real32 maxLightDistance(Real32 linearAttenuation, Real32 quadraticAttenuation);
+
+    // Corners in the order near/far, left/right, top/bottom (near-left-top
+    // first); a corner whose planes do not meet is left out with a warning.
+    static MFPnt3f   getFrustumCorners(const FrustumVolume &frustum);
+    static BoxVolume getFrustumAABB   (const FrustumVolume &frustum);
+
+    // Box around a perspective frustum: fov is the full vertical angle in
+    // radians, aspect width over height; direction and up need not be unit.
+    static BoxVolume getFrustumAABB(Vec3f  position,
+                                    Vec3f  direction,
+                                    Vec3f  up,
+                                    Real32 nearDist,
+                                    Real32 farDist,
+                                    Real32 fov,
+                                    Real32 aspect);
+
+    // False, with result untouched, when two of the planes are parallel.
+    static bool intersectPlanes(const Plane &p1, const Plane &p2, const Plane &p3,
+                                Pnt3f &result);
+
+    // Shared by every light: add into the buffer, no depth test or writes.
+    static BlendChunkPtr s_LightBufferBlending;
+    static DepthChunkPtr s_LightRenderingNoDepthTest;
+
+  protected:
+    // The texture-unit rule: the sampler gets the next unit, and the texture
+    // is appended to the material, which puts it on that unit.
+    void bindTexture(const char *samplerName, StateChunkPtr texture);
+
+    // Material with the light's chunks in their fixed order.
+    void buildMaterial(StateChunkPtr shader, StateChunkPtr culling);
+
+    // The caster rule: a global intensity below 1 overrides every light.
+    void updateShadowFlags(LightPtr light, Real32 globalShadowIntensity);
+
+    // Unit length, or v itself when it is too short to normalise.
+    static Vec3f normalizedOrAsIs(const Vec3f &v);
+
+    // Hides the volume of a switched-off light from the light pass.
+    void showVolume(bool on);
+
+    bool                 enabled;
+    bool                 initialized;
+    NodePtr              volumeRoot;
+    ChunkMaterialPtr     material;
+    SHLParameterChunkPtr parameterChunk;
+    bool                 castShadows;
+    Real32               shadowIntensity;
+    UInt16               nextTextureUnit;
+
+  private:
+    IDeferredLight(const IDeferredLight &) = delete;
+    IDeferredLight &operator =(const IDeferredLight &) = delete;
+};
+
+OSG_END_NAMESPACE
+
+#endif
