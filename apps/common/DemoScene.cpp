@@ -1,9 +1,12 @@
 #include "DemoScene.h"
 
+#include <OpenSG/OSGDirectionalLight.h>
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGImage.h>
 #include <OpenSG/OSGMatrixUtility.h>
+#include <OpenSG/OSGPointLight.h>
 #include <OpenSG/OSGSimpleGeometry.h>
+#include <OpenSG/OSGSpotLight.h>
 #include <OpenSG/OSGTransform.h>
 
 #include <cerrno>
@@ -119,6 +122,89 @@ Pnt3f pointLightPosition(int i, int n)
 {
     Real32 angle = 2.f * Pi * Real32(i) / Real32(n > 0 ? n : 1);
     return Pnt3f(4.f * std::cos(angle), 3.f, 4.f * std::sin(angle));
+}
+
+namespace
+{
+// Saturated colours around the hue circle.
+Color4f hueColor(Real32 hue, Real32 intensity)
+{
+    Color3f c;
+    c.setValuesHSV(hue * 360.f, 0.7f, intensity);
+    return Color4f(c[0], c[1], c[2], 1.f);
+}
+
+NodePtr lightBeacon(NodePtr root, const Pnt3f &position)
+{
+    Matrix m;
+    m.setTranslate(position[0], position[1], position[2]);
+    NodePtr beacon = makeTransformNode(m);
+    addChild(root, beacon);
+    return beacon;
+}
+}
+
+std::vector<LightPtr> makeDemoLights(NodePtr root, int pointLights, int spotLights, bool sun)
+{
+    std::vector<LightPtr> lights;
+
+    if(sun)
+    {
+        DirectionalLightPtr light = DirectionalLight::create();
+        beginEditCP(light);
+        light->setDirection(0.4f, 1.f, 0.6f);
+        light->setDiffuse  (Color4f(0.25f, 0.25f, 0.3f, 1.f));
+        light->setSpecular (Color4f(0.2f, 0.2f, 0.2f, 1.f));
+        light->setBeacon   (lightBeacon(root, Pnt3f(0.f, 0.f, 0.f)));
+        endEditCP(light);
+        lights.push_back(light);
+    }
+
+    // Two rings at different heights; the quadratic term keeps each light's
+    // volume to a few metres.
+    for(int i = 0; i < pointLights; ++i)
+    {
+        Real32 angle  = 2.f * Pi * (Real32(i) + 0.5f * (i % 2)) / Real32(pointLights);
+        Real32 radius = (i % 2) ? 2.5f : 4.5f;
+        Real32 height = (i % 2) ? 0.4f : 1.2f;
+
+        PointLightPtr light = PointLight::create();
+        beginEditCP(light);
+        light->setPosition   (0.f, 0.f, 0.f);
+        light->setDiffuse    (hueColor(Real32(i) / Real32(pointLights), 1.f));
+        light->setSpecular   (Color4f(0.6f, 0.6f, 0.6f, 1.f));
+        light->setAttenuation(1.f, 0.f, 1.2f);
+        light->setBeacon     (lightBeacon(root, Pnt3f(radius * std::cos(angle), height,
+                                                      radius * std::sin(angle))));
+        endEditCP(light);
+        lights.push_back(light);
+    }
+
+    for(int i = 0; i < spotLights; ++i)
+    {
+        Real32 angle = 2.f * Pi * (Real32(i) + 0.25f) / Real32(spotLights);
+        Pnt3f  from(5.f * std::cos(angle), 4.f, 5.f * std::sin(angle));
+        Vec3f  toCenter = Pnt3f(0.f, 0.f, 0.f) - from;
+        toCenter.normalize();
+
+        SpotLightPtr light = SpotLight::create();
+        beginEditCP(light);
+        light->setPosition    (0.f, 0.f, 0.f);
+        light->setDirection   (toCenter);
+        light->setSpotCutOff  (osgdegree2rad(18.f));
+        light->setSpotExponent(4.f);
+        light->setDiffuse     (hueColor(Real32(i) / Real32(spotLights) + 0.5f / spotLights,
+                                        1.5f));
+        light->setSpecular    (Color4f(0.8f, 0.8f, 0.8f, 1.f));
+        light->setAttenuation (1.f, 0.f, 0.03f);
+        light->setBeacon      (lightBeacon(root, from));
+        endEditCP(light);
+        lights.push_back(light);
+    }
+
+    for(LightPtr light : lights)
+        addRefCP(light);
+    return lights;
 }
 
 bool writeFramebufferPng(const std::string &path, int width, int height)

@@ -5,11 +5,13 @@
 // images and timings compare the same thing.
 
 #include <OpenSG/OSGGeometry.h>
+#include <OpenSG/OSGLight.h>
 #include <OpenSG/OSGNode.h>
 #include <OpenSG/OSGPerspectiveCamera.h>
 #include <OpenSG/OSGSimpleMaterial.h>
 
 #include <string>
+#include <vector>
 
 namespace demo
 {
@@ -29,6 +31,13 @@ osg::PerspectiveCameraPtr makeCamera(osg::NodePtr root);
 
 // Beacon position of the i-th of n point lights circling the objects.
 osg::Pnt3f pointLightPosition(int i, int n);
+
+// Lights of the deferred demo, each with a beacon under root: one dim sun,
+// coloured point lights in rings around the objects and spot lights aimed
+// at them. The light cores are not in the scene; the caller holds one
+// reference on each.
+std::vector<osg::LightPtr> makeDemoLights(osg::NodePtr root, int pointLights,
+                                          int spotLights, bool sun);
 
 // Writes the current read framebuffer's lower-left width x height pixels.
 bool writeFramebufferPng(const std::string &path, int width, int height);

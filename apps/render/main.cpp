@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <iostream>
 #include <string>
+#include <vector>
 
 using namespace osg;
 using namespace demo;
@@ -26,6 +27,9 @@ struct Options
     int         width  = 640;
     int         height = 360;
     int         frames = 10;
+    int         points = 24;
+    int         spots  = 8;
+    bool        sun    = true;
     std::string out    = "demo.png";
 };
 
@@ -33,13 +37,17 @@ void printUsage(std::ostream &os)
 {
     os << "usage: lumora-render [options]\n"
           "Renders spheres, a box and a glass pane on a floor with deferred\n"
-          "shading into a PNG and prints the time of each pass.\n"
+          "shading, lit by coloured point and spot lights and a dim sun, into\n"
+          "a PNG and prints the time of each pass.\n"
           "\n"
-          "  --width N    image width in pixels (default 640)\n"
-          "  --height N   image height in pixels (default 360)\n"
-          "  --frames N   frames to render and average over (default 10)\n"
-          "  --out FILE   output PNG (default demo.png)\n"
-          "  --help       show this text\n";
+          "  --width N         image width in pixels (default 640)\n"
+          "  --height N        image height in pixels (default 360)\n"
+          "  --frames N        frames to render and average over (default 10)\n"
+          "  --point-lights N  number of point lights (default 24)\n"
+          "  --spot-lights N   number of spot lights (default 8)\n"
+          "  --no-sun          leave out the directional light\n"
+          "  --out FILE        output PNG (default demo.png)\n"
+          "  --help            show this text\n";
 }
 
 // 0: parsed, 1: help shown, 2: bad arguments (message written).
@@ -53,7 +61,13 @@ int parseArgs(int argc, char **argv, Options &opt)
             printUsage(std::cout);
             return 1;
         }
-        if(arg != "--width" && arg != "--height" && arg != "--frames" && arg != "--out")
+        if(arg == "--no-sun")
+        {
+            opt.sun = false;
+            continue;
+        }
+        if(arg != "--width" && arg != "--height" && arg != "--frames" && arg != "--out" &&
+           arg != "--point-lights" && arg != "--spot-lights")
         {
             std::cerr << "lumora-render: unknown option '" << arg << "'\n";
             printUsage(std::cerr);
@@ -73,6 +87,10 @@ int parseArgs(int argc, char **argv, Options &opt)
             ok = parseInt(value, 1, 8192, opt.height);
         else if(arg == "--frames")
             ok = parseInt(value, 1, 10000, opt.frames);
+        else if(arg == "--point-lights")
+            ok = parseInt(value, 0, 4096, opt.points);
+        else if(arg == "--spot-lights")
+            ok = parseInt(value, 0, 4096, opt.spots);
         else
         {
             opt.out = value;
@@ -127,6 +145,10 @@ int main(int argc, char **argv)
     viewport->prepareScene(root);
     viewport->setPassTiming(true);
 
+    std::vector<LightPtr> lights = makeDemoLights(root, opt.points, opt.spots, opt.sun);
+    for(LightPtr light : lights)
+        viewport->addLight(light);
+
     PassiveWindowPtr window = PassiveWindow::create();
     beginEditCP(window);
     window->addPort(viewport);
@@ -155,16 +177,19 @@ int main(int argc, char **argv)
     bool written = writeFramebufferPng(opt.out, opt.width, opt.height);
 
     const double n = opt.frames;
-    std::printf("deferred frame %dx%d, mean of %d frames (ms):\n", opt.width, opt.height,
-                opt.frames);
+    std::printf("deferred frame %dx%d, %d point, %d spot, %d directional lights, "
+                "mean of %d frames (ms):\n", opt.width, opt.height, opt.points, opt.spots,
+                opt.sun ? 1 : 0, opt.frames);
     std::printf("  geometry pass  %8.3f\n", sum.geometry / n);
-    std::printf("  light pass     %8.3f\n", sum.lights / n);
+    std::printf("  lights         %8.3f\n", sum.lights / n);
     std::printf("  forward pass   %8.3f\n", sum.forward / n);
     std::printf("  final quad     %8.3f\n", sum.final / n);
     std::printf("  total          %8.3f\n",
                 (sum.geometry + sum.lights + sum.forward + sum.final) / n);
 
     delete action;
+    for(LightPtr light : lights)
+        subRefCP(light);
     osgExit();
 
     if(!written)

@@ -29,11 +29,15 @@ bool MatrixFrustum(Matrix &result,
 {
     const Real32 dx = rRight - rLeft;
     const Real32 dy = rTop   - rBottom;
-    const Real32 dz = rFar   - rNear;
+    const Real64 dz = Real64(rFar) - rNear;
+
+    // In double: a far distance near the float maximum must not overflow.
+    const Real32 zScale  = Real32(-(Real64(rFar) + rNear) / dz);
+    const Real32 zOffset = Real32(-2.0 * rFar * rNear / dz);
 
     result.setValue(2.f * rNear / dx, 0.f, (rRight + rLeft) / dx, 0.f,
                     0.f, 2.f * rNear / dy, (rTop + rBottom) / dy, 0.f,
-                    0.f, 0.f, -(rFar + rNear) / dz, -2.f * rFar * rNear / dz,
+                    0.f, 0.f, zScale, zOffset,
                     0.f, 0.f, -1.f, 0.f);
     return false;
 }
