@@ -1,0 +1,279 @@
+#include <Lumora/DeferredDirectionalLight.h>
+#include <Lumora/DeferredSpotLight.h>
+#include <Lumora/IDeferredLight.h>
+
+#include <OpenSG/OSGMatrixUtility.h>
+
+#include "support/LogCapture.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+using namespace osg;
+
+namespace
+{
+
+const Real32 Tolerance = 1e-4f;
+
+void expectPoint(const Pnt3f &got, const Pnt3f &expected, Real32 tolerance = Tolerance)
+{
+    for(int i = 0; i < 3; ++i)
+        EXPECT_NEAR(got[i], expected[i], tolerance * std::max(1.0f, std::fabs(expected[i])))
+            << "coordinate " << i;
+}
+
+void expectBox(const BoxVolume &box, const Pnt3f &min, const Pnt3f &max)
+{
+    Pnt3f gotMin, gotMax;
+    box.getBounds(gotMin, gotMax);
+    expectPoint(gotMin, min);
+    expectPoint(gotMax, max);
+}
+
+// World-space frustum of a camera given by eye, target, up and the full
+// vertical opening angle.
+FrustumVolume cameraFrustum(const Pnt3f &eye, const Pnt3f &target, const Vec3f &up,
+                            Real32 fov, Real32 aspect, Real32 nearDist, Real32 farDist)
+{
+    Matrix toWorld, viewing, projection;
+    MatrixLookAt(toWorld, eye, target, up);
+    toWorld.inverse(viewing);
+    MatrixPerspective(projection, fov / 2, aspect, nearDist, farDist);
+    projection.mult(viewing);
+
+    FrustumVolume frustum;
+    frustum.setPlanes(projection);
+    return frustum;
+}
+
+Pnt3f apply(const Matrix &m, const Pnt3f &p)
+{
+    Pnt3f result;
+    m.multFullMatrixPnt(p, result);
+    return result;
+}
+
+} // namespace
+
+TEST(IDeferredLightHelpers, MaxLightDistanceCountsOnlyTheHighestTerm)
+{
+    struct Case
+    {
+        Real32 linear, quadratic, range;
+    };
+    const Case cases[] =
+    {
+        {0.0f,  0.0f,   1000000.0f},
+        {0.5f,  0.0f,   2000.0f},
+        {0.0f,  0.001f, 1000.0f},
+        {1.0f,  0.1f,   100.0f},      // the linear term is ignored
+        {-1.0f, -1.0f,  1000000.0f},  // negative terms count as absent
+        {-1.0f, 0.004f, 500.0f},
+        {2.0f,  -3.0f,  500.0f},
+    };
+    for(const Case &c : cases)
+        EXPECT_NEAR(IDeferredLight::maxLightDistance(c.linear, c.quadratic), c.range,
+                    c.range * 1e-5f)
+            << "linear " << c.linear << " quadratic " << c.quadratic;
+}
+
+TEST(IDeferredLightHelpers, IntersectPlanesFindsTheCommonPoint)
+{
+    Pnt3f result;
+    ASSERT_TRUE(IDeferredLight::intersectPlanes(Plane(Vec3f(1, 0, 0), 1.0f),
+                                                Plane(Vec3f(0, 1, 0), 2.0f),
+                                                Plane(Vec3f(0, 0, 1), 3.0f), result));
+    expectPoint(result, Pnt3f(1, 2, 3));
+
+    // Three oblique planes through one point.
+    const Pnt3f point(-2.5f, 0.75f, 4.0f);
+    Vec3f n1(1, 1, 0), n2(0, 1, -1), n3(1, 0, 2);
+    n1.normalize();
+    n2.normalize();
+    n3.normalize();
+    ASSERT_TRUE(IDeferredLight::intersectPlanes(Plane(n1, point), Plane(n2, point),
+                                                Plane(n3, point), result));
+    expectPoint(result, point);
+}
+
+TEST(IDeferredLightHelpers, ParallelPlanesLeaveTheResultAlone)
+{
+    Pnt3f result(7, 8, 9);
+    EXPECT_FALSE(IDeferredLight::intersectPlanes(Plane(Vec3f(0, 0, 1), 1.0f),
+                                                 Plane(Vec3f(0, 0, 1), 5.0f),
+                                                 Plane(Vec3f(1, 0, 0), 0.0f), result));
+    expectPoint(result, Pnt3f(7, 8, 9));
+
+    // Three planes through one line have no single common point either.
+    EXPECT_FALSE(IDeferredLight::intersectPlanes(Plane(Vec3f(1, 0, 0), 0.0f),
+                                                 Plane(Vec3f(0, 1, 0), 0.0f),
+                                                 Plane(Vec3f(0.6f, 0.8f, 0), 0.0f), result));
+    expectPoint(result, Pnt3f(7, 8, 9));
+}
+
+TEST(IDeferredLightHelpers, FrustumCornersComeNearFirstLeftFirstTopFirst)
+{
+    // Camera at the origin looking down -Z, 90 degrees, square: the corner
+    // at distance d is at (+-d, +-d, -d).
+    FrustumVolume frustum = cameraFrustum(Pnt3f(0, 0, 0), Pnt3f(0, 0, -1), Vec3f(0, 1, 0),
+                                          Pi / 2, 1.0f, 1.0f, 10.0f);
+    MFPnt3f corners = IDeferredLight::getFrustumCorners(frustum);
+    ASSERT_EQ(corners.size(), 8u);
+
+    const Pnt3f expected[8] =
+    {
+        Pnt3f(-1, 1, -1),   Pnt3f(-1, -1, -1),   Pnt3f(1, 1, -1),   Pnt3f(1, -1, -1),
+        Pnt3f(-10, 10, -10), Pnt3f(-10, -10, -10), Pnt3f(10, 10, -10), Pnt3f(10, -10, -10),
+    };
+    for(int i = 0; i < 8; ++i)
+    {
+        SCOPED_TRACE(i);
+        expectPoint(corners[i], expected[i], 1e-3f);
+    }
+
+    expectBox(IDeferredLight::getFrustumAABB(frustum), Pnt3f(-10, -10, -10), Pnt3f(10, 10, -1));
+}
+
+TEST(IDeferredLightHelpers, BothFrustumBoxesAgreeWithAnIndependentBox)
+{
+    struct Case
+    {
+        Pnt3f  eye;
+        Vec3f  direction;
+        Vec3f  up;
+        Real32 fov, aspect, nearDist, farDist;
+        Pnt3f  min, max;
+    };
+    const Real32 h = 5.0f * std::tan(Pi / 6);  // far half-height at 60 degrees
+    const Case cases[] =
+    {
+        {Pnt3f(0, 0, 0), Vec3f(0, 0, -1), Vec3f(0, 1, 0), Pi / 2, 1.0f, 1.0f, 10.0f,
+         Pnt3f(-10, -10, -10), Pnt3f(10, 10, -1)},
+        // Looking along +X from (1, 2, 3): far corners span y 2 +- h and
+        // z 3 +- 2h; the near ones lie inside that.
+        {Pnt3f(1, 2, 3), Vec3f(1, 0, 0), Vec3f(0, 1, 0), Pi / 3, 2.0f, 1.0f, 5.0f,
+         Pnt3f(2, 2 - h, 3 - 2 * h), Pnt3f(6, 2 + h, 3 + 2 * h)},
+    };
+    for(const Case &c : cases)
+    {
+        BoxVolume fromParameters = IDeferredLight::getFrustumAABB(
+            Vec3f(c.eye), c.direction, c.up, c.nearDist, c.farDist, c.fov, c.aspect);
+        expectBox(fromParameters, c.min, c.max);
+
+        FrustumVolume frustum = cameraFrustum(c.eye, c.eye + c.direction, c.up,
+                                              c.fov, c.aspect, c.nearDist, c.farDist);
+        expectBox(IDeferredLight::getFrustumAABB(frustum), c.min, c.max);
+    }
+}
+
+TEST(IDeferredLightHelpers, FrustumBoxTakesUnnormalisedDirectionAsGiven)
+{
+    // A direction of length 2 places the near and far centres twice as far.
+    BoxVolume box = IDeferredLight::getFrustumAABB(Vec3f(0, 0, 0), Vec3f(0, 0, -2),
+                                                   Vec3f(0, 1, 0), 1.0f, 10.0f, Pi / 2, 1.0f);
+    expectBox(box, Pnt3f(-10, -10, -20), Pnt3f(10, 10, -2));
+}
+
+TEST(IDeferredLightHelpers, DegenerateFrustumDropsCornersWithAWarning)
+{
+    // Left and right planes parallel to the near plane: no corner exists.
+    Plane planes[6] =
+    {
+        Plane(Vec3f(0, 0, -1), 1.0f), Plane(Vec3f(0, 0, 1), -10.0f),
+        Plane(Vec3f(0, 0, -1), 2.0f), Plane(Vec3f(0, 0, 1), -3.0f),
+        Plane(Vec3f(0, -1, 0), -1.0f), Plane(Vec3f(0, 1, 0), -1.0f),
+    };
+    FrustumVolume frustum;
+    frustum.setPlanes(planes[0], planes[1], planes[2], planes[3], planes[4], planes[5]);
+
+    testsupport::LogCapture log(LOG_WARNING);
+    MFPnt3f corners = IDeferredLight::getFrustumCorners(frustum);
+    EXPECT_EQ(corners.size(), 0u);
+    EXPECT_EQ(log.count("IDeferredLight::getFrustumAABB - Invalid frustum!"), 8u);
+    EXPECT_TRUE(IDeferredLight::getFrustumAABB(frustum).isEmpty());
+}
+
+TEST(DeferredSpotLightCone, MapsApexBaseAndRimForEveryDirection)
+{
+    struct Case
+    {
+        const char *name;
+        Vec3f       direction;
+    };
+    const Case cases[] =
+    {
+        {"down",     Vec3f(0, -1, 0)},
+        {"up",       Vec3f(0, 1, 0)},
+        {"along x",  Vec3f(3, 0, 0)},
+        {"oblique",  Vec3f(1, -2, 0.5f)},
+        {"backward", Vec3f(-0.2f, 0.1f, -1)},
+    };
+    const Vec3f  position(1, 2, 3);
+    const Real32 length = 10.0f;
+    const Real32 radius = std::tan(Pi / 4) * length * 1.1f;  // 45 degrees
+
+    for(const Case &c : cases)
+    {
+        SCOPED_TRACE(c.name);
+        Matrix cone = DeferredSpotLight::getConeTransform(position, c.direction, length, 45.0f);
+        Vec3f  d    = c.direction;
+        d.normalize();
+
+        // Apex at y = +0.5, base centre at y = -0.5 on the unit cone.
+        expectPoint(apply(cone, Pnt3f(0, 0.5f, 0)), Pnt3f(position));
+        const Pnt3f baseCentre = Pnt3f(position + d * length);
+        expectPoint(apply(cone, Pnt3f(0, -0.5f, 0)), baseCentre);
+
+        // Rim points stay on a circle of the base radius around the axis.
+        for(int k = 0; k < 4; ++k)
+        {
+            Real32 a   = k * Pi / 2;
+            Vec3f  rim = apply(cone, Pnt3f(std::cos(a), -0.5f, std::sin(a))) - baseCentre;
+            EXPECT_NEAR(rim.length(), radius, 1e-3f);
+            EXPECT_NEAR(rim.dot(d), 0.0f, 1e-3f);
+        }
+    }
+}
+
+TEST(DeferredSpotLightCone, AxisAlignedDirectionsNeedNoRotation)
+{
+    // Pointing down the cone is only scaled and moved.
+    Matrix down = DeferredSpotLight::getConeTransform(Vec3f(0, 0, 0), Vec3f(0, -1, 0), 10, 45);
+    expectPoint(apply(down, Pnt3f(1, -0.5f, 0)), Pnt3f(11, -10, 0));
+    expectPoint(apply(down, Pnt3f(0, -0.5f, 1)), Pnt3f(0, -10, 11));
+
+    // Pointing up mirrors Y: x and z stay where they were.
+    Matrix up = DeferredSpotLight::getConeTransform(Vec3f(0, 0, 0), Vec3f(0, 1, 0), 10, 45);
+    expectPoint(apply(up, Pnt3f(1, -0.5f, 0)), Pnt3f(11, 10, 0));
+    expectPoint(apply(up, Pnt3f(0, -0.5f, 1)), Pnt3f(0, 10, 11));
+}
+
+TEST(DeferredDirectionalLightSplits, BlendLogarithmicAndUniformDivisions)
+{
+    struct Case
+    {
+        Real32 nearDist, farDist;
+        Real32 rounded[4];  // to two decimals
+    };
+    const Case cases[] =
+    {
+        {1.0f,  100.0f,  {1.0f, 10.51f, 30.64f, 100.0f}},
+        {0.1f,  1000.0f, {0.1f, 68.40f, 170.47f, 1000.0f}},
+        {5.0f,  5.0f,    {5.0f, 5.0f, 5.0f, 5.0f}},
+    };
+    for(const Case &c : cases)
+    {
+        DeferredDirectionalLight light;
+        light.updateSplitDistances(c.nearDist, c.farDist);
+        for(UInt16 i = 0; i < 4; ++i)
+        {
+            double t        = i / 3.0;
+            double expected = 0.8 * c.nearDist * std::pow(double(c.farDist) / c.nearDist, t) +
+                              0.2 * (c.nearDist + t * (c.farDist - c.nearDist));
+            EXPECT_NEAR(light.getSplitDistance(i), expected, 1e-4 * expected) << i;
+            EXPECT_NEAR(light.getSplitDistance(i), c.rounded[i], 0.005f) << i;
+        }
+    }
+}
