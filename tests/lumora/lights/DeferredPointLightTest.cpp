@@ -2,8 +2,16 @@
 
 #include <Lumora/DeferredPointLight.h>
 
+#include <Lumora/DeferredDirectionalLight.h>
+#include <Lumora/DeferredSpotLight.h>
+
+#include <OpenSG/OSGDirectionalLight.h>
+#include <OpenSG/OSGMatrixUtility.h>
 #include <OpenSG/OSGPointLight.h>
+#include <OpenSG/OSGSpotLight.h>
 #include <OpenSG/OSGTransform.h>
+
+#include "support/LogCapture.h"
 
 #include <cmath>
 
@@ -31,7 +39,30 @@ PointLightPtr createPointLight(const Pnt3f &position, const Color3f &diffuse,
 
 class DeferredPointLightTest : public DeferredSceneTest
 {
+  protected:
+    DeferredPointLight *deferred(LightPtr light)
+    {
+        DeferredRenderingViewport::LightMap::const_iterator it =
+            viewport->getLights().find(light);
+        return it == viewport->getLights().end()
+                   ? NULL : dynamic_cast<DeferredPointLight *>(it->second);
+    }
+
+    // Expected light at pixel (x, y) of the plane z = 0 from a point light.
+    Vec3f expected(int x, int y, const Pnt3f &lightPos, const Color3f &kd, const Color3f &ks,
+                   Real32 shininess, const Color3f &ld, const Color3f &ls, const Vec3f &att)
+    {
+        Pnt3f  P = pixelOnPlane(x, y, 0.0f);
+        Vec3f  L = lightPos - P;
+        Real32 d = L.length();
+        L.normalize();
+        Phong  ph = phong(P, Vec3f(0, 0, 1), Pnt3f(0, 0, 5), L, kd, ks, shininess, ld, ls);
+        Real32 a  = 1.0f / (att[0] + att[1] * d + att[2] * d * d);
+        return (ph.diffuse + ph.specular) * a;
+    }
 };
+
+const Color3f Black(0, 0, 0);
 
 } // namespace
 
@@ -65,4 +96,398 @@ TEST_F(DeferredPointLightTest, DiffuseFollowsLambertAndAttenuation)
                 << "pixel " << p[0] << "," << p[1] << " channel " << c;
     }
     subRefCP(light);
+}
+
+TEST_F(DeferredPointLightTest, SpecularHighlightFollowsTheReflection)
+{
+    const Color3f kd(0.2f, 0.2f, 0.2f), ks(0.9f, 0.8f, 0.7f);
+    addPlane(4.0f, 0.0f, material(kd, ks, 16.0f));
+
+    // The mirror point of the camera in the plane lies under the light.
+    const Pnt3f   lightPos(0.0f, 0.0f, 1.5f);
+    const Color3f ld(0.5f, 0.5f, 0.5f), ls(1.0f, 1.0f, 1.0f);
+    const Vec3f   att(1.0f, 0.0f, 0.0f);
+    PointLightPtr light = createPointLight(lightPos, ld, ls, att);
+    viewport->addLight(light);
+    renderFrame();
+
+    const int pixels[][2] = {{32, 32}, {31, 31}, {34, 30}, {38, 32}, {44, 40}};
+    for(const auto &p : pixels)
+    {
+        Vec3f want = expected(p[0], p[1], lightPos, kd, ks, 16.0f, ld, ls, att);
+        testsupport::RGBAf got = lit(p[0], p[1]);
+        for(int c = 0; c < 3; ++c)
+            EXPECT_NEAR(got[c], want[c], 0.02f + 0.02f * want[c])
+                << "pixel " << p[0] << "," << p[1] << " channel " << c;
+    }
+    // The highlight sits at the centre, well above the diffuse level.
+    EXPECT_GT(lit(32, 32)[0], 3.0f * lit(44, 40)[0]);
+    subRefCP(light);
+}
+
+TEST_F(DeferredPointLightTest, VolumeCoversOnlyTheLightsRange)
+{
+    addPlane(4.0f, 0.0f, material(Color3f(1, 1, 1)));
+
+    // Quadratic 1000 gives a range of 1: a sphere of radius 1.1 seen from
+    // outside. Inside it the equation holds, outside nothing is added.
+    const Pnt3f   lightPos(0.0f, 0.0f, 0.5f);
+    const Vec3f   att(0.0f, 0.0f, 1000.0f);
+    PointLightPtr light = createPointLight(lightPos, Color3f(1, 1, 1), Black, att);
+    viewport->addLight(light);
+    renderFrame();
+
+    DeferredPointLight *deferredLight = deferred(light);
+    ASSERT_NE(deferredLight, nullptr);
+    EXPECT_NEAR(deferredLight->getLightRange(), 1.0f, 1e-5f);
+
+    // Pixels whose view ray misses the sphere get nothing; the plane points
+    // within the range get the full equation.
+    const Pnt3f eye(0, 0, 5);
+    for(int x = 0; x < Size; x += 3)
+    {
+        Pnt3f  P      = pixelOnPlane(x, 32, 0.0f);
+        Vec3f  ray    = P - eye;
+        ray.normalize();
+        Vec3f  toLight = lightPos - eye;
+        Real32 miss    = (toLight - ray * toLight.dot(ray)).length();
+        Real32 got     = lit(x, 32)[0];
+        if(miss > 1.1f)
+            EXPECT_EQ(got, 0.0f) << "pixel " << x;
+        else if((P - lightPos).length() < 1.0f)
+            EXPECT_NEAR(got, expected(x, 32, lightPos, Color3f(1, 1, 1), Black, 1,
+                                      Color3f(1, 1, 1), Black, att)[0], 1e-4f)
+                << "pixel " << x;
+    }
+    subRefCP(light);
+}
+
+TEST_F(DeferredPointLightTest, CameraInsideTheVolumeIsStillLit)
+{
+    addPlane(4.0f, 0.0f, material(Color3f(0.5f, 1.0f, 0.25f)));
+
+    // Range 10 around z = 3: the camera at z = 5 is inside the sphere.
+    const Pnt3f   lightPos(-0.5f, 0.5f, 3.0f);
+    const Vec3f   att(0.0f, 0.0f, 10.0f);
+    PointLightPtr light = createPointLight(lightPos, Color3f(1, 1, 1), Black, att);
+    viewport->addLight(light);
+    renderFrame();
+
+    const int pixels[][2] = {{32, 32}, {10, 50}, {50, 14}};
+    for(const auto &p : pixels)
+    {
+        Vec3f want = expected(p[0], p[1], lightPos, Color3f(0.5f, 1.0f, 0.25f), Black, 1,
+                              Color3f(1, 1, 1), Black, att);
+        testsupport::RGBAf got = lit(p[0], p[1]);
+        EXPECT_GT(want[1], 0.001f);
+        for(int c = 0; c < 3; ++c)
+            EXPECT_NEAR(got[c], want[c], 0.01f * want[c] + 1e-4f) << p[0] << "," << p[1];
+    }
+    subRefCP(light);
+}
+
+TEST_F(DeferredPointLightTest, RangeSetsTheSphereScale)
+{
+    struct Case
+    {
+        Vec3f  attenuation;
+        Real32 scale;
+    };
+    const Case cases[] =
+    {
+        {Vec3f(1, 0, 0),     1100000.0f},
+        {Vec3f(0, 0, 0.001f), 1100.0f},
+        {Vec3f(1, 0.5f, 0),   2200.0f},
+    };
+    for(const Case &c : cases)
+    {
+        const Pnt3f        position(1, -2, 3);
+        PointLightPtr      light = createPointLight(position, Color3f(1, 1, 1), Black,
+                                                    c.attenuation);
+        DeferredPointLight deferredLight;
+        deferredLight.update(Matrix(), Matrix(), Vec2f(1, 10), light, 1.0f);
+
+        Matrix m = deferredLight.getVolumeTransform()->getMatrix();
+        for(int i = 0; i < 3; ++i)
+        {
+            EXPECT_NEAR(m[i][i], c.scale, c.scale * 1e-5f);
+            EXPECT_NEAR(m[3][i], position[i], 1e-5f);
+        }
+        // The unit sphere's rim lands scale away from the light.
+        Pnt3f rim;
+        m.multFullMatrixPnt(Pnt3f(0, 1, 0), rim);
+        EXPECT_NEAR((rim - position).length(), c.scale, c.scale * 1e-5f);
+        subRefCP(light);
+    }
+}
+
+TEST_F(DeferredPointLightTest, BeaconPlacesTheLight)
+{
+    const Color3f kd(0.7f, 0.7f, 0.7f);
+    addPlane(4.0f, 0.0f, material(kd));
+
+    // Position (0.25, 0, 0.5) in a beacon moved by (0, -0.5, 0.5).
+    Matrix m;
+    m.setTranslate(0.0f, -0.5f, 0.5f);
+    TransformPtr beaconCore = Transform::create();
+    beaconCore->setMatrix(m);
+    NodePtr beacon = makeNodeFor(beaconCore);
+    beginEditCP(root, Node::ChildrenFieldMask);
+    root->addChild(beacon);
+    endEditCP(root, Node::ChildrenFieldMask);
+
+    const Vec3f   att(1, 0, 1);
+    PointLightPtr light = createPointLight(Pnt3f(0.25f, 0, 0.5f), Color3f(1, 1, 1), Black, att);
+    beginEditCP(light, Light::BeaconFieldMask);
+    light->setBeacon(beacon);
+    endEditCP(light, Light::BeaconFieldMask);
+    viewport->addLight(light);
+    renderFrame();
+
+    const Pnt3f world(0.25f, -0.5f, 1.0f);
+    ASSERT_NE(deferred(light), nullptr);
+    const Pnt3f &placed = deferred(light)->getLightPosition();
+    for(int i = 0; i < 3; ++i)
+        EXPECT_NEAR(placed[i], world[i], 1e-5f);
+
+    const int pixels[][2] = {{40, 20}, {32, 32}, {20, 45}};
+    for(const auto &p : pixels)
+        EXPECT_NEAR(lit(p[0], p[1])[0],
+                    expected(p[0], p[1], world, kd, Black, 1, Color3f(1, 1, 1), Black, att)[0],
+                    0.01f);
+    subRefCP(light);
+}
+
+TEST_F(DeferredPointLightTest, SwitchedOffLightDrawsNothingButStaysCurrent)
+{
+    addPlane(4.0f, 0.0f, material(Color3f(1, 1, 1)));
+    PointLightPtr light = createPointLight(Pnt3f(0, 0, 1), Color3f(1, 1, 1), Black,
+                                           Vec3f(1, 0, 1));
+    viewport->addLight(light);
+    renderFrame();
+    ASSERT_GT(lit(32, 32)[0], 0.1f);
+
+    beginEditCP(light);
+    light->setOn(false);
+    light->setPosition(0.5f, 0.5f, 2.0f);
+    endEditCP(light);
+    window->render(action);
+
+    DeferredPointLight *deferredLight = deferred(light);
+    ASSERT_NE(deferredLight, nullptr);
+    EXPECT_EQ(deferredLight->getVolumeRoot()->getTravMask(), 0u);
+    for(int y = 0; y < Size; y += 7)
+        for(int x = 0; x < Size; x += 7)
+            EXPECT_EQ(lit(x, y)[0], 0.0f) << x << "," << y;
+
+    // The eye-space position followed the move: camera at z = 5.
+    Vec3f eyePosition;
+    ASSERT_TRUE(deferredLight->getParameterChunk()->getUniformParameter("vLightPosition",
+                                                                         eyePosition));
+    EXPECT_NEAR(eyePosition[0], 0.5f, 1e-5f);
+    EXPECT_NEAR(eyePosition[1], 0.5f, 1e-5f);
+    EXPECT_NEAR(eyePosition[2], -3.0f, 1e-5f);
+    EXPECT_NEAR(deferredLight->getVolumeTransform()->getMatrix()[3][2], 2.0f, 1e-5f);
+    subRefCP(light);
+}
+
+TEST_F(DeferredPointLightTest, WrongLightTypeWarnsAndChangesNothing)
+{
+    PointLightPtr point = createPointLight(Pnt3f(1, 2, 3), Color3f(1, 1, 1), Black,
+                                           Vec3f(1, 0, 0));
+    SpotLightPtr  spot  = SpotLight::create();
+    addRefCP(spot);
+
+    DeferredPointLight deferredLight;
+    deferredLight.update(Matrix(), Matrix(), Vec2f(1, 10), point, 1.0f);
+    const Matrix before = deferredLight.getVolumeTransform()->getMatrix();
+
+    testsupport::LogCapture log(LOG_WARNING);
+    deferredLight.update(Matrix(), Matrix(), Vec2f(1, 10), spot, 1.0f);
+    EXPECT_EQ(log.count("DeferredPointLight::update - Wrong osg light type for update!"), 1u);
+    EXPECT_TRUE(deferredLight.getVolumeTransform()->getMatrix().equals(before, 0.0f));
+    EXPECT_EQ(deferredLight.getVolumeRoot()->getTravMask(), 0xFFFFFFFFu);
+
+    subRefCP(spot);
+    subRefCP(point);
+}
+
+TEST_F(DeferredPointLightTest, ShadowFlagsFollowTheGlobalIntensityFirst)
+{
+    struct Case
+    {
+        Real32 global, own;
+        bool   casts;
+        Real32 intensity;
+    };
+    const Case cases[] =
+    {
+        {0.5f, 1.0f, true,  0.5f},
+        {0.5f, 0.2f, true,  0.5f},
+        {1.0f, 1.0f, false, 1.0f},
+        {1.0f, 0.3f, true,  0.3f},
+        {2.0f, 0.7f, true,  0.7f},
+    };
+    for(const Case &c : cases)
+    {
+        PointLightPtr light = createPointLight(Pnt3f(0, 0, 0), Color3f(1, 1, 1), Black,
+                                               Vec3f(1, 0, 0));
+        beginEditCP(light, Light::ShadowIntensityFieldMask);
+        light->setShadowIntensity(c.own);
+        endEditCP(light, Light::ShadowIntensityFieldMask);
+
+        DeferredPointLight deferredLight;
+        deferredLight.update(Matrix(), Matrix(), Vec2f(1, 10), light, c.global);
+        EXPECT_EQ(deferredLight.getCastShadows(), c.casts) << c.global << " " << c.own;
+        EXPECT_EQ(deferredLight.getShadowIntensity(), c.intensity);
+        Real32 uploaded = -1;
+        EXPECT_TRUE(deferredLight.getParameterChunk()->getUniformParameter("fShadowIntensity",
+                                                                            uploaded));
+        EXPECT_EQ(uploaded, c.intensity);
+        subRefCP(light);
+    }
+}
+
+TEST_F(DeferredPointLightTest, FaceCamerasClipToSceneAndRange)
+{
+    // Scene: a box below the light along -Z, from z = -5 to z = -3.
+    DynamicVolume scene(DynamicVolume::BOX_VOLUME);
+    scene.extendBy(Pnt3f(-1, -1, -5));
+    scene.extendBy(Pnt3f(1, 1, -3));
+
+    FrustumVolume everything;
+    Matrix        toWorld, viewing, projection;
+    MatrixLookAt(toWorld, Pnt3f(0, 0, 20), Pnt3f(0, 0, 0), Vec3f(0, 1, 0));
+    toWorld.inverse(viewing);
+    MatrixPerspective(projection, deg2rad(60.0f), 1.0f, 0.1f, 100.0f);
+    projection.mult(viewing);
+    everything.setPlanes(projection);
+
+    PointLightPtr light = createPointLight(Pnt3f(0, 0, 0), Color3f(1, 1, 1), Black,
+                                           Vec3f(1, 0, 0));
+    DeferredPointLight deferredLight;
+    deferredLight.update(Matrix(), Matrix(), Vec2f(1, 10), light, 0.5f);
+
+    MatrixCameraPtr camera = MatrixCamera::create();
+    addRefCP(camera);
+
+    // -Z faces the box: its depth range is the box's, 3 to 5.
+    ASSERT_TRUE(deferredLight.updateLightCamera(0, everything, scene, camera));
+    EXPECT_NEAR(deferredLight.getLightNearFars()[0][0], 3.0f, 1e-4f);
+    EXPECT_NEAR(deferredLight.getLightNearFars()[0][1], 5.0f, 1e-4f);
+    EXPECT_NEAR(camera->getNear(), 3.0f, 1e-4f);
+    EXPECT_NEAR(camera->getFar(), 5.0f, 1e-4f);
+    EXPECT_TRUE(camera->getModelviewMatrix().equals(deferredLight.getLightViews()[0], 1e-6f));
+    // The face camera sees the box's nearest point straight ahead.
+    Pnt3f onAxis;
+    camera->getModelviewMatrix().multFullMatrixPnt(Pnt3f(0, 0, -3), onAxis);
+    EXPECT_NEAR(onAxis[2], -3.0f, 1e-4f);
+    bool uploaded = false;
+    EXPECT_TRUE(deferredLight.getParameterChunk()->getUniformParameter("bCastShadows", uploaded));
+    EXPECT_TRUE(uploaded);
+
+    // +Z looks away from all of it.
+    EXPECT_FALSE(deferredLight.updateLightCamera(1, everything, scene, camera));
+    EXPECT_LE(deferredLight.getLightNearFars()[1][1], 0.0f);
+
+    // A light inside a large scene: near clamps to 0.01, far to the range.
+    DynamicVolume large(DynamicVolume::BOX_VOLUME);
+    large.extendBy(Pnt3f(-100, -100, -100));
+    large.extendBy(Pnt3f(100, 100, 100));
+    PointLightPtr dim = createPointLight(Pnt3f(0, 0, 0), Color3f(1, 1, 1), Black,
+                                         Vec3f(0, 0, 1));
+    DeferredPointLight inside;
+    inside.update(Matrix(), Matrix(), Vec2f(1, 10), dim, 0.5f);
+    for(UInt16 face = 0; face < 6; ++face)
+    {
+        EXPECT_TRUE(inside.updateLightCamera(face, everything, large, camera)) << face;
+        EXPECT_NEAR(inside.getLightNearFars()[face][0], 0.01f, 1e-6f);
+        EXPECT_NEAR(inside.getLightNearFars()[face][1], std::sqrt(1000.0f), 1e-3f);
+    }
+    EXPECT_EQ(inside.getShadowmap(0), inside.getShadowmap(0));
+    EXPECT_NE(inside.getShadowmap(0), inside.getShadowmap(5));
+
+    subRefCP(camera);
+    subRefCP(dim);
+    subRefCP(light);
+}
+
+// Texture k of a light's material sits on unit k, and each sampler names
+// the unit of its texture.
+TEST_F(DeferredPointLightTest, SamplersGetTheUnitsOfTheirTextures)
+{
+    addPlane(4.0f, 0.0f, material(Color3f(1, 1, 1)));
+
+    PointLightPtr point = createPointLight(Pnt3f(0, 0, 1), Color3f(1, 1, 1), Black,
+                                           Vec3f(1, 0, 0));
+    SpotLightPtr spot = SpotLight::create();
+    addRefCP(spot);
+    DirectionalLightPtr sun = DirectionalLight::create();
+    addRefCP(sun);
+    viewport->addLight(point);
+    viewport->addLight(spot);
+    viewport->addLight(sun);
+    renderFrame();
+
+    RenderTarget &gbuffer = viewport->getGBufferTarget();
+    struct Binding
+    {
+        const char     *sampler;
+        StateChunkPtr   texture;
+    };
+    const Binding gbufferBindings[] =
+    {
+        {"texGBuffer0", gbuffer.getTargetTexture(0)},
+        {"texGBuffer1", gbuffer.getTargetTexture(1)},
+        {"texGBuffer2", gbuffer.getTargetTexture(2)},
+        {"texGBuffer4", gbuffer.getTargetTexture(4)},
+    };
+
+    const LightPtr lights[] = {point, spot, sun};
+    for(LightPtr light : lights)
+    {
+        IDeferredLight *deferredLight = viewport->getLights().find(light)->second;
+        std::vector<Binding> bindings(std::begin(gbufferBindings), std::end(gbufferBindings));
+        if(light == point)
+            bindings.push_back({"texCubeIndirection", DeferredPointLight::s_IndirectonCubeTex});
+
+        // The material's texture chunks, in unit order.
+        StatePtr state = deferredLight->getMaterial()->getState(0);
+        ASSERT_NE(state, NullFC);
+        std::vector<StateChunkPtr> units;
+        for(UInt32 unit = 0; unit < 16; ++unit)
+        {
+            StateChunkPtr chunk = state->getChunk(TextureChunk::getStaticClassId() + unit);
+            if(chunk != NullFC)
+                units.push_back(chunk);
+        }
+
+        EXPECT_EQ(deferredLight->getNextTextureUnit(), bindings.size());
+        ASSERT_EQ(units.size(), bindings.size());
+        for(size_t k = 0; k < bindings.size(); ++k)
+        {
+            Int32 unit = -1;
+            EXPECT_TRUE(deferredLight->getParameterChunk()->getUniformParameter(
+                bindings[k].sampler, unit));
+            ASSERT_GE(unit, 0);
+            ASSERT_LT(size_t(unit), units.size());
+            EXPECT_EQ(units[unit], bindings[k].texture) << bindings[k].sampler;
+        }
+        Int32 unused;
+        EXPECT_FALSE(deferredLight->getParameterChunk()->getUniformParameter("texGBuffer3",
+                                                                              unused));
+    }
+
+    // Fewer G-buffer textures bind only those.
+    DeferredSpotLight partial;
+    partial.attachGBuffer(gbuffer, 3);
+    EXPECT_EQ(partial.getNextTextureUnit(), 3);
+    Int32 unit = -1;
+    EXPECT_TRUE(partial.getParameterChunk()->getUniformParameter("texGBuffer2", unit));
+    EXPECT_EQ(unit, 2);
+    EXPECT_FALSE(partial.getParameterChunk()->getUniformParameter("texGBuffer4", unit));
+
+    subRefCP(sun);
+    subRefCP(spot);
+    subRefCP(point);
 }
