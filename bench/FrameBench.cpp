@@ -1,5 +1,7 @@
 // Frame time of the demo scene, rendered forward through a plain Viewport and
-// deferred through a DeferredRenderingViewport, side by side in one process.
+// deferred through a DeferredRenderingViewport, side by side in one process,
+// over the number of point lights. Fixed-function forward lighting stops at
+// eight lights, so the two paths meet at 1 and 8.
 
 #include <OpenSG/OSGBaseFunctions.h>
 #include <OpenSG/OSGPassiveWindow.h>
@@ -13,6 +15,8 @@
 #include "common/DemoScene.h"
 
 #include <benchmark/benchmark.h>
+
+#include <vector>
 
 using namespace osg;
 
@@ -29,7 +33,8 @@ lumora::HeadlessContext &context(void)
 }
 
 // Renders frames of one viewport kind until the benchmark is satisfied.
-void renderFrames(benchmark::State &state, ViewportPtr viewport, NodePtr root)
+void renderFrames(benchmark::State &state, ViewportPtr viewport, NodePtr root,
+                  const std::vector<LightPtr> &lights = std::vector<LightPtr>())
 {
     SolidBackgroundPtr background = SolidBackground::create();
     beginEditCP(viewport);
@@ -47,6 +52,14 @@ void renderFrames(benchmark::State &state, ViewportPtr viewport, NodePtr root)
     window->init();
     window->resize(Width, Height);
 
+    DeferredRenderingViewportPtr deferred = DeferredRenderingViewportPtr::dcast(viewport);
+    if(deferred != NullFC)
+    {
+        deferred->prepareScene(root);
+        for(LightPtr light : lights)
+            deferred->addLight(light);
+    }
+
     RenderAction *action = RenderAction::create();
     window->render(action);
     for(auto _ : state)
@@ -54,38 +67,57 @@ void renderFrames(benchmark::State &state, ViewportPtr viewport, NodePtr root)
         window->render(action);
         glFinish();
     }
+    state.counters["lights"] = Real64(lights.size());
     delete action;
     subRefCP(window);
+    for(LightPtr light : lights)
+        subRefCP(light);
 }
 
+bool haveContext(benchmark::State &state)
+{
+    if(context().isValid())
+        return true;
+    state.SkipWithError("no GL context");
+    return false;
+}
+
+// Point lights as OpenSG cores above the objects, so that the forward
+// renderer switches them on for the subtree.
 void BM_ForwardFrame(benchmark::State &state)
 {
-    if(!context().isValid())
-    {
-        state.SkipWithError("no GL context");
+    if(!haveContext(state))
         return;
-    }
     NodePtr root = demo::makeGroupNode();
-    demo::addChild(root, demo::buildObjects(true));
+    std::vector<LightPtr> lights = demo::makeDemoLights(root, int(state.range(0)), 0, false);
+
+    NodePtr lit = root;
+    for(LightPtr light : lights)
+    {
+        NodePtr node = makeNodeFor(light);
+        demo::addChild(lit, node);
+        lit = node;
+    }
+    demo::addChild(lit, demo::buildObjects(true));
     renderFrames(state, Viewport::create(), root);
+    state.counters["lights"] = Real64(lights.size());
+    for(LightPtr light : lights)
+        subRefCP(light);
 }
 
 void BM_DeferredFrame(benchmark::State &state)
 {
-    if(!context().isValid())
-    {
-        state.SkipWithError("no GL context");
+    if(!haveContext(state))
         return;
-    }
     NodePtr root = demo::makeGroupNode();
     demo::addChild(root, demo::buildObjects(true));
-    DeferredRenderingViewportPtr viewport = DeferredRenderingViewport::create();
-    viewport->prepareScene(root);
-    renderFrames(state, viewport, root);
+    std::vector<LightPtr> lights = demo::makeDemoLights(root, int(state.range(0)), 0, false);
+    renderFrames(state, DeferredRenderingViewport::create(), root, lights);
 }
 
-BENCHMARK(BM_ForwardFrame)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_DeferredFrame)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ForwardFrame)->Arg(1)->Arg(8)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DeferredFrame)->Arg(1)->Arg(8)->Arg(16)->Arg(64)->Arg(256)
+    ->UseRealTime()->Unit(benchmark::kMillisecond);
 
 } // namespace
 
