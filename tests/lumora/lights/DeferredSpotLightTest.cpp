@@ -1,0 +1,433 @@
+#include "DeferredSceneTest.h"
+#include "LitImage.h"
+
+#include <Lumora/DeferredSpotLight.h>
+
+#include <OpenSG/OSGSpotLight.h>
+#include <OpenSG/OSGTransform.h>
+
+#include <algorithm>
+#include <cmath>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using namespace osg;
+using lighttest::DeferredSceneTest;
+using lighttest::LitImage;
+using lighttest::Phong;
+using lighttest::phong;
+
+namespace
+{
+
+const Pnt3f Eye(0, 0, 5);
+
+struct SpotParams
+{
+    Pnt3f   position;
+    Vec3f   direction;
+    Real32  cutOff;       // half angle, radians
+    Real32  exponent;
+    Vec3f   attenuation;  // constant, linear, quadratic
+    Color3f diffuse;
+    Color3f specular;
+};
+
+struct Surface
+{
+    Color3f diffuse;
+    Color3f specular;
+    Real32  shininess;
+};
+
+Vec3f unit(Vec3f v)
+{
+    v.normalize();
+    return v;
+}
+
+// Angle between the spot axis and the ray from the light through P.
+Real32 angleFromAxis(const SpotParams &light, const Pnt3f &P)
+{
+    Vec3f  toP    = unit(P - light.position);
+    Real32 cosine = unit(light.direction).dot(toP);
+    return std::acos(std::max(-1.0f, std::min(1.0f, cosine)));
+}
+
+// The spot light's colour at P on a surface facing +Z, as the lowest and
+// highest value over the shininess the G-buffer can carry.
+void expectedColour(const SpotParams &light, const Surface &surface, const Pnt3f &P,
+                    Vec3f &low, Vec3f &high)
+{
+    low.setValues(0, 0, 0);
+    high.setValues(0, 0, 0);
+
+    Vec3f  L = light.position - P;
+    Real32 d = L.length();
+    L.normalize();
+
+    Real32 spot = -unit(light.direction).dot(L);
+    if(spot <= std::cos(light.cutOff))
+        return;
+
+    Real32 att    = 1.0f / (light.attenuation[0] + light.attenuation[1] * d +
+                            light.attenuation[2] * d * d);
+    Real32 factor = att * std::pow(spot, light.exponent);
+
+    const Vec3f N(0, 0, 1);
+    Phong a = phong(P, N, Eye, L, surface.diffuse, surface.specular,
+                    lighttest::shininessLow(surface.shininess), light.diffuse, light.specular);
+    Phong b = phong(P, N, Eye, L, surface.diffuse, surface.specular,
+                    lighttest::shininessHigh(surface.shininess), light.diffuse, light.specular);
+    for(int c = 0; c < 3; ++c)
+    {
+        Real32 va = factor * (a.diffuse[c] + a.specular[c]);
+        Real32 vb = factor * (b.diffuse[c] + b.specular[c]);
+        low [c] = std::min(va, vb);
+        high[c] = std::max(va, vb);
+    }
+}
+
+// Collects mismatches so that a wrong image reports a few pixels, not
+// thousands.
+class Mismatches
+{
+  public:
+    void check(int x, int y, int c, float got, float low, float high)
+    {
+        const float tolerance = 0.01f + 0.01f * high;
+        if(got >= low - tolerance && got <= high + tolerance)
+            return;
+        if(++_count <= 5)
+            _text << "pixel " << x << "," << y << " channel " << c << ": got " << got
+                  << ", expected " << low << ".." << high << "\n";
+    }
+    int         count() const { return _count; }
+    std::string text () const { return _text.str(); }
+
+  private:
+    int                _count = 0;
+    std::ostringstream _text;
+};
+
+class DeferredSpotLightTest : public DeferredSceneTest
+{
+  protected:
+    SpotLightPtr createSpot(const SpotParams &p)
+    {
+        SpotLightPtr light = SpotLight::create();
+        addRefCP(light);
+        beginEditCP(light);
+        light->setPosition(p.position[0], p.position[1], p.position[2]);
+        light->setDirection(p.direction);
+        light->setSpotCutOff(p.cutOff);
+        light->setSpotExponent(p.exponent);
+        light->setAttenuation(p.attenuation[0], p.attenuation[1], p.attenuation[2]);
+        light->setDiffuse (Color4f(p.diffuse [0], p.diffuse [1], p.diffuse [2], 1));
+        light->setSpecular(Color4f(p.specular[0], p.specular[1], p.specular[2], 1));
+        light->setShadowIntensity(1.0f);
+        endEditCP(light);
+        return light;
+    }
+
+    void addSurface(const Surface &s)
+    {
+        // Larger than the view at z = 0, so that every pixel sees it.
+        addPlane(8.0f, 0.0f, material(s.diffuse, s.specular, s.shininess));
+    }
+
+    // Compares every pixel with the equation for the light, leaving out the
+    // pixels within margin (radians) of the cut-off. Counts the pixels
+    // compared inside and outside the cone.
+    void expectImage(const SpotParams &light, const Surface &surface, Real32 margin,
+                     int &inside, int &outside)
+    {
+        LitImage   image(viewport);
+        Mismatches mismatches;
+        inside = outside = 0;
+        for(int y = 0; y < Size; ++y)
+        {
+            for(int x = 0; x < Size; ++x)
+            {
+                Pnt3f  P     = pixelOnPlane(x, y, 0.0f);
+                Real32 angle = angleFromAxis(light, P);
+                if(std::fabs(angle - light.cutOff) < margin)
+                    continue;
+                ++(angle < light.cutOff ? inside : outside);
+
+                Vec3f low, high;
+                expectedColour(light, surface, P, low, high);
+                for(int c = 0; c < 3; ++c)
+                    mismatches.check(x, y, c, image.at(x, y, c), low[c], high[c]);
+            }
+        }
+        EXPECT_EQ(mismatches.count(), 0) << mismatches.text();
+    }
+};
+
+const Real32 OneDegree = deg2rad(1.0f);
+
+} // namespace
+
+struct ConeCase
+{
+    const char *name;
+    SpotParams  light;
+    Surface     surface;
+};
+
+class SpotLightConeTest : public DeferredSpotLightTest,
+                                  public testing::WithParamInterface<ConeCase>
+{
+};
+
+TEST_P(SpotLightConeTest, InsideFollowsTheEquationAndOutsideIsBlack)
+{
+    const ConeCase &test = GetParam();
+    addSurface(test.surface);
+    SpotLightPtr light = createSpot(test.light);
+    viewport->addLight(light);
+    renderFrame();
+
+    int inside = 0, outside = 0;
+    expectImage(test.light, test.surface, OneDegree, inside, outside);
+    // Each set-up shows a good part of both sides of the cone.
+    EXPECT_GT(inside,  100);
+    EXPECT_GT(outside, 100);
+    subRefCP(light);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    DeferredSpotLight, SpotLightConeTest,
+    testing::Values(
+        ConeCase{"StraightDownDiffuseOnly",
+                 {Pnt3f(0, 0, 2), Vec3f(0, 0, -1), deg2rad(30.0f), 0.0f, Vec3f(1, 0, 0.1f),
+                  Color3f(1, 0.9f, 0.8f), Color3f(0, 0, 0)},
+                 {Color3f(0.8f, 0.6f, 0.4f), Color3f(0, 0, 0), 1.0f}},
+        ConeCase{"TiltedShinyAllAttenuationTerms",
+                 {Pnt3f(0.3f, -0.2f, 2.0f), Vec3f(0.2f, 0.1f, -1.0f), deg2rad(35.0f), 4.0f,
+                  Vec3f(0.8f, 0.2f, 0.1f), Color3f(1, 0.9f, 0.7f), Color3f(0.8f, 0.8f, 1.0f)},
+                 {Color3f(0.7f, 0.5f, 0.3f), Color3f(0.5f, 0.5f, 0.5f), 16.0f}},
+        ConeCase{"LowWideUnnormalisedDirection",
+                 {Pnt3f(-0.5f, 0.4f, 1.2f), Vec3f(0.5f, -0.5f, -2.0f), deg2rad(50.0f), 2.0f,
+                  Vec3f(1, 0.3f, 0.05f), Color3f(0.6f, 1.0f, 0.5f), Color3f(1, 1, 1)},
+                 {Color3f(0.9f, 0.9f, 0.9f), Color3f(0.3f, 0.2f, 0.1f), 32.0f}}),
+    [](const testing::TestParamInfo<ConeCase> &info) { return std::string(info.param.name); });
+
+TEST_F(DeferredSpotLightTest, FirstPixelPastTheCutOffIsBlack)
+{
+    const Surface surface = {Color3f(0.8f, 0.7f, 0.6f), Color3f(0, 0, 0), 1.0f};
+    addSurface(surface);
+
+    // Cut-off halfway between the angles of two neighbouring pixels of the
+    // middle row, so that one is just inside and the next just outside.
+    SpotParams params = {Pnt3f(0, 0, 2), Vec3f(0, 0, -1), 0.0f, 0.0f, Vec3f(1, 0, 0.1f),
+                         Color3f(1, 1, 1), Color3f(0, 0, 0)};
+    const Real32 innerAngle = angleFromAxis(params, pixelOnPlane(43, 32, 0.0f));
+    const Real32 outerAngle = angleFromAxis(params, pixelOnPlane(44, 32, 0.0f));
+    ASSERT_LT(innerAngle, outerAngle);
+    params.cutOff = 0.5f * (innerAngle + outerAngle);
+
+    SpotLightPtr light = createSpot(params);
+    viewport->addLight(light);
+    renderFrame();
+
+    LitImage image(viewport);
+    int lit = 0, dark = 0;
+    // The middle row and column cross the cone's edge on both sides.
+    for(int i = 0; i < Size; ++i)
+    {
+        const int pixels[2][2] = {{i, 32}, {32, i}};
+        for(const auto &p : pixels)
+        {
+            Pnt3f P = pixelOnPlane(p[0], p[1], 0.0f);
+            Vec3f low, high;
+            expectedColour(params, surface, P, low, high);
+            const bool inside = angleFromAxis(params, P) < params.cutOff;
+            ++(inside ? lit : dark);
+            for(int c = 0; c < 3; ++c)
+            {
+                if(inside)
+                    EXPECT_NEAR(image.at(p[0], p[1], c), high[c], 0.01f + 0.01f * high[c])
+                        << "pixel " << p[0] << "," << p[1] << " channel " << c;
+                else
+                    EXPECT_EQ(image.at(p[0], p[1], c), 0.0f)
+                        << "pixel " << p[0] << "," << p[1] << " channel " << c;
+            }
+        }
+    }
+    // The pixel just inside is lit at nearly full strength.
+    EXPECT_GT(image.at(43, 32, 0), 0.3f);
+    EXPECT_EQ(image.at(44, 32, 0), 0.0f);
+    EXPECT_GT(lit,  20);
+    EXPECT_GT(dark, 20);
+    subRefCP(light);
+}
+
+TEST_F(DeferredSpotLightTest, HigherExponentNarrowsTheFallOff)
+{
+    const Surface surface = {Color3f(1, 1, 1), Color3f(0, 0, 0), 1.0f};
+    addSurface(surface);
+
+    SpotParams params = {Pnt3f(0, 0, 2), Vec3f(0, 0, -1), deg2rad(40.0f), 1.0f,
+                         Vec3f(1, 0, 0.1f), Color3f(1, 1, 1), Color3f(0, 0, 0)};
+    SpotLightPtr light = createSpot(params);
+    viewport->addLight(light);
+
+    const Real32 exponents[] = {0.0f, 1.0f, 16.0f};
+    std::vector<std::vector<float>> middleRows;
+    for(Real32 exponent : exponents)
+    {
+        SCOPED_TRACE(exponent);
+        params.exponent = exponent;
+        beginEditCP(light, SpotLight::SpotExponentFieldMask);
+        light->setSpotExponent(exponent);
+        endEditCP(light, SpotLight::SpotExponentFieldMask);
+        renderFrame();
+
+        int inside = 0, outside = 0;
+        expectImage(params, surface, OneDegree, inside, outside);
+
+        LitImage image(viewport);
+        std::vector<float> row;
+        for(int x = 0; x < Size; ++x)
+            row.push_back(image.at(x, 32, 0));
+        middleRows.push_back(row);
+    }
+
+    // Against exponent 1, exponent 16 scales each pixel by spot^15: equal
+    // on the axis, far darker towards the edge.
+    for(int x = 32; x < Size; ++x)
+    {
+        Pnt3f  P      = pixelOnPlane(x, 32, 0.0f);
+        Real32 angle  = angleFromAxis(params, P);
+        if(angle > params.cutOff - OneDegree)
+            break;
+        Real32 ratio  = std::pow(std::cos(angle), 15.0f);
+        EXPECT_NEAR(middleRows[2][x], middleRows[1][x] * ratio,
+                    0.01f + 0.01f * middleRows[1][x])
+            << "pixel " << x;
+        EXPECT_LE(middleRows[2][x], middleRows[1][x] + 0.005f) << "pixel " << x;
+        EXPECT_LE(middleRows[1][x], middleRows[0][x] + 0.005f) << "pixel " << x;
+    }
+    EXPECT_NEAR(middleRows[2][32], middleRows[1][32], 0.01f);
+    EXPECT_LT(middleRows[2][48], 0.5f * middleRows[1][48]);
+    subRefCP(light);
+}
+
+class SpotLightAwayTest : public DeferredSpotLightTest,
+                                  public testing::WithParamInterface<Vec3f>
+{
+};
+
+TEST_P(SpotLightAwayTest, PointingAwayFromTheSurfaceDrawsNothing)
+{
+    addSurface({Color3f(1, 1, 1), Color3f(1, 1, 1), 16.0f});
+    SpotParams params = {Pnt3f(0, 0, 2), GetParam(), deg2rad(30.0f), 1.0f,
+                         Vec3f(1, 0, 0.1f), Color3f(1, 1, 1), Color3f(1, 1, 1)};
+    SpotLightPtr light = createSpot(params);
+    viewport->addLight(light);
+    renderFrame();
+
+    EXPECT_EQ(LitImage(viewport).maxValue(), 0.0f);
+    subRefCP(light);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    DeferredSpotLight, SpotLightAwayTest,
+    testing::Values(Vec3f(0, 0, 1),    // up, at the camera
+                    Vec3f(1, 0, 0)),   // along the surface, its cone ending beside the view
+    [](const testing::TestParamInfo<Vec3f> &info)
+    { return std::string(info.index == 0 ? "Up" : "Sideways"); });
+
+TEST_F(DeferredSpotLightTest, SwitchedOffDrawsNothingButStaysCurrent)
+{
+    const Surface surface = {Color3f(1, 1, 1), Color3f(0, 0, 0), 1.0f};
+    addSurface(surface);
+
+    SpotParams params = {Pnt3f(0, 0, 2), Vec3f(0, 0, -1), deg2rad(30.0f), 1.0f,
+                         Vec3f(1, 0, 0.1f), Color3f(1, 1, 1), Color3f(0, 0, 0)};
+    SpotLightPtr light = createSpot(params);
+    viewport->addLight(light);
+    renderFrame();
+    ASSERT_GT(LitImage(viewport).at(32, 32, 0), 0.5f);
+
+    IDeferredLight *deferred = viewport->getLights().at(light);
+    ASSERT_NE(deferred, nullptr);
+
+    beginEditCP(light);
+    light->setOn(false);
+    light->setPosition(1.0f, 0.5f, 2.5f);
+    light->setDirection(Vec3f(0, 1, -1));
+    endEditCP(light);
+    renderFrame();
+
+    EXPECT_EQ(LitImage(viewport).maxValue(), 0.0f);
+    EXPECT_EQ(deferred->getVolumeRoot()->getTravMask(), 0u);
+
+    // The camera sits at (0, 0, 5) unrotated: eye space is world minus that.
+    Vec3f position, direction;
+    ASSERT_TRUE(deferred->getParameterChunk()->getUniformParameter("vLightPosition", position));
+    ASSERT_TRUE(deferred->getParameterChunk()->getUniformParameter("vLightDirection", direction));
+    EXPECT_NEAR(position[0],  1.0f, 1e-5f);
+    EXPECT_NEAR(position[1],  0.5f, 1e-5f);
+    EXPECT_NEAR(position[2], -2.5f, 1e-5f);
+    EXPECT_NEAR(direction[0],  0.0f,              1e-5f);
+    EXPECT_NEAR(direction[1],  std::sqrt(0.5f),  1e-5f);
+    EXPECT_NEAR(direction[2], -std::sqrt(0.5f),  1e-5f);
+
+    // On again, it draws from where it was moved to.
+    beginEditCP(light, Light::OnFieldMask);
+    light->setOn(true);
+    endEditCP(light, Light::OnFieldMask);
+    renderFrame();
+
+    EXPECT_NE(deferred->getVolumeRoot()->getTravMask(), 0u);
+    params.position  = Pnt3f(1.0f, 0.5f, 2.5f);
+    params.direction = Vec3f(0, 1, -1);
+    int inside = 0, outside = 0;
+    expectImage(params, surface, OneDegree, inside, outside);
+    EXPECT_GT(inside, 100);
+    subRefCP(light);
+}
+
+TEST_F(DeferredSpotLightTest, BeaconPlacesAndTurnsTheLight)
+{
+    const Surface surface = {Color3f(0.9f, 0.8f, 0.7f), Color3f(0.5f, 0.5f, 0.5f), 16.0f};
+    addSurface(surface);
+
+    // In the beacon's frame: just off its origin, pointing down its -Z.
+    SpotParams local = {Pnt3f(0.1f, 0.2f, 0.3f), Vec3f(0, 0, -1), deg2rad(25.0f), 2.0f,
+                        Vec3f(1, 0.1f, 0.1f), Color3f(1, 1, 1), Color3f(1, 1, 1)};
+    SpotLightPtr light = createSpot(local);
+
+    const Real32 angle = deg2rad(20.0f);
+    const Vec3f  offset(0.4f, -0.3f, 1.6f);
+    TransformPtr beaconCore = Transform::create();
+    beginEditCP(beaconCore, Transform::MatrixFieldMask);
+    beaconCore->setMatrix(lighttest::rotateXThenTranslate(angle, offset));
+    endEditCP(beaconCore, Transform::MatrixFieldMask);
+    NodePtr beacon = makeNodeFor(beaconCore);
+    beginEditCP(light, Light::BeaconFieldMask);
+    light->setBeacon(beacon);
+    endEditCP(light, Light::BeaconFieldMask);
+
+    viewport->addLight(light);
+    renderFrame();
+
+    // The same light placed in world space by hand: y' = y cos - z sin,
+    // z' = y sin + z cos, then the offset.
+    const Real32 c = std::cos(angle), s = std::sin(angle);
+    SpotParams world = local;
+    world.position  = Pnt3f(0.1f + offset[0],
+                            0.2f * c - 0.3f * s + offset[1],
+                            0.2f * s + 0.3f * c + offset[2]);
+    world.direction = Vec3f(0, s, -c);
+
+    int inside = 0, outside = 0;
+    expectImage(world, surface, OneDegree, inside, outside);
+    EXPECT_GT(inside,  100);
+    EXPECT_GT(outside, 100);
+    subRefCP(light);
+}
