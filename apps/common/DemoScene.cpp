@@ -184,7 +184,9 @@ std::vector<LightPtr> makeDemoLights(NodePtr root, int pointLights, int spotLigh
     {
         Real32 angle = 2.f * Pi * (Real32(i) + 0.25f) / Real32(spotLights);
         Pnt3f  from(5.f * std::cos(angle), 4.f, 5.f * std::sin(angle));
-        Vec3f  toCenter = Pnt3f(0.f, 0.f, 0.f) - from;
+        // Each aims at its own spot on the floor, across the objects.
+        Pnt3f  target(-2.5f * std::cos(angle + 0.6f), 0.f, -2.5f * std::sin(angle + 0.6f));
+        Vec3f  toCenter = target - from;
         toCenter.normalize();
 
         SpotLightPtr light = SpotLight::create();
@@ -194,7 +196,7 @@ std::vector<LightPtr> makeDemoLights(NodePtr root, int pointLights, int spotLigh
         light->setSpotCutOff  (osgdegree2rad(18.f));
         light->setSpotExponent(4.f);
         light->setDiffuse     (hueColor(Real32(i) / Real32(spotLights) + 0.5f / spotLights,
-                                        1.5f));
+                                        0.9f));
         light->setSpecular    (Color4f(0.8f, 0.8f, 0.8f, 1.f));
         light->setAttenuation (1.f, 0.f, 0.03f);
         light->setBeacon      (lightBeacon(root, from));

@@ -177,6 +177,11 @@ struct ConeCase
     Surface     surface;
 };
 
+void PrintTo(const ConeCase &test, std::ostream *os)
+{
+    *os << test.name;
+}
+
 class SpotLightConeTest : public DeferredSpotLightTest,
                                   public testing::WithParamInterface<ConeCase>
 {
