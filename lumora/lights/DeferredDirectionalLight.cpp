@@ -37,31 +37,12 @@ DeferredDirectionalLight::DeferredDirectionalLight(void) :
     }
 
     if(s_CullingOptions == NullFC)
-    {
-        s_CullingOptions = PolygonChunk::create();
-        addRefCP(s_CullingOptions);
-        beginEditCP(s_CullingOptions, PolygonChunk::CullFaceFieldMask);
-        s_CullingOptions->setCullFace(GL_BACK);
-        endEditCP(s_CullingOptions, PolygonChunk::CullFaceFieldMask);
-    }
+        s_CullingOptions = createCullingChunk(GL_BACK);
 
-    shaderChunk = SHLChunk::create();
-
-    parameterChunk = SHLParameterChunk::create();
-    beginEditCP(parameterChunk, SHLParameterChunk::SHLChunkFieldMask);
-    parameterChunk->setSHLChunk(shaderChunk);
-    endEditCP(parameterChunk, SHLParameterChunk::SHLChunkFieldMask);
-
-    buildMaterial(shaderChunk, s_CullingOptions);
+    shaderChunk = createShaderMaterial(s_CullingOptions);
 
     // No transform: the vertex shader maps the corners by their signs.
-    GeometryPtr quad = makePlaneGeo(1.0f, 1.0f, 1, 1);
-    beginEditCP(quad, Geometry::MaterialFieldMask);
-    quad->setMaterial(material);
-    endEditCP(quad, Geometry::MaterialFieldMask);
-
-    volumeRoot = makeNodeFor(quad);
-    addRefCP(volumeRoot);
+    createVolume(makePlaneGeo(1.0f, 1.0f, 1, 1), NullFC);
 }
 
 DeferredDirectionalLight::~DeferredDirectionalLight(void)
@@ -70,15 +51,7 @@ DeferredDirectionalLight::~DeferredDirectionalLight(void)
 
 void DeferredDirectionalLight::initialize(RenderTarget &gbuffer, UInt16 numGBufferTextures)
 {
-    ShaderManager &shaders = ShaderManager::getInstance();
-
-    beginEditCP(shaderChunk);
-    shaderChunk->setVertexProgram(
-        shaders.generateLightVertexShader(ShaderManager::DIRECTIONAL_LIGHT));
-    shaderChunk->setFragmentProgram(
-        shaders.generateLightFragmentShader(ShaderManager::DIRECTIONAL_LIGHT,
-                                            numGBufferTextures, 3));
-    endEditCP(shaderChunk);
+    setPrograms(shaderChunk, ShaderManager::DIRECTIONAL_LIGHT, numGBufferTextures, 3);
 
     attachGBuffer(gbuffer, numGBufferTextures);
 
@@ -235,16 +208,8 @@ bool DeferredDirectionalLight::updateLightCamera(UInt16           index,
         lightProjections[index].multLeft(snap);
     }
 
-    beginEditCP(lightCamera, MatrixCamera::ModelviewMatrixFieldMask  |
-                             MatrixCamera::ProjectionMatrixFieldMask |
-                             Camera::NearFieldMask | Camera::FarFieldMask);
-    lightCamera->setModelviewMatrix (lightView);
-    lightCamera->setProjectionMatrix(lightProjections[index]);
-    lightCamera->setNear(lightNearFars[index][0]);
-    lightCamera->setFar (lightNearFars[index][1]);
-    endEditCP(lightCamera, MatrixCamera::ModelviewMatrixFieldMask  |
-                           MatrixCamera::ProjectionMatrixFieldMask |
-                           Camera::NearFieldMask | Camera::FarFieldMask);
+    setLightCamera(lightCamera, lightView, lightProjections[index],
+                   lightNearFars[index][0], lightNearFars[index][1]);
 
     if(index == 2)
     {

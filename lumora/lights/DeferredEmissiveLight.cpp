@@ -14,31 +14,12 @@ DeferredEmissiveLight::DeferredEmissiveLight(void) :
     shaderChunk   (NullFC)
 {
     if(s_CullingOptions == NullFC)
-    {
-        s_CullingOptions = PolygonChunk::create();
-        addRefCP(s_CullingOptions);
-        beginEditCP(s_CullingOptions, PolygonChunk::CullFaceFieldMask);
-        s_CullingOptions->setCullFace(GL_BACK);
-        endEditCP(s_CullingOptions, PolygonChunk::CullFaceFieldMask);
-    }
+        s_CullingOptions = createCullingChunk(GL_BACK);
 
-    shaderChunk = SHLChunk::create();
-
-    parameterChunk = SHLParameterChunk::create();
-    beginEditCP(parameterChunk, SHLParameterChunk::SHLChunkFieldMask);
-    parameterChunk->setSHLChunk(shaderChunk);
-    endEditCP(parameterChunk, SHLParameterChunk::SHLChunkFieldMask);
-
-    buildMaterial(shaderChunk, s_CullingOptions);
+    shaderChunk = createShaderMaterial(s_CullingOptions);
 
     // No transform: the vertex shader maps the corners by their signs.
-    GeometryPtr quad = makePlaneGeo(1.0f, 1.0f, 1, 1);
-    beginEditCP(quad, Geometry::MaterialFieldMask);
-    quad->setMaterial(material);
-    endEditCP(quad, Geometry::MaterialFieldMask);
-
-    volumeRoot = makeNodeFor(quad);
-    addRefCP(volumeRoot);
+    createVolume(makePlaneGeo(1.0f, 1.0f, 1, 1), NullFC);
 }
 
 DeferredEmissiveLight::~DeferredEmissiveLight(void)
@@ -47,15 +28,7 @@ DeferredEmissiveLight::~DeferredEmissiveLight(void)
 
 void DeferredEmissiveLight::initialize(RenderTarget &gbuffer, UInt16 numGBufferTextures)
 {
-    ShaderManager &shaders = ShaderManager::getInstance();
-
-    beginEditCP(shaderChunk);
-    shaderChunk->setVertexProgram(
-        shaders.generateLightVertexShader(ShaderManager::EMISSIVE_LIGHT));
-    shaderChunk->setFragmentProgram(
-        shaders.generateLightFragmentShader(ShaderManager::EMISSIVE_LIGHT,
-                                            numGBufferTextures, 1));
-    endEditCP(shaderChunk);
+    setPrograms(shaderChunk, ShaderManager::EMISSIVE_LIGHT, numGBufferTextures, 1);
 
     // Only the emissive texture: the other samplers share its unit 0 and
     // their values never reach the output.

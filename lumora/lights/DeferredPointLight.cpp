@@ -78,37 +78,15 @@ DeferredPointLight::DeferredPointLight(void) :
 
     if(s_CullingOptions == NullFC)
     {
-        s_CullingOptions = PolygonChunk::create();
-        addRefCP(s_CullingOptions);
-        beginEditCP(s_CullingOptions, PolygonChunk::CullFaceFieldMask);
-        s_CullingOptions->setCullFace(GL_FRONT);
-        endEditCP(s_CullingOptions, PolygonChunk::CullFaceFieldMask);
-
+        s_CullingOptions = createCullingChunk(GL_FRONT);
         s_IndirectonCubeTex = createIndirectionTexture();
         addRefCP(s_IndirectonCubeTex);
     }
 
-    shaderChunk = SHLChunk::create();
-
-    parameterChunk = SHLParameterChunk::create();
-    beginEditCP(parameterChunk, SHLParameterChunk::SHLChunkFieldMask);
-    parameterChunk->setSHLChunk(shaderChunk);
-    endEditCP(parameterChunk, SHLParameterChunk::SHLChunkFieldMask);
-
-    buildMaterial(shaderChunk, s_CullingOptions);
-
-    GeometryPtr sphere = makeSphereGeo(2, 1.0f);
-    beginEditCP(sphere, Geometry::MaterialFieldMask);
-    sphere->setMaterial(material);
-    endEditCP(sphere, Geometry::MaterialFieldMask);
+    shaderChunk = createShaderMaterial(s_CullingOptions);
 
     volumeTransform = Transform::create();
-    volumeRoot      = Node::create();
-    addRefCP(volumeRoot);
-    beginEditCP(volumeRoot, Node::CoreFieldMask | Node::ChildrenFieldMask);
-    volumeRoot->setCore(volumeTransform);
-    volumeRoot->addChild(makeNodeFor(sphere));
-    endEditCP(volumeRoot, Node::CoreFieldMask | Node::ChildrenFieldMask);
+    createVolume(makeSphereGeo(2, 1.0f), volumeTransform);
 }
 
 DeferredPointLight::~DeferredPointLight(void)
@@ -117,15 +95,7 @@ DeferredPointLight::~DeferredPointLight(void)
 
 void DeferredPointLight::initialize(RenderTarget &gbuffer, UInt16 numGBufferTextures)
 {
-    ShaderManager &shaders = ShaderManager::getInstance();
-
-    beginEditCP(shaderChunk);
-    shaderChunk->setVertexProgram(
-        shaders.generateLightVertexShader(ShaderManager::POINT_LIGHT));
-    shaderChunk->setFragmentProgram(
-        shaders.generateLightFragmentShader(ShaderManager::POINT_LIGHT,
-                                            numGBufferTextures, 1));
-    endEditCP(shaderChunk);
+    setPrograms(shaderChunk, ShaderManager::POINT_LIGHT, numGBufferTextures, 1);
 
     attachGBuffer(gbuffer, numGBufferTextures);
 
@@ -274,16 +244,7 @@ bool DeferredPointLight::updateLightCamera(UInt16           index,
 
     MatrixPerspective(lightProjections[index], 0.7853982f, 1.0f, nearDist, farDist);
 
-    beginEditCP(lightCamera, MatrixCamera::ModelviewMatrixFieldMask  |
-                             MatrixCamera::ProjectionMatrixFieldMask |
-                             Camera::NearFieldMask | Camera::FarFieldMask);
-    lightCamera->setModelviewMatrix (lightViews[index]);
-    lightCamera->setProjectionMatrix(lightProjections[index]);
-    lightCamera->setNear(nearDist);
-    lightCamera->setFar (farDist);
-    endEditCP(lightCamera, MatrixCamera::ModelviewMatrixFieldMask  |
-                           MatrixCamera::ProjectionMatrixFieldMask |
-                           Camera::NearFieldMask | Camera::FarFieldMask);
+    setLightCamera(lightCamera, lightViews[index], lightProjections[index], nearDist, farDist);
 
     beginEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
     parameterChunk->setUniformParameter("bCastShadows",  castShadows);

@@ -32,35 +32,12 @@ DeferredSpotLight::DeferredSpotLight(void) :
     volumeTransform  (NullFC)
 {
     if(s_CullingOptions == NullFC)
-    {
-        s_CullingOptions = PolygonChunk::create();
-        addRefCP(s_CullingOptions);
-        beginEditCP(s_CullingOptions, PolygonChunk::CullFaceFieldMask);
-        s_CullingOptions->setCullFace(GL_FRONT);
-        endEditCP(s_CullingOptions, PolygonChunk::CullFaceFieldMask);
-    }
+        s_CullingOptions = createCullingChunk(GL_FRONT);
 
-    shaderChunk = SHLChunk::create();
-
-    parameterChunk = SHLParameterChunk::create();
-    beginEditCP(parameterChunk, SHLParameterChunk::SHLChunkFieldMask);
-    parameterChunk->setSHLChunk(shaderChunk);
-    endEditCP(parameterChunk, SHLParameterChunk::SHLChunkFieldMask);
-
-    buildMaterial(shaderChunk, s_CullingOptions);
-
-    GeometryPtr cone = makeConeGeo(1.0f, 1.0f, 16, true, true);
-    beginEditCP(cone, Geometry::MaterialFieldMask);
-    cone->setMaterial(material);
-    endEditCP(cone, Geometry::MaterialFieldMask);
+    shaderChunk = createShaderMaterial(s_CullingOptions);
 
     volumeTransform = Transform::create();
-    volumeRoot      = Node::create();
-    addRefCP(volumeRoot);
-    beginEditCP(volumeRoot, Node::CoreFieldMask | Node::ChildrenFieldMask);
-    volumeRoot->setCore(volumeTransform);
-    volumeRoot->addChild(makeNodeFor(cone));
-    endEditCP(volumeRoot, Node::CoreFieldMask | Node::ChildrenFieldMask);
+    createVolume(makeConeGeo(1.0f, 1.0f, 16, true, true), volumeTransform);
 }
 
 DeferredSpotLight::~DeferredSpotLight(void)
@@ -69,15 +46,7 @@ DeferredSpotLight::~DeferredSpotLight(void)
 
 void DeferredSpotLight::initialize(RenderTarget &gbuffer, UInt16 numGBufferTextures)
 {
-    ShaderManager &shaders = ShaderManager::getInstance();
-
-    beginEditCP(shaderChunk);
-    shaderChunk->setVertexProgram(
-        shaders.generateLightVertexShader(ShaderManager::SPOT_LIGHT));
-    shaderChunk->setFragmentProgram(
-        shaders.generateLightFragmentShader(ShaderManager::SPOT_LIGHT,
-                                            numGBufferTextures, 1));
-    endEditCP(shaderChunk);
+    setPrograms(shaderChunk, ShaderManager::SPOT_LIGHT, numGBufferTextures, 1);
 
     attachGBuffer(gbuffer, numGBufferTextures);
 
@@ -255,16 +224,7 @@ bool DeferredSpotLight::updateLightCamera(UInt16,
     MatrixPerspective(lightProjection, cutOffDegrees / 360.0f * 2.0f * 3.1415927f, 1.0f,
                       lightNearFar[0], lightNearFar[1]);
 
-    beginEditCP(lightCamera, MatrixCamera::ModelviewMatrixFieldMask  |
-                             MatrixCamera::ProjectionMatrixFieldMask |
-                             Camera::NearFieldMask | Camera::FarFieldMask);
-    lightCamera->setModelviewMatrix (lightView);
-    lightCamera->setProjectionMatrix(lightProjection);
-    lightCamera->setNear(lightNearFar[0]);
-    lightCamera->setFar (lightNearFar[1]);
-    endEditCP(lightCamera, MatrixCamera::ModelviewMatrixFieldMask  |
-                           MatrixCamera::ProjectionMatrixFieldMask |
-                           Camera::NearFieldMask | Camera::FarFieldMask);
+    setLightCamera(lightCamera, lightView, lightProjection, lightNearFar[0], lightNearFar[1]);
 
     // From now on it maps the viewer's eye space into the light's.
     lightView.mult(camInvView);

@@ -52,8 +52,25 @@ NodePtr IDeferredLight::getVolumeRoot(void)
     return volumeRoot;
 }
 
-void IDeferredLight::buildMaterial(StateChunkPtr shader, StateChunkPtr culling)
+PolygonChunkPtr IDeferredLight::createCullingChunk(GLenum cullFace)
 {
+    PolygonChunkPtr culling = PolygonChunk::create();
+    addRefCP(culling);
+    beginEditCP(culling, PolygonChunk::CullFaceFieldMask);
+    culling->setCullFace(cullFace);
+    endEditCP(culling, PolygonChunk::CullFaceFieldMask);
+    return culling;
+}
+
+SHLChunkPtr IDeferredLight::createShaderMaterial(StateChunkPtr culling)
+{
+    SHLChunkPtr shader = SHLChunk::create();
+
+    parameterChunk = SHLParameterChunk::create();
+    beginEditCP(parameterChunk, SHLParameterChunk::SHLChunkFieldMask);
+    parameterChunk->setSHLChunk(shader);
+    endEditCP(parameterChunk, SHLParameterChunk::SHLChunkFieldMask);
+
     material = ChunkMaterial::create();
     beginEditCP(material, ChunkMaterial::ChunksFieldMask);
     material->addChunk(shader,                      State::AutoSlotReplace);
@@ -62,6 +79,57 @@ void IDeferredLight::buildMaterial(StateChunkPtr shader, StateChunkPtr culling)
     material->addChunk(s_LightBufferBlending,       State::AutoSlotReplace);
     material->addChunk(s_LightRenderingNoDepthTest, State::AutoSlotReplace);
     endEditCP(material, ChunkMaterial::ChunksFieldMask);
+    return shader;
+}
+
+void IDeferredLight::createVolume(GeometryPtr geometry, NodeCorePtr placement)
+{
+    beginEditCP(geometry, Geometry::MaterialFieldMask);
+    geometry->setMaterial(material);
+    endEditCP(geometry, Geometry::MaterialFieldMask);
+
+    NodePtr geometryNode = makeNodeFor(geometry);
+    if(placement == NullFC)
+    {
+        volumeRoot = geometryNode;
+    }
+    else
+    {
+        volumeRoot = Node::create();
+        beginEditCP(volumeRoot, Node::CoreFieldMask | Node::ChildrenFieldMask);
+        volumeRoot->setCore(placement);
+        volumeRoot->addChild(geometryNode);
+        endEditCP(volumeRoot, Node::CoreFieldMask | Node::ChildrenFieldMask);
+    }
+    addRefCP(volumeRoot);
+}
+
+void IDeferredLight::setPrograms(SHLChunkPtr shader, ShaderManager::LightType type,
+                                 UInt16 numGBufferTextures, UInt16 numSplits)
+{
+    ShaderManager &shaders = ShaderManager::getInstance();
+
+    beginEditCP(shader, ShaderChunk::VertexProgramFieldMask |
+                        ShaderChunk::FragmentProgramFieldMask);
+    shader->setVertexProgram  (shaders.generateLightVertexShader(type));
+    shader->setFragmentProgram(shaders.generateLightFragmentShader(type, numGBufferTextures,
+                                                                   numSplits));
+    endEditCP(shader, ShaderChunk::VertexProgramFieldMask |
+                      ShaderChunk::FragmentProgramFieldMask);
+}
+
+void IDeferredLight::setLightCamera(MatrixCameraPtr camera, const Matrix &view,
+                                    const Matrix &projection, Real32 nearDist, Real32 farDist)
+{
+    const BitVector fields = MatrixCamera::ModelviewMatrixFieldMask  |
+                             MatrixCamera::ProjectionMatrixFieldMask |
+                             Camera::NearFieldMask | Camera::FarFieldMask;
+    beginEditCP(camera, fields);
+    camera->setModelviewMatrix (view);
+    camera->setProjectionMatrix(projection);
+    camera->setNear(nearDist);
+    camera->setFar (farDist);
+    endEditCP(camera, fields);
 }
 
 void IDeferredLight::bindTexture(const char *samplerName, StateChunkPtr texture)

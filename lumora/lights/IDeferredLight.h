@@ -14,11 +14,15 @@
 #include <OpenSG/OSGMatrixCamera.h>
 #include <OpenSG/OSGMFVecTypes.h>
 #include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGPlane.h>
+#include <OpenSG/OSGPolygonChunk.h>
+#include <OpenSG/OSGSHLChunk.h>
 #include <OpenSG/OSGSHLParameterChunk.h>
 #include <OpenSG/OSGStateChunk.h>
 
 #include <Lumora/OSGRenderTarget.h>
+#include <Lumora/ShaderManager.h>
 
 OSG_BEGIN_NAMESPACE
 
@@ -96,8 +100,23 @@ class IDeferredLight
     // is appended to the material, which puts it on that unit.
     void bindTexture(const char *samplerName, StateChunkPtr texture);
 
-    // Material with the light's chunks in their fixed order.
-    void buildMaterial(StateChunkPtr shader, StateChunkPtr culling);
+    // A light class's shared culling chunk, culling the given faces.
+    static PolygonChunkPtr createCullingChunk(GLenum cullFace);
+
+    // Creates the parameter chunk and the material with the light's chunks
+    // in their fixed order around a new shader chunk, which it returns.
+    SHLChunkPtr createShaderMaterial(StateChunkPtr culling);
+
+    // The volume: geometry drawn with the material, under a node with core
+    // placement when given, else the geometry's own node.
+    void createVolume(GeometryPtr geometry, NodeCorePtr placement);
+
+    // The light's programs from the shader generator.
+    static void setPrograms(SHLChunkPtr shader, ShaderManager::LightType type,
+                            UInt16 numGBufferTextures, UInt16 numSplits);
+
+    static void setLightCamera(MatrixCameraPtr camera, const Matrix &view,
+                               const Matrix &projection, Real32 nearDist, Real32 farDist);
 
     // The caster rule: a global intensity below 1 overrides every light.
     void updateShadowFlags(LightPtr light, Real32 globalShadowIntensity);

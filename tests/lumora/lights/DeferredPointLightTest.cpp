@@ -153,11 +153,15 @@ TEST_F(DeferredPointLightTest, VolumeCoversOnlyTheLightsRange)
         Real32 miss    = (toLight - ray * toLight.dot(ray)).length();
         Real32 got     = lit(x, 32)[0];
         if(miss > 1.1f)
+        {
             EXPECT_EQ(got, 0.0f) << "pixel " << x;
+        }
         else if((P - lightPos).length() < 1.0f)
+        {
             EXPECT_NEAR(got, expected(x, 32, lightPos, Color3f(1, 1, 1), Black, 1,
                                       Color3f(1, 1, 1), Black, att)[0], 1e-4f)
                 << "pixel " << x;
+        }
     }
     subRefCP(light);
 }
