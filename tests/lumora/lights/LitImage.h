@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <sstream>
+#include <string>
 #include <vector>
 
 namespace lighttest
@@ -54,6 +56,33 @@ class LitImage
     int                _width  = 0;
     int                _height = 0;
     std::vector<float> _texels;
+};
+
+// Collects pixels outside their expected range, so that a wrong image
+// reports a few of them rather than thousands. The tolerance is absolute
+// plus 1 % of the expected value, for the half-float lit image.
+class PixelMismatches
+{
+  public:
+    explicit PixelMismatches(float tolerance = 0.01f) : _tolerance(tolerance) {}
+
+    void check(int x, int y, int channel, float got, float low, float high)
+    {
+        const float tolerance = _tolerance + 0.01f * std::fabs(high);
+        if(got >= low - tolerance && got <= high + tolerance)
+            return;
+        if(++_count <= 5)
+            _text << "pixel " << x << "," << y << " channel " << channel << ": got " << got
+                  << ", expected " << low << ".." << high << "\n";
+    }
+
+    int         count() const { return _count; }
+    std::string text () const { return _text.str(); }
+
+  private:
+    float              _tolerance;
+    int                _count = 0;
+    std::ostringstream _text;
 };
 
 // The shininess reaches the light pass as log2(s) / 8 in eight bits, so the

@@ -1,0 +1,409 @@
+#include "lumora/lights/DeferredSceneTest.h"
+#include "lumora/lights/LitImage.h"
+
+#include <Lumora/DeferredDirectionalLight.h>
+#include <Lumora/DeferredPointLight.h>
+#include <Lumora/DeferredSpotLight.h>
+
+#include <OpenSG/OSGDirectionalLight.h>
+#include <OpenSG/OSGLight.h>
+#include <OpenSG/OSGPointLight.h>
+#include <OpenSG/OSGSpotLight.h>
+
+#include <string>
+#include <vector>
+
+// A light type the viewport has no deferred counterpart for.
+namespace registrytest
+{
+
+OSG_FC_PTR_DECL(HemisphereLight, ::osg::LightPtr)
+
+class HemisphereLight : public ::osg::Light
+{
+    OSG_FC_DECL(HemisphereLight, ::osg::Light)
+
+  public:
+    static void initMethod(void) {}
+
+  protected:
+    HemisphereLight(void) : Inherited() {}
+    HemisphereLight(const HemisphereLight &source) : Inherited(source) {}
+    virtual ~HemisphereLight(void) {}
+};
+
+OSG_FC_IMPL(HemisphereLight, "Light")
+
+} // namespace registrytest
+
+using namespace osg;
+using lighttest::DeferredSceneTest;
+using lighttest::LitImage;
+using registrytest::HemisphereLight;
+using registrytest::HemisphereLightPtr;
+
+namespace
+{
+
+enum class Kind { Point, Spot, Directional };
+
+// A light of the given kind that lights the plane at z = 0 from above.
+LightPtr createLight(Kind kind)
+{
+    LightPtr light;
+    switch(kind)
+    {
+        case Kind::Point:
+        {
+            PointLightPtr point = PointLight::create();
+            beginEditCP(point);
+            point->setPosition(0, 0, 2);
+            point->setAttenuation(1, 0, 0.1f);
+            endEditCP(point);
+            light = point;
+            break;
+        }
+        case Kind::Spot:
+        {
+            SpotLightPtr spot = SpotLight::create();
+            beginEditCP(spot);
+            spot->setPosition(0, 0, 2);
+            spot->setDirection(Vec3f(0, 0, -1));
+            spot->setSpotCutOff(deg2rad(40.0f));
+            spot->setAttenuation(1, 0, 0.1f);
+            endEditCP(spot);
+            light = spot;
+            break;
+        }
+        case Kind::Directional:
+        {
+            DirectionalLightPtr directional = DirectionalLight::create();
+            beginEditCP(directional);
+            directional->setDirection(Vec3f(0, 0, 1));
+            endEditCP(directional);
+            light = directional;
+            break;
+        }
+    }
+    addRefCP(light);
+    beginEditCP(light);
+    light->setDiffuse(Color4f(1, 1, 1, 1));
+    light->setSpecular(Color4f(0, 0, 0, 1));
+    light->setShadowIntensity(1.0f);
+    endEditCP(light);
+    return light;
+}
+
+const char *kindName(Kind kind)
+{
+    switch(kind)
+    {
+        case Kind::Point:       return "point";
+        case Kind::Spot:        return "spot";
+        case Kind::Directional: return "directional";
+    }
+    return "?";
+}
+
+class DeferredLightRegistryTest : public DeferredSceneTest
+{
+  protected:
+    void setOn(LightPtr light, bool on)
+    {
+        beginEditCP(light, Light::OnFieldMask);
+        light->setOn(on);
+        endEditCP(light, Light::OnFieldMask);
+    }
+
+    // The light root's children, in order.
+    std::vector<NodePtr> lightRootChildren(DeferredRenderingViewportPtr port) const
+    {
+        std::vector<NodePtr> children;
+        NodePtr lightRoot = port->getLightRoot();
+        for(UInt32 i = 0; i < lightRoot->getNChildren(); ++i)
+            children.push_back(lightRoot->getChild(i));
+        return children;
+    }
+
+    std::vector<NodePtr> onlyEmissive(DeferredRenderingViewportPtr port) const
+    {
+        return std::vector<NodePtr>(1, port->getEmissiveLight()->getVolumeRoot());
+    }
+
+    // A white plane that any of the lights above lights at the centre.
+    void addLitPlane()
+    {
+        addPlane(8.0f, 0.0f, material(Color3f(1, 1, 1)));
+    }
+
+    float centre()
+    {
+        return LitImage(viewport).at(32, 32, 0);
+    }
+};
+
+} // namespace
+
+TEST_F(DeferredLightRegistryTest, NewViewportHoldsOnlyTheEmissiveVolume)
+{
+    ASSERT_NE(viewport->getEmissiveLight(), nullptr);
+    EXPECT_EQ(lightRootChildren(viewport), onlyEmissive(viewport));
+    EXPECT_TRUE(viewport->getLights().empty());
+
+    DeferredRenderingViewportPtr other = DeferredRenderingViewport::create();
+    addRefCP(other);
+    ASSERT_NE(other->getEmissiveLight(), nullptr);
+    EXPECT_NE(other->getEmissiveLight(), viewport->getEmissiveLight());
+    EXPECT_EQ(lightRootChildren(other), onlyEmissive(other));
+    subRefCP(other);
+}
+
+TEST_F(DeferredLightRegistryTest, SameLightAddedTwiceMakesOneDeferredLight)
+{
+    addLitPlane();
+    LightPtr light = createLight(Kind::Point);
+    viewport->addLight(light);
+    viewport->addLight(light);
+    EXPECT_EQ(viewport->getLights().size(), 1u);
+
+    renderFrame();
+    const float once = centre();
+    EXPECT_GT(once, 0.1f);
+
+    // Again after its first frame: still one volume, drawn once.
+    viewport->addLight(light);
+    renderFrame();
+    EXPECT_EQ(viewport->getLights().size(), 1u);
+    EXPECT_EQ(lightRootChildren(viewport).size(), 2u);
+    EXPECT_NEAR(centre(), once, 0.001f);
+    subRefCP(light);
+}
+
+TEST_F(DeferredLightRegistryTest, LightThatIsOffWhenAddedStaysUnregistered)
+{
+    addLitPlane();
+    LightPtr light = createLight(Kind::Spot);
+    setOn(light, false);
+    viewport->addLight(light);
+    EXPECT_TRUE(viewport->getLights().empty());
+
+    setOn(light, true);
+    renderFrame();
+    EXPECT_TRUE(viewport->getLights().empty());
+    EXPECT_EQ(lightRootChildren(viewport), onlyEmissive(viewport));
+    EXPECT_EQ(LitImage(viewport).maxValue(), 0.0f);
+    subRefCP(light);
+}
+
+TEST_F(DeferredLightRegistryTest, RemovingBeforeTheFirstFrameDeletesTheLight)
+{
+    addLitPlane();
+    LightPtr light = createLight(Kind::Point);
+    viewport->addLight(light);
+    ASSERT_EQ(viewport->getLights().size(), 1u);
+
+    // Our reference outlives the deferred light; its own goes with it.
+    NodePtr volume = viewport->getLights().at(light)->getVolumeRoot();
+    addRefCP(volume);
+    ASSERT_EQ(volume.getRefCount(), 2);
+
+    viewport->subLight(light);
+    EXPECT_TRUE(viewport->getLights().empty());
+    EXPECT_EQ(volume.getRefCount(), 1);
+    EXPECT_EQ(volume->getParent(), NullFC);
+    EXPECT_EQ(lightRootChildren(viewport), onlyEmissive(viewport));
+
+    renderFrame();
+    EXPECT_EQ(lightRootChildren(viewport), onlyEmissive(viewport));
+    EXPECT_EQ(LitImage(viewport).maxValue(), 0.0f);
+
+    subRefCP(volume);
+    subRefCP(light);
+}
+
+TEST_F(DeferredLightRegistryTest, VolumeJoinsTheLightRootAtTheFirstFrameAndSubLightDetachesIt)
+{
+    addLitPlane();
+    LightPtr light = createLight(Kind::Point);
+    viewport->addLight(light);
+
+    NodePtr volume = viewport->getLights().at(light)->getVolumeRoot();
+    addRefCP(volume);
+    EXPECT_EQ(volume->getParent(), NullFC);
+
+    renderFrame();
+    EXPECT_EQ(volume->getParent(), viewport->getLightRoot());
+    EXPECT_EQ(lightRootChildren(viewport).size(), 2u);
+    const float lit = centre();
+    EXPECT_GT(lit, 0.1f);
+
+    viewport->subLight(light);
+    EXPECT_TRUE(viewport->getLights().empty());
+    EXPECT_EQ(volume->getParent(), NullFC);
+    EXPECT_EQ(volume.getRefCount(), 1);
+    EXPECT_EQ(lightRootChildren(viewport), onlyEmissive(viewport));
+
+    renderFrame();
+    EXPECT_EQ(LitImage(viewport).maxValue(), 0.0f);
+
+    // Removing it again changes nothing.
+    viewport->subLight(light);
+    EXPECT_TRUE(viewport->getLights().empty());
+
+    // Added back, it gets a fresh deferred light that draws as before.
+    viewport->addLight(light);
+    ASSERT_EQ(viewport->getLights().size(), 1u);
+    EXPECT_NE(viewport->getLights().at(light)->getVolumeRoot(), volume);
+    renderFrame();
+    EXPECT_EQ(lightRootChildren(viewport).size(), 2u);
+    EXPECT_NEAR(centre(), lit, 0.001f);
+
+    subRefCP(volume);
+    subRefCP(light);
+}
+
+TEST_F(DeferredLightRegistryTest, EachLightTypeGetsItsOwnDeferredLight)
+{
+    const Kind kinds[] = {Kind::Point, Kind::Spot, Kind::Directional};
+    for(Kind kind : kinds)
+    {
+        SCOPED_TRACE(kindName(kind));
+        LightPtr light = createLight(kind);
+        viewport->addLight(light);
+
+        ASSERT_EQ(viewport->getLights().count(light), 1u);
+        IDeferredLight *deferred = viewport->getLights().at(light);
+        const bool isPoint       = dynamic_cast<DeferredPointLight *>(deferred)       != nullptr;
+        const bool isSpot        = dynamic_cast<DeferredSpotLight *>(deferred)        != nullptr;
+        const bool isDirectional = dynamic_cast<DeferredDirectionalLight *>(deferred) != nullptr;
+        EXPECT_EQ(isPoint,       kind == Kind::Point);
+        EXPECT_EQ(isSpot,        kind == Kind::Spot);
+        EXPECT_EQ(isDirectional, kind == Kind::Directional);
+
+        viewport->subLight(light);
+        subRefCP(light);
+    }
+}
+
+TEST_F(DeferredLightRegistryTest, UnsupportedLightTypeIsLeftOutWithAWarning)
+{
+    HemisphereLightPtr light = HemisphereLight::create();
+    ASSERT_NE(light, NullFC);
+    addRefCP(light);
+    ASSERT_TRUE(light->getType().isDerivedFrom(Light::getClassType()));
+
+    viewport->addLight(light);
+    EXPECT_TRUE(viewport->getLights().empty());
+    EXPECT_TRUE(log().contains("DeferredRenderingViewport::addLight")) << log().text();
+    EXPECT_TRUE(log().contains("HemisphereLight")) << log().text();
+
+    // Nothing half-made is left to trip the next frame.
+    addLitPlane();
+    renderFrame();
+    EXPECT_EQ(lightRootChildren(viewport), onlyEmissive(viewport));
+    EXPECT_EQ(LitImage(viewport).maxValue(), 0.0f);
+    subRefCP(light);
+}
+
+TEST_F(DeferredLightRegistryTest, DestroyingTheViewportDeletesEachLightOnce)
+{
+    DeferredRenderingViewportPtr port = DeferredRenderingViewport::create();
+    addRefCP(port);
+    beginEditCP(port);
+    port->setCamera(camera);
+    port->setBackground(background);
+    port->setRoot(root);
+    port->setSize(0, 0, 1, 1);
+    endEditCP(port);
+    beginEditCP(window, Window::PortFieldMask);
+    window->addPort(port);
+    endEditCP(window, Window::PortFieldMask);
+
+    std::vector<LightPtr> lights;
+    for(Kind kind : {Kind::Point, Kind::Spot, Kind::Directional})
+    {
+        lights.push_back(createLight(kind));
+        port->addLight(lights.back());
+    }
+    window->render(action);
+
+    // One more that never reaches a frame.
+    lights.push_back(createLight(Kind::Point));
+    port->addLight(lights.back());
+    ASSERT_EQ(port->getLights().size(), lights.size());
+
+    std::vector<NodePtr> volumes;
+    for(LightPtr light : lights)
+    {
+        volumes.push_back(port->getLights().at(light)->getVolumeRoot());
+        addRefCP(volumes.back());
+    }
+    EXPECT_EQ(lightRootChildren(port).size(), 4u);
+
+    beginEditCP(window, Window::PortFieldMask);
+    window->subPort(port);
+    endEditCP(window, Window::PortFieldMask);
+    subRefCP(port);
+
+    for(std::size_t i = 0; i < volumes.size(); ++i)
+    {
+        EXPECT_EQ(volumes[i].getRefCount(), 1) << "light " << i;
+        EXPECT_EQ(volumes[i]->getParent(), NullFC) << "light " << i;
+        subRefCP(volumes[i]);
+    }
+    for(LightPtr light : lights)
+        subRefCP(light);
+}
+
+TEST_F(DeferredLightRegistryTest, GlobalShadowIntensityBelowOneOverridesEveryLight)
+{
+    struct Registered
+    {
+        LightPtr light;
+        Real32   ownIntensity;
+    };
+    std::vector<Registered> registered;
+    for(Kind kind : {Kind::Point, Kind::Spot, Kind::Directional})
+    {
+        for(Real32 own : {1.0f, 0.3f})
+        {
+            LightPtr light = createLight(kind);
+            beginEditCP(light, Light::ShadowIntensityFieldMask);
+            light->setShadowIntensity(own);
+            endEditCP(light, Light::ShadowIntensityFieldMask);
+            viewport->addLight(light);
+            registered.push_back({light, own});
+        }
+    }
+
+    struct Case
+    {
+        Real32 global;
+        bool   fromGlobal;  // else each light's own intensity rules
+    };
+    // Back to 1 at the end: the override must not stick.
+    const Case cases[] = {{1.0f, false}, {0.5f, true}, {0.0f, true}, {1.0f, false}};
+    for(const Case &test : cases)
+    {
+        viewport->setGlobalShadowIntensity(test.global);
+        renderFrame();
+        for(const Registered &r : registered)
+        {
+            SCOPED_TRACE(testing::Message() << "global " << test.global << ", "
+                         << r.light->getType().getCName() << " with own " << r.ownIntensity);
+            IDeferredLight *deferred = viewport->getLights().at(r.light);
+            if(test.fromGlobal)
+            {
+                EXPECT_TRUE(deferred->getCastShadows());
+                EXPECT_FLOAT_EQ(deferred->getShadowIntensity(), test.global);
+            }
+            else
+            {
+                EXPECT_EQ(deferred->getCastShadows(), r.ownIntensity < 1.0f);
+                EXPECT_FLOAT_EQ(deferred->getShadowIntensity(), r.ownIntensity);
+            }
+        }
+    }
+    for(const Registered &r : registered)
+        subRefCP(r.light);
+}
