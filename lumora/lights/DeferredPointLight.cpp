@@ -232,10 +232,13 @@ bool DeferredPointLight::updateLightCamera(UInt16           index,
 
     Real32 nearDist = osgMax(0.01f, -sceneMax[2]);
     Real32 farDist  = osgMin(-sceneMin[2], lightRange);
-    lightNearFars[index].setValues(nearDist, farDist);
-
     if(farDist <= 0.0f)
+    {
+        lightNearFars[index].setValues(nearDist, farDist);
         return false;
+    }
+    farDist = atLeastMinimalDepthRange(nearDist, farDist);
+    lightNearFars[index].setValues(nearDist, farDist);
 
     BoxVolume faceBox = getFrustumAABB(Vec3f(lightPosition), direction, up,
                                        nearDist, farDist, 1.5707964f, 1.0f);

@@ -155,8 +155,11 @@ Matrix DeferredSpotLight::getConeTransform(const Vec3f &position,
     Matrix rotation;
     if(std::fabs(c[0]) <= 1e-6f && std::fabs(c[1]) <= 1e-6f && std::fabs(c[2]) <= 1e-6f)
     {
-        // Along Y there is no axis to turn about: keep or mirror Y.
-        rotation.setScale(1.0f, -d[1], 1.0f);
+        // Along Y there is no axis to turn about. Straight up, turn half a
+        // circle about X: a mirror would reverse the cone's winding, and
+        // with front faces culled a camera inside it would see nothing.
+        if(d[1] > 0.0f)
+            rotation.setScale(1.0f, -1.0f, -1.0f);
     }
     else
     {
@@ -214,6 +217,7 @@ bool DeferredSpotLight::updateLightCamera(UInt16,
     lightNearFar.setValues(osgMax(0.01f, -sceneMax[2]), osgMin(-sceneMin[2], lightRange));
     if(lightNearFar[1] <= 0.0f)
         return false;
+    lightNearFar[1] = atLeastMinimalDepthRange(lightNearFar[0], lightNearFar[1]);
 
     Real32 fov = Real32(2.0 * cutOffDegrees / 360.0 * 2.0 * 3.1415926535);
     BoxVolume lightBox = getFrustumAABB(lightPosition, d, up,

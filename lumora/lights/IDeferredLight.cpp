@@ -1,5 +1,6 @@
 #include "IDeferredLight.h"
 
+#include <OpenSG/OSGBaseFunctions.h>
 #include <OpenSG/OSGLog.h>
 
 #include <cmath>
@@ -156,6 +157,11 @@ void IDeferredLight::updateShadowFlags(LightPtr light, Real32 globalShadowIntens
         castShadows     = light->getShadowIntensity() < 1.0f;
         shadowIntensity = light->getShadowIntensity();
     }
+}
+
+Real32 IDeferredLight::atLeastMinimalDepthRange(Real32 nearDist, Real32 farDist)
+{
+    return osgMax(farDist, nearDist + 0.1f * osgMax(1.0f, nearDist));
 }
 
 Vec3f IDeferredLight::normalizedOrAsIs(const Vec3f &v)

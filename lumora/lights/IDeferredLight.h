@@ -121,6 +121,12 @@ class IDeferredLight
     // The caster rule: a global intensity below 1 overrides every light.
     void updateShadowFlags(LightPtr light, Real32 globalShadowIntensity);
 
+    // The far distance of a light camera, moved out where the scene is flat
+    // towards the light (a floor under a lamp): the moments normalise depth
+    // by far - near, which must not magnify rounding errors into shadow.
+    // The range is at least a tenth of near, and at least 0.1.
+    static Real32 atLeastMinimalDepthRange(Real32 nearDist, Real32 farDist);
+
     // Unit length, or v itself when it is too short to normalise.
     static Vec3f normalizedOrAsIs(const Vec3f &v);
 

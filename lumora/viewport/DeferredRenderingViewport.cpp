@@ -65,6 +65,7 @@ DeferredRenderingViewport::DeferredRenderingViewport(void) :
     deferredNodes     (),
     gbufferTarget     (),
     lightTarget       (),
+    shadowMapper      (),
     gbufferShader     (NullFC),
     fullscreenMaterial(NullFC),
     gbufferBlend      (NullFC),
@@ -86,6 +87,7 @@ DeferredRenderingViewport::DeferredRenderingViewport(const DeferredRenderingView
     deferredNodes     (),
     gbufferTarget     (),
     lightTarget       (),
+    shadowMapper      (),
     gbufferShader     (NullFC),
     fullscreenMaterial(NullFC),
     gbufferBlend      (NullFC),
@@ -354,6 +356,18 @@ void DeferredRenderingViewport::initNewLights(void)
     }
 }
 
+UInt16 DeferredRenderingViewport::countInitializedShadowmaps(IDeferredLight *light)
+{
+    UInt16 count = 0;
+    for(UInt16 i = 0; i < light->getNumShadowmaps(); ++i)
+    {
+        RenderTarget *map = light->getShadowmap(i);
+        if(map != NULL && map->isInitialized())
+            ++count;
+    }
+    return count;
+}
+
 // --- buffers ----------------------------------------------------------------
 
 void DeferredRenderingViewport::initializeBuffers(void)
@@ -469,6 +483,9 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
         window->frameInit();
     }
 
+    if(!shadowMapper.isInitialized())
+        shadowMapper.initialize(window, 2048);
+
     CameraPtr camera = getCamera();
     std::chrono::steady_clock::time_point clock = std::chrono::steady_clock::now();
     if(passTiming)
@@ -491,16 +508,33 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
         emissiveLight->initialize(gbufferTarget, 5);
     initNewLights();
 
+    // The viewport's own size, not the window's: a viewport covering part
+    // of the window has its own aspect ratio.
     Vec2f  camNearFar(camera->getNear(), camera->getFar());
     Matrix viewing, projection;
-    camera->getViewing   (viewing,    lastWidth, lastHeight);
-    camera->getProjection(projection, lastWidth, lastHeight);
+    camera->getViewing   (viewing,    getPixelWidth(), getPixelHeight());
+    camera->getProjection(projection, getPixelWidth(), getPixelHeight());
 
+    // Shadow stage inside it: transparent geometry is still hidden, so it
+    // casts no shadow.
+    shadowMapper.beginShadowmapRendering(getRoot(), camera, this);
     for(LightMap::iterator it = lights.begin(); it != lights.end(); ++it)
     {
-        it->second->update(viewing, projection, camNearFar, it->first,
-                           globalShadowIntensity);
+        IDeferredLight *light = it->second;
+        light->update(viewing, projection, camNearFar, it->first, globalShadowIntensity);
+        if(!light->getCastShadows())
+            continue;
+
+        // A light binds a shadow map in the update after the map's first
+        // render; update again so that this frame already samples it.
+        UInt16 mapsBefore = countInitializedShadowmaps(light);
+        shadowMapper.updateShadowmap(light);
+        if(countInitializedShadowmaps(light) != mapsBefore)
+            light->update(viewing, projection, camNearFar, it->first, globalShadowIntensity);
     }
+    shadowMapper.endShadowmapRendering(getRoot());
+    if(passTiming)
+        passTimes.shadows = lapMilliseconds(clock);
 
     // Light pass: light volumes add into the float buffer; no volume may be
     // cut by the far plane.

@@ -15,6 +15,7 @@
 
 #include <Lumora/DeferredRenderingViewportBase.h>
 #include <Lumora/OSGRenderTarget.h>
+#include <Lumora/VSMShadowMapper.h>
 #include <Lumora/LumoraInit.h>
 
 #include <map>
@@ -59,7 +60,8 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     struct PassTimes
     {
         Real64 geometry = 0.0;
-        Real64 lights   = 0.0;  // light set-up and the light pass
+        Real64 shadows  = 0.0;  // light updates and shadow maps
+        Real64 lights   = 0.0;  // the light pass
         Real64 forward  = 0.0;
         Real64 final    = 0.0;
     };
@@ -80,6 +82,7 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     DepthChunkPtr               getForwardDepth     (void) const { return forwardDepth;      }
     const LightMap             &getLights           (void) const { return lights;            }
     IDeferredLight             *getEmissiveLight    (void) const { return emissiveLight;     }
+    VSMShadowMapper            &getShadowMapper     (void)       { return shadowMapper;      }
 
   protected:
     DeferredRenderingViewport(void);
@@ -98,6 +101,7 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     IDeferredLight *createDeferredLight(LightPtr light);
     void            initNewLights      (void);
     void            releaseLight       (IDeferredLight *light);
+    static UInt16   countInitializedShadowmaps(IDeferredLight *light);
 
     Int32                lastWidth;
     Int32                lastHeight;
@@ -105,6 +109,7 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     std::vector<NodePtr> deferredNodes;
     RenderTarget         gbufferTarget;
     RenderTarget         lightTarget;
+    VSMShadowMapper      shadowMapper;
     SHLChunkPtr          gbufferShader;
     ChunkMaterialPtr     fullscreenMaterial;
     BlendChunkPtr        gbufferBlend;

@@ -428,6 +428,13 @@ TEST_F(DeferredPointLightTest, SamplersGetTheUnitsOfTheirTextures)
     addRefCP(spot);
     DirectionalLightPtr sun = DirectionalLight::create();
     addRefCP(sun);
+    // Shadow maps follow these; the shadow tests bind them.
+    for(LightPtr light : {LightPtr(point), LightPtr(spot), LightPtr(sun)})
+    {
+        beginEditCP(light, Light::ShadowIntensityFieldMask);
+        light->setShadowIntensity(1.0f);
+        endEditCP(light, Light::ShadowIntensityFieldMask);
+    }
     viewport->addLight(point);
     viewport->addLight(spot);
     viewport->addLight(sun);

@@ -244,10 +244,12 @@ TEST(DeferredSpotLightCone, AxisAlignedDirectionsNeedNoRotation)
     expectPoint(apply(down, Pnt3f(1, -0.5f, 0)), Pnt3f(11, -10, 0));
     expectPoint(apply(down, Pnt3f(0, -0.5f, 1)), Pnt3f(0, -10, 11));
 
-    // Pointing up mirrors Y: x and z stay where they were.
+    // Pointing up turns half a circle about X: z changes side with y, and
+    // the transform keeps a positive determinant, so the winding survives.
     Matrix up = DeferredSpotLight::getConeTransform(Vec3f(0, 0, 0), Vec3f(0, 1, 0), 10, 45);
     expectPoint(apply(up, Pnt3f(1, -0.5f, 0)), Pnt3f(11, 10, 0));
-    expectPoint(apply(up, Pnt3f(0, -0.5f, 1)), Pnt3f(0, 10, 11));
+    expectPoint(apply(up, Pnt3f(0, -0.5f, 1)), Pnt3f(0, 10, -11));
+    EXPECT_GT(up.det3(), 0.0f);
 }
 
 TEST(DeferredDirectionalLightSplits, BlendLogarithmicAndUniformDivisions)
