@@ -144,7 +144,8 @@ NodePtr lightBeacon(NodePtr root, const Pnt3f &position)
 }
 }
 
-std::vector<LightPtr> makeDemoLights(NodePtr root, int pointLights, int spotLights, bool sun)
+std::vector<LightPtr> makeDemoLights(NodePtr root, int pointLights, int spotLights, bool sun,
+                                     bool shadows)
 {
     std::vector<LightPtr> lights;
 
@@ -153,7 +154,8 @@ std::vector<LightPtr> makeDemoLights(NodePtr root, int pointLights, int spotLigh
         DirectionalLightPtr light = DirectionalLight::create();
         beginEditCP(light);
         light->setDirection(0.4f, 1.f, 0.6f);
-        light->setDiffuse  (Color4f(0.25f, 0.25f, 0.3f, 1.f));
+        light->setDiffuse  (Color4f(0.45f, 0.45f, 0.5f, 1.f));
+        light->setShadowIntensity(shadows ? 0.3f : 1.f);
         light->setSpecular (Color4f(0.2f, 0.2f, 0.2f, 1.f));
         light->setBeacon   (lightBeacon(root, Pnt3f(0.f, 0.f, 0.f)));
         endEditCP(light);
@@ -168,14 +170,25 @@ std::vector<LightPtr> makeDemoLights(NodePtr root, int pointLights, int spotLigh
         Real32 radius = (i % 2) ? 2.5f : 4.5f;
         Real32 height = (i % 2) ? 0.4f : 1.2f;
 
+        Pnt3f position(radius * std::cos(angle), height, radius * std::sin(angle));
+
         PointLightPtr light = PointLight::create();
         beginEditCP(light);
         light->setPosition   (0.f, 0.f, 0.f);
         light->setDiffuse    (hueColor(Real32(i) / Real32(pointLights), 1.f));
         light->setSpecular   (Color4f(0.6f, 0.6f, 0.6f, 1.f));
         light->setAttenuation(1.f, 0.f, 1.2f);
-        light->setBeacon     (lightBeacon(root, Pnt3f(radius * std::cos(angle), height,
-                                                      radius * std::sin(angle))));
+        light->setShadowIntensity(1.f);
+        if(shadows && i == 0)
+        {
+            // A brighter lamp among the objects, so that its shadows fall
+            // on the floor all around it.
+            position.setValues(-0.6f, 1.9f, 0.6f);
+            light->setDiffuse        (Color4f(1.f, 0.85f, 0.6f, 1.f));
+            light->setAttenuation    (1.f, 0.f, 0.12f);
+            light->setShadowIntensity(0.2f);
+        }
+        light->setBeacon(lightBeacon(root, position));
         endEditCP(light);
         lights.push_back(light);
     }
@@ -199,6 +212,7 @@ std::vector<LightPtr> makeDemoLights(NodePtr root, int pointLights, int spotLigh
                                         0.9f));
         light->setSpecular    (Color4f(0.8f, 0.8f, 0.8f, 1.f));
         light->setAttenuation (1.f, 0.f, 0.03f);
+        light->setShadowIntensity(shadows && i == 0 ? 0.2f : 1.f);
         light->setBeacon      (lightBeacon(root, from));
         endEditCP(light);
         lights.push_back(light);

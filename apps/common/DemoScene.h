@@ -32,12 +32,13 @@ osg::PerspectiveCameraPtr makeCamera(osg::NodePtr root);
 // Beacon position of the i-th of n point lights circling the objects.
 osg::Pnt3f pointLightPosition(int i, int n);
 
-// Lights of the deferred demo, each with a beacon under root: one dim sun,
+// Lights of the deferred demo, each with a beacon under root: one sun,
 // coloured point lights in rings around the objects and spot lights aimed
-// at them. The light cores are not in the scene; the caller holds one
-// reference on each.
+// at them. With shadows, the sun, the first point light and the first spot
+// light cast them; no other light does. The light cores are not in the
+// scene; the caller holds one reference on each.
 std::vector<osg::LightPtr> makeDemoLights(osg::NodePtr root, int pointLights,
-                                          int spotLights, bool sun);
+                                          int spotLights, bool sun, bool shadows = false);
 
 // Writes the current read framebuffer's lower-left width x height pixels.
 bool writeFramebufferPng(const std::string &path, int width, int height);

@@ -30,6 +30,7 @@ struct Options
     int         points = 24;
     int         spots  = 8;
     bool        sun    = true;
+    bool        shadows = true;
     std::string out    = "demo.png";
 };
 
@@ -46,6 +47,8 @@ void printUsage(std::ostream &os)
           "  --point-lights N  number of point lights (default 24)\n"
           "  --spot-lights N   number of spot lights (default 8)\n"
           "  --no-sun          leave out the directional light\n"
+          "  --no-shadows      no light casts shadows (by default the sun, one\n"
+          "                    point light and one spot light do)\n"
           "  --out FILE        output PNG (default demo.png)\n"
           "  --help            show this text\n";
 }
@@ -64,6 +67,11 @@ int parseArgs(int argc, char **argv, Options &opt)
         if(arg == "--no-sun")
         {
             opt.sun = false;
+            continue;
+        }
+        if(arg == "--no-shadows")
+        {
+            opt.shadows = false;
             continue;
         }
         if(arg != "--width" && arg != "--height" && arg != "--frames" && arg != "--out" &&
@@ -145,7 +153,7 @@ int main(int argc, char **argv)
     viewport->prepareScene(root);
     viewport->setPassTiming(true);
 
-    std::vector<LightPtr> lights = makeDemoLights(root, opt.points, opt.spots, opt.sun);
+    std::vector<LightPtr> lights = makeDemoLights(root, opt.points, opt.spots, opt.sun, opt.shadows);
     for(LightPtr light : lights)
         viewport->addLight(light);
 
@@ -167,6 +175,7 @@ int main(int argc, char **argv)
         window->render(action);
         const DeferredRenderingViewport::PassTimes &t = viewport->getPassTimes();
         sum.geometry += t.geometry;
+        sum.shadows  += t.shadows;
         sum.lights   += t.lights;
         sum.forward  += t.forward;
         sum.final    += t.final;
@@ -181,11 +190,12 @@ int main(int argc, char **argv)
                 "mean of %d frames (ms):\n", opt.width, opt.height, opt.points, opt.spots,
                 opt.sun ? 1 : 0, opt.frames);
     std::printf("  geometry pass  %8.3f\n", sum.geometry / n);
+    std::printf("  shadow maps    %8.3f\n", sum.shadows / n);
     std::printf("  lights         %8.3f\n", sum.lights / n);
     std::printf("  forward pass   %8.3f\n", sum.forward / n);
     std::printf("  final quad     %8.3f\n", sum.final / n);
     std::printf("  total          %8.3f\n",
-                (sum.geometry + sum.lights + sum.forward + sum.final) / n);
+                (sum.geometry + sum.shadows + sum.lights + sum.forward + sum.final) / n);
 
     delete action;
     for(LightPtr light : lights)

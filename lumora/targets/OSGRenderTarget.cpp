@@ -81,9 +81,14 @@ void RenderTarget::initialize(WindowPtr window, int left, int bottom, int right,
     NodePtr      beacon     = makeNodeFor(beaconCore);
     fullscreenCamera = OrthographicCamera::create();
     addRefCP(fullscreenCamera);
-    beginEditCP(fullscreenCamera, Camera::BeaconFieldMask);
+    // A full-screen pass draws only a foreground, but the viewport still
+    // asks the camera for a projection: give it a valid one.
+    beginEditCP(fullscreenCamera, Camera::BeaconFieldMask |
+                                  OrthographicCamera::VerticalSizeFieldMask);
     fullscreenCamera->setBeacon(beacon);
-    endEditCP(fullscreenCamera, Camera::BeaconFieldMask);
+    fullscreenCamera->setVerticalSize(2.0f);
+    endEditCP(fullscreenCamera, Camera::BeaconFieldMask |
+                                OrthographicCamera::VerticalSizeFieldMask);
     // The camera does not reference its beacon; the empty scene holds it.
     fullscreenRoot = makeNodeFor(Group::create());
     addRefCP(fullscreenRoot);
