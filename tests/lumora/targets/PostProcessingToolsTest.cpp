@@ -1,0 +1,345 @@
+#include <Lumora/PostProcessingTools.h>
+
+#include <OpenSG/OSGGLEXT.h>
+#include <OpenSG/OSGImage.h>
+#include <OpenSG/OSGPassiveWindow.h>
+#include <OpenSG/OSGRenderAction.h>
+
+#include "support/GLTest.h"
+#include "support/TextureImage.h"
+
+#include <cmath>
+#include <functional>
+#include <memory>
+#include <vector>
+
+using namespace osg;
+using testsupport::TextureImage;
+
+namespace
+{
+
+// The normal density, normalised over the taps, computed here in double.
+std::vector<double> gaussianWeights(int taps, double mean, double sigma)
+{
+    std::vector<double> weights;
+    double sum = 0.0;
+    for(int i = 0; i < taps; ++i)
+    {
+        double x = i - (taps - 1) / 2.0;
+        weights.push_back(std::exp(-(x - mean) * (x - mean) / (2.0 * sigma * sigma)));
+        sum += weights.back();
+    }
+    for(double &w : weights)
+        w /= sum;
+    return weights;
+}
+
+TEST(PostProcessingToolsKernel, TapsSitAroundTheCentreWithNormalisedGaussianWeights)
+{
+    struct Case
+    {
+        int    taps;
+        Real32 mean;
+        Real32 sigma;
+    };
+    const Case cases[] =
+    {
+        {1, 0.0f, 2.0f}, {1, 0.0f, 0.5f}, {3, 0.0f, 2.0f}, {4, 0.0f, 2.0f},
+        {5, 0.0f, 2.0f}, {7, 0.0f, 2.0f}, {13, 0.0f, 2.0f}, {5, 1.0f, 2.0f},
+        {7, -0.5f, 1.0f},
+    };
+    for(const Case &c : cases)
+    {
+        SCOPED_TRACE(testing::Message() << c.taps << " taps, mean " << c.mean
+                                        << ", sigma " << c.sigma);
+        MFVec3f kernel = PostProcessingTools::getGaussianBlurKernel(UInt8(c.taps), c.mean,
+                                                                    c.sigma);
+        std::vector<double> expected = gaussianWeights(c.taps, c.mean, c.sigma);
+        ASSERT_EQ(kernel.size(), std::size_t(c.taps));
+
+        double sum = 0.0;
+        for(int i = 0; i < c.taps; ++i)
+        {
+            const Real32 offset = i - (c.taps - 1) * 0.5f;
+            EXPECT_FLOAT_EQ(kernel[i][0], offset) << i;
+            EXPECT_FLOAT_EQ(kernel[i][1], offset) << i;
+            EXPECT_NEAR(kernel[i][2], expected[i], 1e-6) << i;
+            sum += kernel[i][2];
+        }
+        EXPECT_NEAR(sum, 1.0, 1e-6);
+
+        // A centred kernel is symmetric; a shifted one leans to its mean.
+        for(int i = 0; i < c.taps / 2; ++i)
+        {
+            const Real32 a = kernel[i][2];
+            const Real32 b = kernel[c.taps - 1 - i][2];
+            if(c.mean == 0.0f)
+                EXPECT_FLOAT_EQ(a, b) << i;
+            else
+                EXPECT_EQ(a < b, c.mean > 0.0f) << i;
+        }
+    }
+}
+
+TEST(PostProcessingToolsKernel, WeightsOfTheBlurProgramsToFourDecimals)
+{
+    const std::vector<std::vector<double>> rounded =
+    {
+        {0.3192, 0.3617, 0.3192},
+        {0.1525, 0.2218, 0.2514, 0.2218, 0.1525},
+        {0.0702, 0.1311, 0.1907, 0.2161, 0.1907, 0.1311, 0.0702},
+    };
+    for(const std::vector<double> &weights : rounded)
+    {
+        MFVec3f kernel = PostProcessingTools::getGaussianBlurKernel(UInt8(weights.size()),
+                                                                    0.0f, 2.0f);
+        ASSERT_EQ(kernel.size(), weights.size());
+        for(std::size_t i = 0; i < weights.size(); ++i)
+            EXPECT_NEAR(kernel[i][2], weights[i], 0.00005) << weights.size() << " taps, " << i;
+    }
+
+    MFVec3f thirteen = PostProcessingTools::getGaussianBlurKernel(13, 0.0f, 2.0f);
+    ASSERT_EQ(thirteen.size(), 13u);
+    EXPECT_NEAR(thirteen[0][2],  0.0022, 0.00005);
+    EXPECT_NEAR(thirteen[6][2],  0.1997, 0.00005);
+    EXPECT_NEAR(thirteen[12][2], 0.0022, 0.00005);
+
+    EXPECT_EQ(PostProcessingTools::getGaussianBlurKernel(0, 0.0f, 2.0f).size(), 0u);
+}
+
+TEST(PostProcessingToolsKernel, WeightIsTheNormalDensity)
+{
+    const Real32 xs[] = {-3.0f, 0.0f, 0.5f, 2.0f};
+    for(Real32 x : xs)
+    {
+        const double expected = std::exp(-(x - 0.5) * (x - 0.5) / (2.0 * 1.5 * 1.5)) /
+                                std::sqrt(2.0 * 3.14159265358979 * 1.5 * 1.5);
+        EXPECT_NEAR(PostProcessingTools::computeGaussianWeight(x, 0.5f, 1.5f), expected, 1e-6)
+            << x;
+    }
+}
+
+// Float targets and sources, so that the passes' arithmetic is seen
+// unrounded.
+class PostProcessingToolsTest : public testsupport::GLTest
+{
+  protected:
+    static const int SourceSize = 64;
+
+    void SetUp() override
+    {
+        GLTest::SetUp();
+        window = PassiveWindow::create();
+        addRefCP(window);
+        window->init();
+        window->resize(SourceSize, SourceSize);
+        action = RenderAction::create();
+        action->setWindow(window.getCPtr());
+        tools  = PostProcessingTools::getInstance();
+    }
+
+    void TearDown() override
+    {
+        targets.clear();
+        for(TextureChunkPtr texture : sources)
+            subRefCP(texture);
+        delete action;
+        subRefCP(window);
+        GLTest::TearDown();
+    }
+
+    RenderTarget *target(int width, int height)
+    {
+        targets.emplace_back(new RenderTarget());
+        RenderTarget *t = targets.back().get();
+        t->initialize(window, 0, 0, width - 1, height - 1);
+        t->addTargetTexture(GL_RGBA32F_ARB, GL_RGBA, GL_LINEAR, Image::OSG_RGBA_PF,
+                            Image::OSG_FLOAT32_IMAGEDATA, 1.0f, 1);
+        return t;
+    }
+
+    // A SourceSize square RGBA float texture with texel (x, y) = f(x, y).
+    TextureChunkPtr source(const std::function<Vec4f(int, int)> &f)
+    {
+        std::vector<Real32> data;
+        for(int y = 0; y < SourceSize; ++y)
+            for(int x = 0; x < SourceSize; ++x)
+            {
+                Vec4f v = f(x, y);
+                data.insert(data.end(), {v[0], v[1], v[2], v[3]});
+            }
+
+        ImagePtr image = Image::create();
+        beginEditCP(image);
+        image->set(Image::OSG_RGBA_PF, SourceSize, SourceSize, 1, 1, 1, 0.0,
+                   reinterpret_cast<const UInt8 *>(data.data()), Image::OSG_FLOAT32_IMAGEDATA);
+        endEditCP(image);
+
+        TextureChunkPtr texture = TextureChunk::create();
+        addRefCP(texture);
+        beginEditCP(texture);
+        texture->setImage(image);
+        texture->setInternalFormat(GL_RGBA32F_ARB);
+        texture->setMinFilter(GL_LINEAR);
+        texture->setMagFilter(GL_LINEAR);
+        texture->setWrapS(GL_CLAMP_TO_EDGE);
+        texture->setWrapT(GL_CLAMP_TO_EDGE);
+        endEditCP(texture);
+        sources.push_back(texture);
+        return texture;
+    }
+
+    void expectMaterialsEmpty()
+    {
+        EXPECT_EQ(tools->getDownscaleMaterial()->getChunks().size(), 0u);
+        EXPECT_EQ(tools->getBlurMaterial()->getChunks().size(), 0u);
+    }
+
+    PassiveWindowPtr                           window;
+    RenderAction                              *action = nullptr;
+    PostProcessingTools                       *tools  = nullptr;
+    std::vector<std::unique_ptr<RenderTarget>> targets;
+    std::vector<TextureChunkPtr>               sources;
+};
+
+TEST_F(PostProcessingToolsTest, DownscalingAConstantKeepsItInEveryChannel)
+{
+    const Vec4f value(0.25f, 0.5f, 2.0f, 0.75f);
+    TextureChunkPtr constant = source([&](int, int) { return value; });
+
+    struct Case
+    {
+        PostProcessingTools::ScaleType type;
+        int                            factor;
+    };
+    for(Case c : {Case{PostProcessingTools::DOWNSCALE_2X2, 2},
+                  Case{PostProcessingTools::DOWNSCALE_4X4, 4}})
+    {
+        const int     size   = SourceSize / c.factor;
+        RenderTarget *result = target(size, size);
+        tools->downscaleTexture(constant, result, c.type, action);
+
+        TextureImage image(result->getTargetTexture(0));
+        ASSERT_EQ(image.width(), size);
+        for(int y = 0; y < size; ++y)
+            for(int x = 0; x < size; ++x)
+                for(int ch = 0; ch < 4; ++ch)
+                    ASSERT_NEAR(image.at(x, y, ch), value[ch], 1e-5f)
+                        << "factor " << c.factor << " at " << x << "," << y << " ch " << ch;
+        expectMaterialsEmpty();
+    }
+}
+
+// On a linear ramp every symmetric pattern around the output pixel's
+// centre averages to the ramp's value there; a lopsided pattern does not.
+TEST_F(PostProcessingToolsTest, DownscaledRampKeepsTheValueAtEachOutputCentre)
+{
+    TextureChunkPtr ramp = source([](int x, int y) {
+        return Vec4f(Real32(x), Real32(y), Real32(x + 2 * y), 1.0f);
+    });
+
+    for(int factor : {2, 4})
+    {
+        const int     size   = SourceSize / factor;
+        RenderTarget *result = target(size, size);
+        tools->downscaleTexture(ramp, result,
+                                factor == 2 ? PostProcessingTools::DOWNSCALE_2X2
+                                            : PostProcessingTools::DOWNSCALE_4X4,
+                                action);
+
+        TextureImage image(result->getTargetTexture(0));
+        // Away from the clamped border, which bends the ramp.
+        for(int y = 2; y < size - 2; ++y)
+            for(int x = 2; x < size - 2; ++x)
+            {
+                // Output centre in source texel coordinates; texel k's value
+                // sits at k + 0.5.
+                const Real32 cx = (x + 0.5f) * factor - 0.5f;
+                const Real32 cy = (y + 0.5f) * factor - 0.5f;
+                ASSERT_NEAR(image.at(x, y, 0), cx, 1e-3f) << factor << ": " << x << "," << y;
+                ASSERT_NEAR(image.at(x, y, 1), cy, 1e-3f) << factor << ": " << x << "," << y;
+                ASSERT_NEAR(image.at(x, y, 2), cx + 2 * cy, 2e-3f)
+                    << factor << ": " << x << "," << y;
+            }
+    }
+}
+
+TEST_F(PostProcessingToolsTest, BlurOfAConstantScalesBySquareOfBloomScale)
+{
+    const Vec4f value(0.2f, 0.4f, 0.8f, 1.0f);
+    TextureChunkPtr constant = source([&](int, int) { return value; });
+
+    struct Case
+    {
+        PostProcessingTools::BlurType type;
+        Real32                        bloomScale;
+        Real32                        gain;
+    };
+    const Case cases[] =
+    {
+        {PostProcessingTools::GAUSSIAN_3,  1.0f,  1.0f},
+        {PostProcessingTools::GAUSSIAN_13, 1.0f,  1.0f},
+        {PostProcessingTools::GAUSSIAN_5,  1.25f, 1.5625f},
+        {PostProcessingTools::GAUSSIAN_7,  1.25f, 1.5625f},
+    };
+    for(const Case &c : cases)
+    {
+        RenderTarget *intermediate = target(SourceSize, SourceSize);
+        RenderTarget *result       = target(SourceSize, SourceSize);
+        tools->blurTexture(constant, intermediate, result, c.type, action, c.bloomScale);
+
+        // Targets clamp to their border colour, so taps reaching past the
+        // edge darken it; look where the widest kernel stays inside.
+        TextureImage image(result->getTargetTexture(0));
+        for(int y = 6; y < SourceSize - 6; y += 7)
+            for(int x = 6; x < SourceSize - 6; x += 5)
+                for(int ch = 0; ch < 4; ++ch)
+                    ASSERT_NEAR(image.at(x, y, ch), value[ch] * c.gain, 1e-5f)
+                        << "type " << c.type << " at " << x << "," << y << " ch " << ch;
+        expectMaterialsEmpty();
+    }
+}
+
+// A one-texel-wide bright column spreads, in the horizontal pass, into the
+// kernel's weights; the vertical pass leaves a column that is constant
+// along y as it is.
+TEST_F(PostProcessingToolsTest, BlurSpreadsAColumnIntoTheKernelHorizontallyOnly)
+{
+    const int column = 30;
+    TextureChunkPtr line = source([&](int x, int) {
+        return x == column ? Vec4f(1, 1, 1, 1) : Vec4f(0, 0, 0, 0);
+    });
+
+    struct Case
+    {
+        PostProcessingTools::BlurType type;
+        int                           taps;
+    };
+    for(Case c : {Case{PostProcessingTools::GAUSSIAN_3, 3}, Case{PostProcessingTools::GAUSSIAN_5, 5},
+                  Case{PostProcessingTools::GAUSSIAN_7, 7}, Case{PostProcessingTools::GAUSSIAN_13, 13}})
+    {
+        const Real32  scale        = 1.1f;
+        RenderTarget *intermediate = target(SourceSize, SourceSize);
+        RenderTarget *result       = target(SourceSize, SourceSize);
+        tools->blurTexture(line, intermediate, result, c.type, action, scale);
+
+        std::vector<double> weights = gaussianWeights(c.taps, 0.0, 2.0);
+        TextureImage horizontal(intermediate->getTargetTexture(0));
+        TextureImage both      (result->getTargetTexture(0));
+        for(int x = column - 10; x <= column + 10; ++x)
+        {
+            const int    k        = x - column + c.taps / 2;
+            const double weight   = (k >= 0 && k < c.taps) ? weights[c.taps - 1 - k] : 0.0;
+            for(int y : {8, 32, 55})
+            {
+                EXPECT_NEAR(horizontal.at(x, y, 0), scale * weight, 1e-5)
+                    << c.taps << " taps at " << x << "," << y;
+                EXPECT_NEAR(both.at(x, y, 0), scale * scale * weight, 1e-5)
+                    << c.taps << " taps at " << x << "," << y;
+            }
+        }
+    }
+}
+
+} // namespace

@@ -1,0 +1,35 @@
+#ifndef TESTS_SUPPORT_TEXTUREIMAGE_H
+#define TESTS_SUPPORT_TEXTUREIMAGE_H
+
+#include <OpenSG/OSGTextureChunk.h>
+
+#include <vector>
+
+namespace testsupport
+{
+
+// Level 0 of a 2D texture chunk's GL texture, read at once as RGBA float;
+// rows from the bottom.
+class TextureImage
+{
+  public:
+    explicit TextureImage(osg::TextureChunkPtr texture);
+
+    int width () const { return _width;  }
+    int height() const { return _height; }
+
+    float at(int x, int y, int channel) const
+    {
+        return _texels[(std::size_t(y) * std::size_t(_width) + std::size_t(x)) * 4 +
+                       std::size_t(channel)];
+    }
+
+  private:
+    int                _width  = 0;
+    int                _height = 0;
+    std::vector<float> _texels;
+};
+
+} // namespace testsupport
+
+#endif
