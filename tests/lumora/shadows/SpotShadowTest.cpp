@@ -1,0 +1,288 @@
+#include "lumora/lights/DeferredSceneTest.h"
+#include "lumora/lights/LitImage.h"
+#include "lumora/shadows/ShadowTestGeometry.h"
+
+#include <Lumora/DeferredSpotLight.h>
+
+#include <OpenSG/OSGSpotLight.h>
+
+#include "support/SceneSetup.h"
+#include "support/TextureImage.h"
+
+#include <cmath>
+
+using namespace osg;
+using namespace shadowtest;
+using lighttest::DeferredSceneTest;
+using lighttest::LitImage;
+using lighttest::PixelMismatches;
+using testsupport::TextureImage;
+
+namespace
+{
+
+const Color3f Floor(0.8f, 0.8f, 0.8f);
+
+// A wide spot above the floor and off the camera's axis, so that the
+// camera sees the shadows beside the occluders that cast them.
+struct Spot
+{
+    Pnt3f  position  = Pnt3f(1.2f, 0.0f, 4.0f);
+    Vec3f  direction = Vec3f(-1.5f, 0.0f, -4.0f);
+    Real32 cutOff    = deg2rad(80.0f);
+};
+
+class SpotShadowTest : public DeferredSceneTest
+{
+  protected:
+    SpotLightPtr addSpot(Real32 shadowIntensity)
+    {
+        SpotLightPtr light = SpotLight::create();
+        addRefCP(light);
+        beginEditCP(light);
+        light->setPosition(spot.position);
+        light->setDirection(spot.direction);
+        light->setSpotCutOff(spot.cutOff);
+        light->setSpotExponent(1.0f);
+        light->setAttenuation(1.0f, 0.0f, 0.0f);
+        light->setDiffuse (Color4f(1, 1, 1, 1));
+        light->setSpecular(Color4f(0, 0, 0, 1));
+        light->setShadowIntensity(shadowIntensity);
+        endEditCP(light);
+        viewport->addLight(light);
+        lights.push_back(light);
+        return light;
+    }
+
+    void TearDown() override
+    {
+        for(LightPtr light : lights)
+            subRefCP(light);
+        DeferredSceneTest::TearDown();
+    }
+
+    void addOccluder(const Rect &r, Real32 transparency = 0.0f)
+    {
+        MaterialPtr mat = material(Color3f(0.5f, 0.5f, 0.5f));
+        if(transparency > 0.0f)
+            mat = testsupport::makeUnlitMaterial(Color3f(0.5f, 0.5f, 0.5f), transparency);
+        testsupport::addChild(root, testsupport::makeRect(r.x0, r.y0, r.x1, r.y1, r.z, mat));
+        if(transparency == 0.0f)
+            occluders.push_back(r);
+    }
+
+    // The spot's light on the floor at P without shadow.
+    Real32 unshadowed(const Pnt3f &P) const
+    {
+        Vec3f L = spot.position - P;
+        L.normalize();
+        Vec3f d = spot.direction;
+        d.normalize();
+        const Real32 cone = d.dot(-L);
+        if(cone <= std::cos(spot.cutOff))
+            return 0.0f;
+        return cone * std::max(0.0f, L[2]) * Floor[0];
+    }
+
+    // Whether the camera at (0, 0, 5) sees the floor at P past the occluders.
+    bool floorVisible(const Pnt3f &P, Real32 margin) const
+    {
+        return segmentCover(Pnt3f(0, 0, 5), P, occluders, margin) == Cover::Outside;
+    }
+
+    // Compares the floor with the lighting equation where the geometry says
+    // lit or shadowed for sure; counts both kinds.
+    void expectHardShadows(Real32 intensity, int &lit, int &shadowed)
+    {
+        LitImage        image(viewport);
+        PixelMismatches mismatches;
+        lit = shadowed = 0;
+        const Real32 margin = 0.15f;
+        for(int y = 0; y < Size; ++y)
+            for(int x = 0; x < Size; ++x)
+            {
+                const Pnt3f P = pixelOnPlane(x, y, 0.0f);
+                if(!floorVisible(P, margin))
+                    continue;
+                const Cover cover = segmentCover(P, spot.position, occluders, margin);
+                if(cover == Cover::Edge)
+                    continue;
+                const Real32 u        = unshadowed(P);
+                const Real32 expected = cover == Cover::Inside ? u * intensity : u;
+                (cover == Cover::Inside ? shadowed : lit) += u > 0.05f ? 1 : 0;
+                mismatches.check(x, y, 0, image.at(x, y, 0), expected, expected);
+            }
+        EXPECT_EQ(mismatches.count(), 0) << mismatches.text();
+    }
+
+    Spot                  spot;
+    std::vector<Rect>     occluders;
+    std::vector<LightPtr> lights;
+};
+
+TEST_F(SpotShadowTest, OccluderDarkensTheFloorToTheShadowIntensity)
+{
+    addPlane(8.0f, 0.0f, material(Floor));
+    addOccluder({-0.6f, -0.5f, 0.2f, 0.5f, 2.0f});
+    addSpot(0.25f);
+    renderFrame();
+
+    int lit = 0, shadowed = 0;
+    expectHardShadows(0.25f, lit, shadowed);
+    EXPECT_GT(lit,      500);
+    EXPECT_GT(shadowed, 60);
+}
+
+TEST_F(SpotShadowTest, GlobalIntensityOverridesTheLightsOwn)
+{
+    addPlane(8.0f, 0.0f, material(Floor));
+    addOccluder({-0.6f, -0.5f, 0.2f, 0.5f, 2.0f});
+    // Its own value would cast no shadow at all.
+    addSpot(1.0f);
+    viewport->setGlobalShadowIntensity(0.4f);
+    renderFrame();
+
+    int lit = 0, shadowed = 0;
+    expectHardShadows(0.4f, lit, shadowed);
+    EXPECT_GT(shadowed, 60);
+}
+
+TEST_F(SpotShadowTest, TransparentGeometryCastsNoShadow)
+{
+    addPlane(8.0f, 0.0f, material(Floor));
+    addOccluder({-0.6f, -0.5f, 0.2f, 0.5f, 2.0f}, 0.5f);
+    addSpot(0.0f);
+    renderFrame();
+
+    // Only the unshadowed light; the pane itself is drawn forward over the
+    // floor, so look where the camera does not see it.
+    const Rect pane = {-0.6f, -0.5f, 0.2f, 0.5f, 2.0f};
+    LitImage        image(viewport);
+    PixelMismatches mismatches;
+    int compared = 0;
+    for(int y = 0; y < Size; ++y)
+        for(int x = 0; x < Size; ++x)
+        {
+            const Pnt3f P = pixelOnPlane(x, y, 0.0f);
+            if(segmentCover(Pnt3f(0, 0, 5), P, {pane}, 0.1f) != Cover::Outside)
+                continue;
+            const bool behindPane =
+                segmentCover(P, spot.position, {pane}, 0.1f) == Cover::Inside;
+            compared += behindPane ? 1 : 0;
+            mismatches.check(x, y, 0, image.at(x, y, 0), unshadowed(P), unshadowed(P));
+        }
+    EXPECT_EQ(mismatches.count(), 0) << mismatches.text();
+    EXPECT_GT(compared, 60);
+}
+
+TEST_F(SpotShadowTest, LightWithoutShadowsNeverGetsAMap)
+{
+    addPlane(8.0f, 0.0f, material(Floor));
+    addOccluder({-0.6f, -0.5f, 0.2f, 0.5f, 2.0f});
+    SpotLightPtr light = addSpot(1.0f);
+    renderFrame();
+    renderFrame();
+
+    IDeferredLight *deferred = viewport->getLights().at(light);
+    EXPECT_FALSE(deferred->getCastShadows());
+    EXPECT_FALSE(deferred->getShadowmap(0)->isInitialized());
+    int lit = 0, shadowed = 0;
+    expectHardShadows(1.0f, lit, shadowed);
+
+    // Once it casts shadows, its map exists and is bound after the
+    // G-buffer's four textures.
+    beginEditCP(light, Light::ShadowIntensityFieldMask);
+    light->setShadowIntensity(0.5f);
+    endEditCP(light, Light::ShadowIntensityFieldMask);
+    renderFrame();
+    ASSERT_TRUE(deferred->getShadowmap(0)->isInitialized());
+    Int32 unit = -1;
+    EXPECT_TRUE(deferred->getParameterChunk()->getUniformParameter("texShadowMap", unit));
+    EXPECT_EQ(unit, 4);
+    StatePtr state = deferred->getMaterial()->getState(0);
+    EXPECT_EQ(state->getChunk(TextureChunk::getStaticClassId() + 4),
+              deferred->getShadowmap(0)->getTargetTexture(0));
+    expectHardShadows(0.5f, lit, shadowed);
+    EXPECT_GT(shadowed, 60);
+}
+
+// Every floor pixel, penumbrae included, against the moments of the map the
+// light sampled, looked up with light matrices built here: a wrong light
+// view, projection or bleeding cut shows up as a mismatch. Two stacked
+// occluders mix two depths in the filtered map along the upper one's
+// shadow edge, where variance shadow maps bleed light.
+TEST_F(SpotShadowTest, FloorFollowsTheFilteredMomentsWithBleedingCut)
+{
+    addPlane(8.0f, 0.0f, material(Floor));
+    addOccluder({-0.5f, -0.4f, 0.3f, 0.4f, 2.4f});
+    addOccluder({-1.4f, -1.0f, 0.3f, 1.0f, 0.4f});
+    const Real32 intensity = 0.1f;
+    SpotLightPtr light = addSpot(intensity);
+    renderFrame();
+
+    // The light camera from its definition: the spot's direction, the up
+    // vector rule, the scene's depth range seen from the light, the cut-off
+    // as half of the opening.
+    Vec3f d = spot.direction;
+    d.normalize();
+    Vec3f up(d[2] * d[2] - d[0] * d[1], d[0] * d[0] - d[1] * d[2], d[1] * d[1] - d[0] * d[2]);
+    up.normalize();
+    const Matrix view = viewMatrix(Vec3f(spot.position), d, up);
+    Real32 nearDist = 1e30f, farDist = -1e30f;
+    for(int i = 0; i < 8; ++i)
+    {
+        // Corners of the scene's box: the floor and the occluders.
+        const Pnt3f corner((i & 1) ? 4.0f : -4.0f, (i & 2) ? 4.0f : -4.0f, (i & 4) ? 2.4f : 0.0f);
+        const Real32 depth = -transformed(view, corner)[2];
+        nearDist = std::min(nearDist, depth);
+        farDist  = std::max(farDist, depth);
+    }
+    nearDist = std::max(0.01f, nearDist);
+    const Matrix projection = perspective(2.0f * spot.cutOff, 1.0f, nearDist, farDist);
+
+    TextureImage map(viewport->getLights().at(light)->getShadowmap(0)->getTargetTexture(0));
+    ASSERT_EQ(map.width(), 1024);
+    auto bilinear = [&](Real32 u, Real32 v, int channel) {
+        const Real32 fx = u * map.width()  - 0.5f;
+        const Real32 fy = v * map.height() - 0.5f;
+        const int    x0 = int(std::floor(fx));
+        const int    y0 = int(std::floor(fy));
+        const Real32 ax = fx - x0, ay = fy - y0;
+        auto texel = [&](int x, int y) {
+            x = std::min(std::max(x, 0), map.width()  - 1);
+            y = std::min(std::max(y, 0), map.height() - 1);
+            return map.at(x, y, channel);
+        };
+        return (1 - ay) * ((1 - ax) * texel(x0, y0)     + ax * texel(x0 + 1, y0)) +
+                    ay  * ((1 - ax) * texel(x0, y0 + 1) + ax * texel(x0 + 1, y0 + 1));
+    };
+
+    LitImage image(viewport);
+    // Filter weights in the texture unit have eight bits, and steep
+    // penumbrae turn that into a few hundredths of the factor.
+    PixelMismatches mismatches(0.03f);
+    int bleeding = 0, compared = 0;
+    for(int y = 0; y < Size; ++y)
+        for(int x = 0; x < Size; ++x)
+        {
+            const Pnt3f P = pixelOnPlane(x, y, 0.0f);
+            const Real32 u = unshadowed(P);
+            if(!floorVisible(P, 0.1f) || u < 0.05f)
+                continue;
+            const Pnt3f  inLight = transformed(view, P);
+            const Real32 depth   = (-inLight[2] - nearDist) / (farDist - nearDist);
+            const Pnt3f  clip    = transformed(projection, inLight);
+            const Real32 s = clip[0] * 0.5f + 0.5f, t = clip[1] * 0.5f + 0.5f;
+
+            Real32 raw    = 1.0f;
+            Real32 factor = varianceShadowFactor(bilinear(s, t, 0), bilinear(s, t, 1), depth, &raw);
+            factor = std::min(1.0f, std::max(intensity, factor));
+            bleeding += (raw > 0.02f && raw < 0.3f) ? 1 : 0;
+            ++compared;
+            mismatches.check(x, y, 0, image.at(x, y, 0), u * factor, u * factor);
+        }
+    EXPECT_LE(mismatches.count(), compared / 100) << mismatches.text();
+    EXPECT_GT(bleeding, 5);
+}
+
+} // namespace
