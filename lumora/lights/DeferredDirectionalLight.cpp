@@ -9,6 +9,7 @@
 #include <Lumora/ShaderManager.h>
 
 #include <cmath>
+#include <limits>
 #include <string>
 
 OSG_BEGIN_NAMESPACE
@@ -183,10 +184,12 @@ bool DeferredDirectionalLight::updateLightCamera(UInt16           index,
     splitBox.getBounds(boxMin, boxMax);
 
     // From the scene point nearest the light to the split's far corner.
-    lightNearFars[index].setValues(-sceneMax[2], -boxMin[2]);
+    Real32 nearDist = -sceneMax[2];
+    Real32 farDist  = -boxMin[2];
+    padDepthRange(nearDist, farDist, 0.0f, std::numeric_limits<Real32>::max());
+    lightNearFars[index].setValues(nearDist, farDist);
     MatrixOrthogonal(lightProjections[index],
-                     boxMin[0], boxMax[0], boxMin[1], boxMax[1],
-                     -sceneMax[2], -boxMin[2]);
+                     boxMin[0], boxMax[0], boxMin[1], boxMax[1], nearDist, farDist);
 
     // Move the projection so that the world origin falls on a texel corner,
     // which keeps the map from shimmering as the view moves. Before the map

@@ -237,7 +237,9 @@ bool DeferredPointLight::updateLightCamera(UInt16           index,
         lightNearFars[index].setValues(nearDist, farDist);
         return false;
     }
-    farDist = atLeastMinimalDepthRange(nearDist, farDist);
+    nearDist = -sceneMax[2];
+    farDist  = -sceneMin[2];
+    padDepthRange(nearDist, farDist, 0.01f, lightRange);
     lightNearFars[index].setValues(nearDist, farDist);
 
     BoxVolume faceBox = getFrustumAABB(Vec3f(lightPosition), direction, up,

@@ -217,7 +217,8 @@ bool DeferredSpotLight::updateLightCamera(UInt16,
     lightNearFar.setValues(osgMax(0.01f, -sceneMax[2]), osgMin(-sceneMin[2], lightRange));
     if(lightNearFar[1] <= 0.0f)
         return false;
-    lightNearFar[1] = atLeastMinimalDepthRange(lightNearFar[0], lightNearFar[1]);
+    lightNearFar.setValues(-sceneMax[2], -sceneMin[2]);
+    padDepthRange(lightNearFar[0], lightNearFar[1], 0.01f, lightRange);
 
     Real32 fov = Real32(2.0 * cutOffDegrees / 360.0 * 2.0 * 3.1415926535);
     BoxVolume lightBox = getFrustumAABB(lightPosition, d, up,

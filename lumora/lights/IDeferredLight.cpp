@@ -159,9 +159,13 @@ void IDeferredLight::updateShadowFlags(LightPtr light, Real32 globalShadowIntens
     }
 }
 
-Real32 IDeferredLight::atLeastMinimalDepthRange(Real32 nearDist, Real32 farDist)
+void IDeferredLight::padDepthRange(Real32 &nearDist, Real32 &farDist,
+                                   Real32 minNear, Real32 maxFar)
 {
-    return osgMax(farDist, nearDist + 0.1f * osgMax(1.0f, nearDist));
+    const Real32 pad = 0.001f * (farDist - nearDist) + 0.0001f * std::fabs(farDist);
+    nearDist = osgMax(minNear, nearDist - pad);
+    farDist  = osgMin(farDist + pad, maxFar);
+    farDist  = osgMax(farDist, nearDist + 0.1f * osgMax(1.0f, nearDist));
 }
 
 Vec3f IDeferredLight::normalizedOrAsIs(const Vec3f &v)

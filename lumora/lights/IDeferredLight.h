@@ -121,11 +121,15 @@ class IDeferredLight
     // The caster rule: a global intensity below 1 overrides every light.
     void updateShadowFlags(LightPtr light, Real32 globalShadowIntensity);
 
-    // The far distance of a light camera, moved out where the scene is flat
-    // towards the light (a floor under a lamp): the moments normalise depth
-    // by far - near, which must not magnify rounding errors into shadow.
-    // The range is at least a tenth of near, and at least 0.1.
-    static Real32 atLeastMinimalDepthRange(Real32 nearDist, Real32 farDist);
+    // A light camera's depth range around the scene's, widened a little so
+    // that surfaces at either end are not clipped (a floor at the far plane
+    // would vanish from the map and be lit through), and never thinner than
+    // a tenth of near or 0.1: the moments normalise depth by far - near,
+    // which must not magnify rounding errors into shadow where the scene is
+    // flat towards the light. The near distance stays at least minNear, the
+    // far one, padding aside, at most maxFar.
+    static void padDepthRange(Real32 &nearDist, Real32 &farDist,
+                              Real32 minNear, Real32 maxFar);
 
     // Unit length, or v itself when it is too short to normalise.
     static Vec3f normalizedOrAsIs(const Vec3f &v);

@@ -228,16 +228,26 @@ TEST_F(SpotShadowTest, FloorFollowsTheFilteredMomentsWithBleedingCut)
     Vec3f up(d[2] * d[2] - d[0] * d[1], d[0] * d[0] - d[1] * d[2], d[1] * d[1] - d[0] * d[2]);
     up.normalize();
     const Matrix view = viewMatrix(Vec3f(spot.position), d, up);
-    Real32 nearDist = 1e30f, farDist = -1e30f;
+    // The depth range is the scene's, padded by the light; its own test
+    // checks how much, this one reads what the light used.
+    DeferredSpotLight *deferred =
+        dynamic_cast<DeferredSpotLight *>(viewport->getLights().at(light));
+    ASSERT_NE(deferred, nullptr);
+    const Real32 nearDist = deferred->getLightNearFar()[0];
+    const Real32 farDist  = deferred->getLightNearFar()[1];
+    Real32 sceneNear = 1e30f, sceneFar = -1e30f;
     for(int i = 0; i < 8; ++i)
     {
         // Corners of the scene's box: the floor and the occluders.
         const Pnt3f corner((i & 1) ? 4.0f : -4.0f, (i & 2) ? 4.0f : -4.0f, (i & 4) ? 2.4f : 0.0f);
         const Real32 depth = -transformed(view, corner)[2];
-        nearDist = std::min(nearDist, depth);
-        farDist  = std::max(farDist, depth);
+        sceneNear = std::min(sceneNear, depth);
+        sceneFar  = std::max(sceneFar, depth);
     }
-    nearDist = std::max(0.01f, nearDist);
+    EXPECT_LE(nearDist, sceneNear);
+    EXPECT_GT(nearDist, sceneNear - 0.01f * (sceneFar - sceneNear));
+    EXPECT_GE(farDist,  sceneFar);
+    EXPECT_LT(farDist,  sceneFar + 0.01f * (sceneFar - sceneNear));
     const Matrix projection = perspective(2.0f * spot.cutOff, 1.0f, nearDist, farDist);
 
     TextureImage map(viewport->getLights().at(light)->getShadowmap(0)->getTargetTexture(0));

@@ -1,0 +1,116 @@
+#include "lumora/lights/DeferredSceneTest.h"
+#include "lumora/lights/LitImage.h"
+#include "lumora/shadows/ShadowTestGeometry.h"
+
+#include <OpenSG/OSGGeometry.h>
+#include <OpenSG/OSGPointLight.h>
+#include <OpenSG/OSGSimpleGeometry.h>
+#include <OpenSG/OSGQuaternion.h>
+#include <OpenSG/OSGTransform.h>
+
+#include "support/SceneSetup.h"
+
+using namespace osg;
+using namespace shadowtest;
+using lighttest::DeferredSceneTest;
+using lighttest::LitImage;
+using lighttest::PixelMismatches;
+
+namespace
+{
+
+const Color3f Floor(0.8f, 0.8f, 0.8f);
+const Pnt3f   LightPosition(0.5f, 0.4f, 1.6f);
+const Rect    Occluder = {-0.35f, -0.3f, 0.25f, 0.3f, 0.8f};
+
+struct Turn
+{
+    const char *face;  // where the light looks to see the shadow
+    Vec3f       axis;
+    Real32      angle;
+};
+
+class PointShadowTest : public DeferredSceneTest, public testing::WithParamInterface<Turn>
+{
+};
+
+// The same floor, occluder, lamp and camera, turned as one so that the lamp
+// sees the occluder's shadow through each face of its cube in turn; the
+// image stays the same, and a face that samples another face's map loses
+// the shadow or puts it elsewhere.
+TEST_P(PointShadowTest, EveryCubeFaceShadowsWhatItSees)
+{
+    const Turn &turn = GetParam();
+    Matrix      rotation;
+    rotation.setRotate(Quaternion(turn.axis, turn.angle));
+
+    NodePtr world = testsupport::makeTransformNode(rotation);
+    testsupport::addChild(root, world);
+    GeometryPtr ground = makePlaneGeo(8.0f, 8.0f, 1, 1);
+    beginEditCP(ground, Geometry::MaterialFieldMask);
+    ground->setMaterial(material(Floor));
+    endEditCP(ground, Geometry::MaterialFieldMask);
+    testsupport::addChild(world, makeNodeFor(ground));
+    testsupport::addChild(world, testsupport::makeRect(Occluder.x0, Occluder.y0, Occluder.x1,
+                                                       Occluder.y1, Occluder.z,
+                                                       material(Color3f(0.5f, 0.5f, 0.5f))));
+
+    Matrix eye = rotation;
+    Matrix back;
+    back.setTranslate(0, 0, 5);
+    eye.mult(back);
+    TransformPtr eyeCore = TransformPtr::dcast(cameraBeacon->getCore());
+    beginEditCP(eyeCore, Transform::MatrixFieldMask);
+    eyeCore->setMatrix(eye);
+    endEditCP(eyeCore, Transform::MatrixFieldMask);
+
+    const Real32  intensity = 0.2f;
+    PointLightPtr light     = PointLight::create();
+    addRefCP(light);
+    beginEditCP(light);
+    light->setPosition(LightPosition);
+    light->setAttenuation(1.0f, 0.0f, 0.0f);
+    light->setDiffuse (Color4f(1, 1, 1, 1));
+    light->setSpecular(Color4f(0, 0, 0, 1));
+    light->setShadowIntensity(intensity);
+    light->setBeacon(world);
+    endEditCP(light);
+    viewport->addLight(light);
+    renderFrame();
+
+    LitImage        image(viewport);
+    PixelMismatches mismatches;
+    int lit = 0, shadowed = 0;
+    const std::vector<Rect> occluders = {Occluder};
+    for(int y = 0; y < Size; ++y)
+        for(int x = 0; x < Size; ++x)
+        {
+            const Pnt3f P = pixelOnPlane(x, y, 0.0f);
+            if(segmentCover(Pnt3f(0, 0, 5), P, occluders, 0.1f) != Cover::Outside)
+                continue;
+            const Cover cover = segmentCover(P, LightPosition, occluders, 0.12f);
+            if(cover == Cover::Edge)
+                continue;
+            Vec3f L = LightPosition - P;
+            L.normalize();
+            const Real32 u        = L[2] * Floor[0];
+            const Real32 expected = cover == Cover::Inside ? u * intensity : u;
+            (cover == Cover::Inside ? shadowed : lit) += 1;
+            mismatches.check(x, y, 0, image.at(x, y, 0), expected, expected);
+        }
+    EXPECT_EQ(mismatches.count(), 0) << mismatches.text();
+    EXPECT_GT(lit,      1500);
+    EXPECT_GT(shadowed, 40);
+    subRefCP(light);
+}
+
+INSTANTIATE_TEST_SUITE_P(DeferredPointLight, PointShadowTest,
+    testing::Values(Turn{"NegZ", Vec3f(1, 0, 0), 0.0f},
+                    Turn{"PosZ", Vec3f(1, 0, 0), Pi},
+                    Turn{"NegY", Vec3f(1, 0, 0), -Pi / 2},
+                    Turn{"PosY", Vec3f(1, 0, 0), Pi / 2},
+                    Turn{"NegX", Vec3f(0, 1, 0), Pi / 2},
+                    Turn{"PosX", Vec3f(0, 1, 0), -Pi / 2}),
+    [](const testing::TestParamInfo<Turn> &info) { return std::string(info.param.face); });
+
+} // namespace
