@@ -372,10 +372,12 @@ UInt16 DeferredRenderingViewport::countInitializedShadowmaps(IDeferredLight *lig
 
 void DeferredRenderingViewport::initializeBuffers(void)
 {
-    Int32 l = getPixelLeft();
-    Int32 b = getPixelBottom();
-    Int32 r = getPixelRight();
-    Int32 t = getPixelTop();
+    // The targets are framebuffers of their own: the viewport's size, from
+    // their origin, wherever the viewport sits in the window.
+    Int32 l = 0;
+    Int32 b = 0;
+    Int32 r = getPixelWidth()  - 1;
+    Int32 t = getPixelHeight() - 1;
 
     if(gbufferTarget.isInitialized())
     {

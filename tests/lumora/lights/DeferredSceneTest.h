@@ -21,7 +21,7 @@ namespace lighttest
 class DeferredSceneTest : public testsupport::GLTest
 {
   public:
-    static const int Size = 64;
+    static constexpr int Size = 64;
 
   protected:
     void SetUp   () override;
