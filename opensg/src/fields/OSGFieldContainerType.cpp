@@ -69,7 +69,12 @@ bool FieldContainerType::initialize(void)
 
     if(_fPrototypeCreate != NULL && _pPrototype == NullFC)
     {
+        // Containers skip their resources while starting up; a prototype
+        // made for a type registered after osgInit must skip them too.
+        const SystemState state = GlobalSystemState;
+        GlobalSystemState = Startup;
         _pPrototype = _fPrototypeCreate();
+        GlobalSystemState = state;
         addRefCP(_pPrototype);
     }
     return true;

@@ -5,6 +5,8 @@
 #include <OpenSG/OSGNode.h>
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGSFSysTypes.h>
+#include <OpenSG/OSGChangeList.h>
+#include <OpenSG/OSGThread.h>
 
 #include "support/LogCapture.h"
 
@@ -251,4 +253,42 @@ TEST(Init, InitFunctionsRunOnceAndStateIsRunning)
     EXPECT_EQ(GlobalSystemState, Running);
     EXPECT_TRUE(osgInit(0, NULL));
     EXPECT_EQ(GlobalSystemState, Running);
+}
+
+TEST(FieldContainerType, PrototypeOfATypeRegisteredLateIsMadeAsInStartup)
+{
+    ASSERT_EQ(GlobalSystemState, Running);
+    ProbeContainer::stateAtLastCreate = Running;
+
+    // As a library loaded after osgInit registers its types.
+    static FieldContainerType lateType("LateProbeContainer", "AttachmentContainer", NULL,
+        []() { return FieldContainerPtr(ProbeContainer::createEmpty()); }, NULL);
+
+    EXPECT_NE(lateType.getPrototype(), NullFC);
+    EXPECT_EQ(ProbeContainer::stateAtLastCreate, Startup);
+    EXPECT_EQ(GlobalSystemState, Running);
+}
+
+TEST(ChangeList, KeepsEveryEntryUntilCleared)
+{
+    ChangeList *list = Thread::getCurrentChangeList();
+    list->clearAll();
+
+    // More than any fixed cap a list might have; ids alternate so that no
+    // two neighbouring entries merge.
+    const UInt32 count = 70000;
+    for(UInt32 i = 0; i < count; ++i)
+    {
+        list->addChanged(1 + (i & 1), BitVector(1) << (i % 8));
+        list->addCreated(i + 1);
+        list->addDestroyed(i + 1);
+    }
+    EXPECT_EQ(list->sizeChanged(),   count);
+    EXPECT_EQ(list->sizeCreated(),   count);
+    EXPECT_EQ(list->sizeDestroyed(), count);
+    EXPECT_EQ(*list->beginCreated(), 1u);
+    EXPECT_EQ(*(list->endDestroyed() - 1), count);
+
+    list->clearAll();
+    EXPECT_EQ(list->sizeChanged(), 0u);
 }
