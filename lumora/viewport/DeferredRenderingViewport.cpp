@@ -163,7 +163,10 @@ void DeferredRenderingViewport::onCreate(const DeferredRenderingViewport *)
 void DeferredRenderingViewport::onDestroy(void)
 {
     for(LightMap::iterator it = lights.begin(); it != lights.end(); ++it)
+    {
         releaseLight(it->second);
+        subRefCP(it->first);
+    }
     lights.clear();
 
     if(gbufferShader != NullFC)
@@ -301,6 +304,8 @@ void DeferredRenderingViewport::addLight(LightPtr light)
                  << light->getType().getCName() << ", ignored!" << std::endl;
         return;
     }
+    // Held while registered: the light is read every frame.
+    addRefCP(light);
     lights[light] = deferredLight;
 }
 
@@ -312,6 +317,7 @@ void DeferredRenderingViewport::subLight(LightPtr light)
 
     releaseLight(it->second);
     lights.erase(it);
+    subRefCP(light);
 }
 
 void DeferredRenderingViewport::releaseLight(IDeferredLight *light)
