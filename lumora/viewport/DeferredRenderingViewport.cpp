@@ -446,6 +446,11 @@ Real64 lapMilliseconds(std::chrono::steady_clock::time_point &start)
 
 void DeferredRenderingViewport::render(RenderActionBase *action)
 {
+    if(action == NULL)
+    {
+        SWARNING << "DeferredRenderingViewport::render: no action!" << std::endl;
+        return;
+    }
     WindowPtr window = getParent();
     if(window == NullFC)
         return;
