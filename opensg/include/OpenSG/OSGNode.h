@@ -107,6 +107,12 @@ class Node : public AttachmentContainer
     SFNodePtr       _sfParent;
     MFNodePtr       _mfChildren;
     SFNodeCorePtr   _sfCore;
+
+    OSG_FIELD_DESCRIPTION(SFDynamicVolume, Volume,   _sfVolume)
+    OSG_FIELD_DESCRIPTION(SFUInt32,        TravMask, _sfTravMask)
+    OSG_FIELD_DESCRIPTION(SFNodePtr,       Parent,   _sfParent)
+    OSG_FIELD_DESCRIPTION(MFNodePtr,       Children, _mfChildren)
+    OSG_FIELD_DESCRIPTION(SFNodeCorePtr,   Core,     _sfCore)
 };
 
 

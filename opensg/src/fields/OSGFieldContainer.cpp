@@ -8,6 +8,11 @@ const NullFieldContainerPtr NullFC;
 
 FieldContainerType FieldContainer::_type("FieldContainer");
 
+FieldContainerType &osgClassTypeOf(FieldContainer *)
+{
+    return FieldContainer::getClassType();
+}
+
 FieldContainer::FieldContainer(void) :
     _refCount   (0),
     _containerId(0)

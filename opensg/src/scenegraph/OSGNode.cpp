@@ -11,7 +11,8 @@ static FieldContainerPtr createNodePrototype(void)
 }
 
 FieldContainerType Node::_type("Node", "AttachmentContainer", NULL,
-                               &createNodePrototype, &Node::initMethod);
+                               &createNodePrototype, &Node::initMethod,
+                               NULL, 0, false, &Node::_fieldDescriptions);
 
 NodePtr Node::create(void)
 {
