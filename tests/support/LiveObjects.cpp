@@ -59,17 +59,9 @@ GLboolean isList        (GLuint n) { return glIsList(n);         }
 
 } // namespace
 
-LiveObjects LiveObjects::count()
+LiveObjects LiveObjects::countContainers()
 {
     LiveObjects live;
-    live.gl["texture"]      = countNames(isTexture);
-    live.gl["framebuffer"]  = countNames(isFramebuffer);
-    live.gl["renderbuffer"] = countNames(isRenderbuffer);
-    live.gl["program"]      = countNames(isProgram);
-    live.gl["shader"]       = countNames(isShader);
-    live.gl["buffer"]       = countNames(isBuffer);
-    live.gl["display list"] = countNames(isList);
-
     const osg::FieldContainerStore *store =
         osg::FieldContainerFactory::the()->getFieldContainerStore();
     for(const osg::FieldContainerPtr &fc : *store)
@@ -77,6 +69,19 @@ LiveObjects LiveObjects::count()
         if(fc != osg::NullFC)
             ++live.containers[fc->getType().getName()];
     }
+    return live;
+}
+
+LiveObjects LiveObjects::count()
+{
+    LiveObjects live = countContainers();
+    live.gl["texture"]      = countNames(isTexture);
+    live.gl["framebuffer"]  = countNames(isFramebuffer);
+    live.gl["renderbuffer"] = countNames(isRenderbuffer);
+    live.gl["program"]      = countNames(isProgram);
+    live.gl["shader"]       = countNames(isShader);
+    live.gl["buffer"]       = countNames(isBuffer);
+    live.gl["display list"] = countNames(isList);
     return live;
 }
 

@@ -14,7 +14,10 @@ struct LiveObjects
     std::map<std::string, int> gl;
     std::map<std::string, int> containers;
 
+    // Both; needs a current GL context.
     static LiveObjects count();
+    // Only the containers, for tests without a context.
+    static LiveObjects countContainers();
 };
 
 // One line per kind whose count differs, "kind: before -> after"; empty

@@ -10,6 +10,7 @@
 #include <OpenSG/OSGDynamicVolume.h>
 
 #include <string>
+#include <vector>
 
 namespace osg
 {
@@ -117,6 +118,18 @@ class Node : public AttachmentContainer
 
 
 NodePtr cloneTree    (const NodePtr &pRootNode);
+
+// Copies of src and of every container it holds a reference to, except those
+// of the named types (and types derived from them), which are shared. The
+// share string lists type names separated by commas or spaces.
+FieldContainerPtr deepClone(const FieldContainerPtr &src,
+                            const std::vector<std::string> &share);
+FieldContainerPtr deepClone(const FieldContainerPtr &src,
+                            const std::string &shareString = "");
+
+// New nodes with deep copies of the cores; a core used by several nodes of
+// the tree is copied once and used by their copies alike.
+NodePtr deepCloneTree(const NodePtr &src, const std::vector<std::string> &share);
 NodePtr deepCloneTree(const NodePtr &src, const std::string &shareString = "");
 
 } // namespace osg
