@@ -4,6 +4,8 @@
 // eight lights, so the two paths meet at 1 and 8.
 
 #include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGChangeList.h>
+#include <OpenSG/OSGThread.h>
 #include <OpenSG/OSGPassiveWindow.h>
 #include <OpenSG/OSGRenderAction.h>
 #include <OpenSG/OSGSolidBackground.h>
@@ -68,6 +70,8 @@ void renderFrames(benchmark::State &state, ViewportPtr viewport, NodePtr root,
     {
         window->render(action);
         glFinish();
+        // Nothing consumes the changes; as in any single-threaded program.
+        Thread::getCurrentChangeList()->clearAll();
         if(deferred != NullFC)
         {
             const DeferredRenderingViewport::PassTimes &t = deferred->getPassTimes();

@@ -2,6 +2,8 @@
 // a PNG and prints how long each pass of the frame took.
 
 #include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGChangeList.h>
+#include <OpenSG/OSGThread.h>
 #include <OpenSG/OSGPassiveWindow.h>
 #include <OpenSG/OSGRenderAction.h>
 #include <OpenSG/OSGSolidBackground.h>
@@ -173,6 +175,8 @@ int main(int argc, char **argv)
     for(int frame = 0; frame < opt.frames; ++frame)
     {
         window->render(action);
+        // Nothing consumes the changes; as in any single-threaded program.
+        Thread::getCurrentChangeList()->clearAll();
         const DeferredRenderingViewport::PassTimes &t = viewport->getPassTimes();
         sum.geometry += t.geometry;
         sum.shadows  += t.shadows;

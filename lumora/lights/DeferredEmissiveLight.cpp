@@ -13,10 +13,7 @@ DeferredEmissiveLight::DeferredEmissiveLight(void) :
     IDeferredLight(),
     shaderChunk   (NullFC)
 {
-    if(s_CullingOptions == NullFC)
-        s_CullingOptions = createCullingChunk(GL_BACK);
-
-    shaderChunk = createShaderMaterial(s_CullingOptions);
+    shaderChunk = createShaderMaterial(sharedCullingChunk(s_CullingOptions, GL_BACK));
 
     // No transform: the vertex shader maps the corners by their signs.
     createVolume(makePlaneGeo(1.0f, 1.0f, 1, 1), NullFC);

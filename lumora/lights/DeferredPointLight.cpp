@@ -76,14 +76,14 @@ DeferredPointLight::DeferredPointLight(void) :
         lightNearFars   .push_back(Vec2f(0.0f, 0.0f));
     }
 
-    if(s_CullingOptions == NullFC)
+    if(s_IndirectonCubeTex == NullFC)
     {
-        s_CullingOptions = createCullingChunk(GL_FRONT);
         s_IndirectonCubeTex = createIndirectionTexture();
         addRefCP(s_IndirectonCubeTex);
+        holdShared(s_IndirectonCubeTex);
     }
 
-    shaderChunk = createShaderMaterial(s_CullingOptions);
+    shaderChunk = createShaderMaterial(sharedCullingChunk(s_CullingOptions, GL_FRONT));
 
     volumeTransform = Transform::create();
     createVolume(makeSphereGeo(2, 1.0f), volumeTransform);

@@ -31,10 +31,7 @@ DeferredSpotLight::DeferredSpotLight(void) :
     camInvView       (),
     volumeTransform  (NullFC)
 {
-    if(s_CullingOptions == NullFC)
-        s_CullingOptions = createCullingChunk(GL_FRONT);
-
-    shaderChunk = createShaderMaterial(s_CullingOptions);
+    shaderChunk = createShaderMaterial(sharedCullingChunk(s_CullingOptions, GL_FRONT));
 
     volumeTransform = Transform::create();
     createVolume(makeConeGeo(1.0f, 1.0f, 16, true, true), volumeTransform);

@@ -11,6 +11,9 @@ OSG_BEGIN_NAMESPACE
 BlendChunkPtr IDeferredLight::s_LightBufferBlending        = NullFC;
 DepthChunkPtr IDeferredLight::s_LightRenderingNoDepthTest = NullFC;
 
+UInt32                               IDeferredLight::s_numLights = 0;
+std::vector<FieldContainerPtrBase *> IDeferredLight::s_sharedSlots;
+
 IDeferredLight::IDeferredLight(void) :
     enabled        (true),
     initialized    (false),
@@ -21,12 +24,14 @@ IDeferredLight::IDeferredLight(void) :
     shadowIntensity(1.0f),
     nextTextureUnit(0)
 {
+    ++s_numLights;
     if(s_LightBufferBlending != NullFC)
         return;
 
-    // Shared by all lights for the life of the process.
+    // Shared by all lights while any exists.
     s_LightBufferBlending = BlendChunk::create();
     addRefCP(s_LightBufferBlending);
+    holdShared(s_LightBufferBlending);
     beginEditCP(s_LightBufferBlending);
     s_LightBufferBlending->setSrcFactor (GL_ONE);
     s_LightBufferBlending->setDestFactor(GL_ONE);
@@ -34,6 +39,7 @@ IDeferredLight::IDeferredLight(void) :
 
     s_LightRenderingNoDepthTest = DepthChunk::create();
     addRefCP(s_LightRenderingNoDepthTest);
+    holdShared(s_LightRenderingNoDepthTest);
     beginEditCP(s_LightRenderingNoDepthTest);
     s_LightRenderingNoDepthTest->setEnable  (false);
     s_LightRenderingNoDepthTest->setFunc    (GL_GEQUAL);
@@ -46,6 +52,25 @@ IDeferredLight::~IDeferredLight(void)
     // The volume holds the geometry, which holds the material and chunks.
     if(volumeRoot != NullFC)
         subRefCP(volumeRoot);
+
+    if(--s_numLights == 0)
+        releaseShared();
+}
+
+void IDeferredLight::holdShared(FieldContainerPtrBase &slot)
+{
+    s_sharedSlots.push_back(&slot);
+}
+
+void IDeferredLight::releaseShared(void)
+{
+    std::vector<FieldContainerPtrBase *> slots;
+    slots.swap(s_sharedSlots);
+    for(FieldContainerPtrBase *slot : slots)
+    {
+        subRefCP(*slot);
+        *slot = NullFC;
+    }
 }
 
 NodePtr IDeferredLight::getVolumeRoot(void)
@@ -53,14 +78,18 @@ NodePtr IDeferredLight::getVolumeRoot(void)
     return volumeRoot;
 }
 
-PolygonChunkPtr IDeferredLight::createCullingChunk(GLenum cullFace)
+PolygonChunkPtr IDeferredLight::sharedCullingChunk(PolygonChunkPtr &slot, GLenum cullFace)
 {
-    PolygonChunkPtr culling = PolygonChunk::create();
-    addRefCP(culling);
-    beginEditCP(culling, PolygonChunk::CullFaceFieldMask);
-    culling->setCullFace(cullFace);
-    endEditCP(culling, PolygonChunk::CullFaceFieldMask);
-    return culling;
+    if(slot != NullFC)
+        return slot;
+
+    slot = PolygonChunk::create();
+    addRefCP(slot);
+    holdShared(slot);
+    beginEditCP(slot, PolygonChunk::CullFaceFieldMask);
+    slot->setCullFace(cullFace);
+    endEditCP(slot, PolygonChunk::CullFaceFieldMask);
+    return slot;
 }
 
 SHLChunkPtr IDeferredLight::createShaderMaterial(StateChunkPtr culling)

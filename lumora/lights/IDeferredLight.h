@@ -24,6 +24,8 @@
 #include <Lumora/OSGRenderTarget.h>
 #include <Lumora/ShaderManager.h>
 
+#include <vector>
+
 OSG_BEGIN_NAMESPACE
 
 // A light of the deferred pipeline: a small subgraph (the light volume)
@@ -100,8 +102,13 @@ class IDeferredLight
     // is appended to the material, which puts it on that unit.
     void bindTexture(const char *samplerName, StateChunkPtr texture);
 
-    // A light class's shared culling chunk, culling the given faces.
-    static PolygonChunkPtr createCullingChunk(GLenum cullFace);
+    // A light class's shared culling chunk, culling the given faces: made
+    // on first use and kept in slot until the last light goes.
+    static PolygonChunkPtr sharedCullingChunk(PolygonChunkPtr &slot, GLenum cullFace);
+
+    // Keeps a class-wide chunk, which holds one reference for the slot,
+    // until the last light goes; then releases it and empties the slot.
+    static void holdShared(FieldContainerPtrBase &slot);
 
     // Creates the parameter chunk and the material with the light's chunks
     // in their fixed order around a new shader chunk, which it returns.
@@ -147,6 +154,11 @@ class IDeferredLight
     UInt16               nextTextureUnit;
 
   private:
+    static void releaseShared(void);
+
+    static UInt32                               s_numLights;
+    static std::vector<FieldContainerPtrBase *> s_sharedSlots;
+
     IDeferredLight(const IDeferredLight &) = delete;
     IDeferredLight &operator =(const IDeferredLight &) = delete;
 };

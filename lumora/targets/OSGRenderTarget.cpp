@@ -1,6 +1,7 @@
 #include "OSGRenderTarget.h"
 
 #include <OpenSG/OSGGroup.h>
+#include <OpenSG/OSGLog.h>
 #include <OpenSG/OSGTransform.h>
 
 OSG_BEGIN_NAMESPACE
@@ -53,8 +54,30 @@ RenderTarget::~RenderTarget(void)
     subRefCP(fullscreenForeground);
 }
 
+// Every operation but initialize needs the viewport and background that it
+// makes; without them a call only warns.
+bool RenderTarget::checkInitialized(const char *operation) const
+{
+    if(initialized)
+        return true;
+    SWARNING << "RenderTarget::" << operation << ": not initialized" << std::endl;
+    return false;
+}
+
 void RenderTarget::initialize(WindowPtr window, int left, int bottom, int right, int top)
 {
+    if(initialized)
+    {
+        SWARNING << "RenderTarget::initialize: already initialized" << std::endl;
+        return;
+    }
+    if(window == NullFC || right < left || top < bottom)
+    {
+        SWARNING << "RenderTarget::initialize: needs a window and a non-empty rectangle"
+                 << std::endl;
+        return;
+    }
+
     width  = UInt16(right - left + 1);
     height = UInt16(top - bottom + 1);
 
@@ -75,7 +98,6 @@ void RenderTarget::initialize(WindowPtr window, int left, int bottom, int right,
     fboViewport->setDirty(true);
     endEditCP(fboViewport);
 
-    setBgClear(Color4f(0, 0, 0, 1), 1.0f, true, true);
 
     TransformPtr beaconCore = Transform::create();
     NodePtr      beacon     = makeNodeFor(beaconCore);
@@ -97,6 +119,7 @@ void RenderTarget::initialize(WindowPtr window, int left, int bottom, int right,
     endEditCP(fullscreenRoot, Node::ChildrenFieldMask);
 
     initialized = true;
+    setBgClear(Color4f(0, 0, 0, 1), 1.0f, true, true);
 }
 
 bool RenderTarget::isInitialized(void) const
@@ -106,6 +129,9 @@ bool RenderTarget::isInitialized(void) const
 
 void RenderTarget::resize(int left, int bottom, int right, int top)
 {
+    if(!checkInitialized("resize"))
+        return;
+
     width  = UInt16(right - left + 1);
     height = UInt16(top - bottom + 1);
 
@@ -142,6 +168,9 @@ void RenderTarget::resize(int left, int bottom, int right, int top)
 
 void RenderTarget::setBgClear(Color4f color, Real32 depth, bool clearColor, bool clearDepth)
 {
+    if(!checkInitialized("setBgClear"))
+        return;
+
     beginEditCP(background);
     background->setColor(Color3f(color[0], color[1], color[2]));
     background->setAlpha(color[3]);
@@ -153,6 +182,9 @@ void RenderTarget::setBgClear(Color4f color, Real32 depth, bool clearColor, bool
 
 void RenderTarget::setClearDepth(bool clearDepth)
 {
+    if(!checkInitialized("setClearDepth"))
+        return;
+
     beginEditCP(background, SolidBackground::ClearDepthFieldMask);
     background->setClearDepth(clearDepth);
     endEditCP(background, SolidBackground::ClearDepthFieldMask);
@@ -160,6 +192,14 @@ void RenderTarget::setClearDepth(bool clearDepth)
 
 void RenderTarget::addTargetTexture(TextureChunkPtr texture)
 {
+    if(!checkInitialized("addTargetTexture"))
+        return;
+    if(texture == NullFC)
+    {
+        SWARNING << "RenderTarget::addTargetTexture: no texture" << std::endl;
+        return;
+    }
+
     addRefCP(texture);
     beginEditCP(fboViewport, FBOViewport::TexturesFieldMask);
     fboViewport->getTextures().push_back(texture);
@@ -174,6 +214,9 @@ TextureChunkPtr RenderTarget::addTargetTexture(UInt32             internalFormat
                                                Real32             anisotropy,
                                                UInt8              mipmapCount)
 {
+    if(!checkInitialized("addTargetTexture"))
+        return NullFC;
+
     ImagePtr image = Image::create();
     beginEditCP(image);
     image->set(pixelFormat, width, height, 1, mipmapCount, 1, 0.0, NULL, type, true, 1);
@@ -198,6 +241,15 @@ TextureChunkPtr RenderTarget::addTargetTexture(UInt32             internalFormat
 
 TextureChunkPtr RenderTarget::getTargetTexture(UInt8 index)
 {
+    if(!checkInitialized("getTargetTexture"))
+        return NullFC;
+    if(index >= fboViewport->getTextures().size())
+    {
+        SWARNING << "RenderTarget::getTargetTexture: index " << UInt32(index)
+                 << " out of range, " << fboViewport->getTextures().size()
+                 << " textures" << std::endl;
+        return NullFC;
+    }
     return fboViewport->getTextures()[index];
 }
 
@@ -209,6 +261,15 @@ FBOViewportPtr RenderTarget::getFBOViewport(void)
 void RenderTarget::renderScene(NodePtr root, CameraPtr camera,
                                RenderActionBase *action, BackgroundPtr bg)
 {
+    if(!checkInitialized("renderScene"))
+        return;
+    if(action == NULL || root == NullFC || camera == NullFC)
+    {
+        SWARNING << "RenderTarget::renderScene: needs an action, a root and a camera"
+                 << std::endl;
+        return;
+    }
+
     beginEditCP(fboViewport, Viewport::RootFieldMask | Viewport::CameraFieldMask |
                              Viewport::BackgroundFieldMask);
     fboViewport->setRoot(root);
@@ -222,6 +283,15 @@ void RenderTarget::renderScene(NodePtr root, CameraPtr camera,
 
 void RenderTarget::renderFullscreenPass(ChunkMaterialPtr material, RenderActionBase *action)
 {
+    if(!checkInitialized("renderFullscreenPass"))
+        return;
+    if(action == NULL || material == NullFC)
+    {
+        SWARNING << "RenderTarget::renderFullscreenPass: needs a material and an action"
+                 << std::endl;
+        return;
+    }
+
     beginEditCP(fullscreenForeground, PolygonForeground::MaterialFieldMask);
     fullscreenForeground->setMaterial(material);
     endEditCP(fullscreenForeground, PolygonForeground::MaterialFieldMask);

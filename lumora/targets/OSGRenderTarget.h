@@ -52,6 +52,8 @@ class RenderTarget
     RenderTarget(const RenderTarget &) = delete;
     RenderTarget &operator =(const RenderTarget &) = delete;
 
+    bool checkInitialized(const char *operation) const;
+
     FBOViewportPtr        fboViewport;
     SolidBackgroundPtr    background;
     UInt16                width;

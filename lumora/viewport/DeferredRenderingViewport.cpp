@@ -165,7 +165,10 @@ void DeferredRenderingViewport::onCreate(const DeferredRenderingViewport *)
 void DeferredRenderingViewport::onDestroy(void)
 {
     for(LightMap::iterator it = lights.begin(); it != lights.end(); ++it)
+    {
         releaseLight(it->second);
+        subRefCP(it->first);
+    }
     lights.clear();
 
     if(gbufferShader != NullFC)
@@ -303,6 +306,8 @@ void DeferredRenderingViewport::addLight(LightPtr light)
                  << light->getType().getCName() << ", ignored!" << std::endl;
         return;
     }
+    // Held while registered: the light is read every frame.
+    addRefCP(light);
     lights[light] = deferredLight;
 }
 
@@ -314,6 +319,7 @@ void DeferredRenderingViewport::subLight(LightPtr light)
 
     releaseLight(it->second);
     lights.erase(it);
+    subRefCP(light);
 }
 
 void DeferredRenderingViewport::releaseLight(IDeferredLight *light)
@@ -456,6 +462,11 @@ Real64 lapMilliseconds(std::chrono::steady_clock::time_point &start)
 
 void DeferredRenderingViewport::render(RenderActionBase *action)
 {
+    if(action == NULL)
+    {
+        SWARNING << "DeferredRenderingViewport::render: no action!" << std::endl;
+        return;
+    }
     WindowPtr window = getParent();
     if(window == NullFC)
         return;

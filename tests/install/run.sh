@@ -24,5 +24,6 @@ cmake -S "$here" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$work/prefix"
 cmake --build "$work/consumer" -j "$jobs"
 
 # The installed libraries carry no RPATH to find each other.
-LD_LIBRARY_PATH="$work/prefix/lib:$work/prefix/lib64${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}" \
-    "$work/consumer/scenegraph_count"
+export LD_LIBRARY_PATH="$work/prefix/lib:$work/prefix/lib64${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}"
+"$work/consumer/scenegraph_count"
+"$work/consumer/system_gl_headers"

@@ -9,22 +9,33 @@
 namespace osg
 {
 
-// The templates keep the precision of their argument: float stays float.
+// The result type is TypeTraits<T>::RealReturnType: Real32 for integers and
+// Real32, otherwise the argument's own floating type.
+#define OSG_REAL_RETURN typename TypeTraits<T>::RealReturnType
 
-template <class T> inline T osgsqrt (const T v)              { return std::sqrt (v);    }
-template <class T> inline T osgabs  (const T v)              { return v < T(0) ? T(-v) : v; }
-template <class T> inline T osgpow  (const T v, const T e)   { return std::pow  (v, e); }
-template <class T> inline T osgsin  (const T v)              { return std::sin  (v);    }
-template <class T> inline T osgcos  (const T v)              { return std::cos  (v);    }
-template <class T> inline T osgtan  (const T v)              { return std::tan  (v);    }
-template <class T> inline T osgasin (const T v)              { return std::asin (v);    }
-template <class T> inline T osgacos (const T v)              { return std::acos (v);    }
-template <class T> inline T osgatan (const T v)              { return std::atan (v);    }
-template <class T> inline T osgatan2(const T y, const T x)   { return std::atan2(y, x); }
-template <class T> inline T osgexp  (const T v)              { return std::exp  (v);    }
-template <class T> inline T osglog  (const T v)              { return std::log  (v);    }
-template <class T> inline T osgfloor(const T v)              { return std::floor(v);    }
-template <class T> inline T osgceil (const T v)              { return std::ceil (v);    }
+template <class T> inline OSG_REAL_RETURN osgsqrt(const T v)  { return std::sqrt (OSG_REAL_RETURN(v)); }
+template <class T> inline OSG_REAL_RETURN osgsin (const T v)  { return std::sin  (OSG_REAL_RETURN(v)); }
+template <class T> inline OSG_REAL_RETURN osgcos (const T v)  { return std::cos  (OSG_REAL_RETURN(v)); }
+template <class T> inline OSG_REAL_RETURN osgtan (const T v)  { return std::tan  (OSG_REAL_RETURN(v)); }
+template <class T> inline OSG_REAL_RETURN osgasin(const T v)  { return std::asin (OSG_REAL_RETURN(v)); }
+template <class T> inline OSG_REAL_RETURN osgacos(const T v)  { return std::acos (OSG_REAL_RETURN(v)); }
+template <class T> inline OSG_REAL_RETURN osgatan(const T v)  { return std::atan (OSG_REAL_RETURN(v)); }
+template <class T> inline OSG_REAL_RETURN osgexp (const T v)  { return std::exp  (OSG_REAL_RETURN(v)); }
+template <class T> inline OSG_REAL_RETURN osglog (const T v)  { return std::log  (OSG_REAL_RETURN(v)); }
+template <class T> inline OSG_REAL_RETURN osgfloor(const T v) { return std::floor(OSG_REAL_RETURN(v)); }
+template <class T> inline OSG_REAL_RETURN osgceil (const T v) { return std::ceil (OSG_REAL_RETURN(v)); }
+
+template <class T> inline OSG_REAL_RETURN osgpow(const T v, const T e)
+{
+    return std::pow(OSG_REAL_RETURN(v), OSG_REAL_RETURN(e));
+}
+
+template <class T> inline OSG_REAL_RETURN osgatan2(const T y, const T x)
+{
+    return std::atan2(OSG_REAL_RETURN(y), OSG_REAL_RETURN(x));
+}
+
+template <class T> inline T osgabs(const T v) { return v < T(0) ? T(-v) : v; }
 
 template <class T> inline T osgMin(const T a, const T b) { return a < b ? a : b; }
 template <class T> inline T osgMax(const T a, const T b) { return a > b ? a : b; }
@@ -34,10 +45,20 @@ template <class T> inline T osgClamp(const T lo, const T v, const T hi)
     return v < lo ? lo : (v > hi ? hi : v);
 }
 
-template <class T> inline T osgdegree2rad(const T deg) { return deg * T(Pi / 180.0); }
-template <class T> inline T osgrad2degree(const T rad) { return rad * T(180.0 / Pi); }
-template <class T> inline T deg2rad      (const T deg) { return osgdegree2rad(deg);  }
-template <class T> inline T rad2deg      (const T rad) { return osgrad2degree(rad);  }
+template <class T> inline OSG_REAL_RETURN osgdegree2rad(const T deg)
+{
+    return OSG_REAL_RETURN(deg) * OSG_REAL_RETURN(3.14159265358979323846L / 180.0L);
+}
+
+template <class T> inline OSG_REAL_RETURN osgrad2degree(const T rad)
+{
+    return OSG_REAL_RETURN(rad) * OSG_REAL_RETURN(180.0L / 3.14159265358979323846L);
+}
+
+template <class T> inline OSG_REAL_RETURN deg2rad(const T deg) { return osgdegree2rad(deg); }
+template <class T> inline OSG_REAL_RETURN rad2deg(const T rad) { return osgrad2degree(rad); }
+
+#undef OSG_REAL_RETURN
 
 } // namespace osg
 

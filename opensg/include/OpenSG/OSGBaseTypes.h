@@ -41,9 +41,17 @@ const Real32 Sqrt2  = 1.41421356237309504880f;
 const Real32 Inf    = 1E30f;
 const Real32 NegInf = -1E30f;
 
+// Integers compute their angles, roots and lengths in Real32; only the wider
+// floating types keep their own precision.
+template <class T> struct RealReturnOf              { typedef Real32  type; };
+template <>        struct RealReturnOf<Real64>      { typedef Real64  type; };
+template <>        struct RealReturnOf<Real128>     { typedef Real128 type; };
+
 template <class T>
 struct TypeTraits
 {
+    typedef typename RealReturnOf<T>::type RealReturnType;
+
     static T getZeroElement(void) { return T(0); }
     static T getOneElement (void) { return T(1); }
     static T getMax        (void) { return std::numeric_limits<T>::max(); }

@@ -63,4 +63,7 @@ class BoxVolume : public Volume
 
 } // namespace osg
 
+// The free intersect/extend functions come with every volume type.
+#include <OpenSG/OSGVolumeFunctions.h>
+
 #endif

@@ -29,7 +29,7 @@ class Viewport;
     virtual void set##NAME(const FIELDTYPE::StoredType &value) { _sf##NAME.setValue(value); } \
   protected:                                                                       \
     FIELDTYPE _sf##NAME;                                                           \
-  public:
+    OSG_FIELD_DESCRIPTION(FIELDTYPE, NAME, _sf##NAME)
 
 class Camera : public AttachmentContainer
 {

@@ -76,4 +76,7 @@ class DynamicVolume : public Volume
 
 } // namespace osg
 
+// The free intersect/extend functions come with every volume type.
+#include <OpenSG/OSGVolumeFunctions.h>
+
 #endif

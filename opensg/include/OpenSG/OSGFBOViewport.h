@@ -118,11 +118,18 @@ class FBOViewport : public Viewport
     void renderWithoutFBO (RenderActionBase *action, Window *win);
     void renderContents   (RenderActionBase *action);
     void setExcludedActive(bool active);
+    void keepGLName       (Window *win, UInt32 &objectId, bool framebuffer, GLuint name);
 
     // What was bound before bind(), restored by stop().
     GLint               _prevFramebuffer;
     std::vector<GLenum> _prevDrawBuffers;
     GLint               _prevReadBuffer;
+
+    // Window GL-object ids of the framebuffer and the two renderbuffers, so
+    // that they go with the viewport in the window's context.
+    UInt32 _glFramebufferObject;
+    UInt32 _glDepthObject;
+    UInt32 _glStencilObject;
 };
 
 typedef RefPtr<FBOViewportPtr> FBOViewportRefPtr;

@@ -6,6 +6,8 @@
 namespace osg
 {
 
+class FieldContainer;
+
 class Field
 {
   public:
@@ -17,6 +19,14 @@ class Field
 
     const DataType          &getContentType(void) const { return getType().getContentType(); }
     FieldType::Cardinality   getCardinality(void) const { return getType().getCardinality(); }
+
+    // The container pointers a field holds, for copies that walk containers
+    // generically; value fields hold none and ignore the edits.
+    virtual UInt32          getNumContainerPtrs(void) const { return 0; }
+    virtual FieldContainer *getContainerPtr    (UInt32) const { return NULL; }
+    virtual void            setContainerPtr    (UInt32, FieldContainer *) {}
+    virtual void            addContainerPtr    (FieldContainer *) {}
+    virtual void            subContainerPtr    (UInt32) {}
 
   protected:
     Field(void) {}

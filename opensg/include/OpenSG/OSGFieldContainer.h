@@ -126,6 +126,7 @@ class FieldContainer
   public:                                                                          \
     typedef PARENT        Inherited;                                               \
     typedef CLASS##Ptr    Ptr;                                                     \
+    typedef CLASS         FieldSelfType;                                           \
     static ::osg::FieldContainerType &getClassType   (void) { return _type; }     \
     static ::osg::UInt32              getClassTypeId (void) { return _type.getId(); } \
     static ::osg::UInt16              getClassGroupId(void) { return _type.getGroupId(); } \
@@ -134,6 +135,7 @@ class FieldContainer
     virtual ::osg::UInt32 getContainerSize(void) const override;                   \
   protected:                                                                       \
     static ::osg::FieldContainerType _type;                                        \
+    static inline ::osg::FieldDescriptionList _fieldDescriptions;                  \
     friend class ::osg::FieldContainer;                                            \
     void executeSyncImpl(CLASS *pOther, const ::osg::BitVector &whichField)        \
     { Inherited::executeSyncImpl(pOther, whichField); }                            \
@@ -149,20 +151,22 @@ class FieldContainer
     virtual ::osg::FieldContainerPtr shallowCopy(void) const override;
 
 #define OSG_FC_TYPE_COMMON_IMPL(CLASS)                                             \
+    ::osg::FieldContainerType &osgClassTypeOf(CLASS *) { return CLASS::getClassType(); } \
     ::osg::FieldContainerType &CLASS::getType(void) { return _type; }              \
     const ::osg::FieldContainerType &CLASS::getType(void) const { return _type; }  \
     ::osg::UInt32 CLASS::getContainerSize(void) const { return sizeof(CLASS); }
 
 #define OSG_FC_ABSTRACT_IMPL(CLASS, PARENTNAME)                                    \
     ::osg::FieldContainerType CLASS::_type(#CLASS, PARENTNAME, NULL, NULL,         \
-                                           &CLASS::initMethod);                    \
+        &CLASS::initMethod, NULL, 0, false, &CLASS::_fieldDescriptions);           \
     OSG_FC_TYPE_COMMON_IMPL(CLASS)
 
 #define OSG_FC_IMPL(CLASS, PARENTNAME)                                             \
     static ::osg::FieldContainerPtr osgCreatePrototype##CLASS(void)                \
     { return CLASS::createEmpty(); }                                               \
     ::osg::FieldContainerType CLASS::_type(#CLASS, PARENTNAME, NULL,               \
-        &osgCreatePrototype##CLASS, &CLASS::initMethod);                           \
+        &osgCreatePrototype##CLASS, &CLASS::initMethod,                            \
+        NULL, 0, false, &CLASS::_fieldDescriptions);                               \
     OSG_FC_TYPE_COMMON_IMPL(CLASS)                                                 \
     CLASS##Ptr CLASS::create(void)                                                 \
     {                                                                              \
@@ -189,6 +193,24 @@ class FieldContainer
     static constexpr ::osg::BitVector NAME##FieldMask =                            \
         ::osg::BitVector(1) << NAME##FieldId;
 
+// Describes the field MEMBER, declared with NAME##FieldId and NAME##FieldMask,
+// to the class's type: the link joins the class's list while the program
+// starts, before the type that reads the list is made.
+#define OSG_FIELD_DESCRIPTION(FIELDTYPE, NAME, MEMBER)                             \
+  private:                                                                         \
+    ::osg::Field *getGenericField##NAME(void) { return &MEMBER; }                  \
+    static ::osg::FieldDescription *describeField##NAME(void)                      \
+    {                                                                              \
+        return new ::osg::FieldDescription(FIELDTYPE::getClassType(),              \
+            ::osg::fieldDescriptionName(#NAME).c_str(), NAME##FieldId,             \
+            NAME##FieldMask, false,                                                \
+            static_cast< ::osg::FieldAccessMethod>(                                \
+                &FieldSelfType::getGenericField##NAME));                           \
+    }                                                                              \
+    static inline ::osg::FieldDescriptionLink _fieldLink##NAME{                    \
+        _fieldDescriptions, &describeField##NAME };                                \
+  public:
+
 // A single field with the generated accessors (edit/get/set).
 #define OSG_SFIELD_NOSET(FIELDTYPE, NAME)                                          \
   public:                                                                          \
@@ -200,7 +222,7 @@ class FieldContainer
           FIELDTYPE::StoredType &get##NAME (void)       { return _sf##NAME.getValue(); } \
   protected:                                                                       \
     FIELDTYPE _sf##NAME;                                                           \
-  public:
+    OSG_FIELD_DESCRIPTION(FIELDTYPE, NAME, _sf##NAME)
 
 #define OSG_SFIELD(FIELDTYPE, NAME)                                                \
     OSG_SFIELD_NOSET(FIELDTYPE, NAME)                                              \
@@ -219,11 +241,12 @@ class FieldContainer
     const FIELDTYPE &get##NAME(void) const { return _mf##NAME; }                   \
   protected:                                                                       \
     FIELDTYPE _mf##NAME;                                                           \
-  public:
+    OSG_FIELD_DESCRIPTION(FIELDTYPE, NAME, _mf##NAME)
 
 // Pointer typedefs of a container, as OSGFooFields.h declares them.
 #define OSG_FC_PTR_DECL(CLASS, PARENTPTR)                                          \
     class CLASS;                                                                   \
+    ::osg::FieldContainerType &osgClassTypeOf(CLASS *);                            \
     typedef ::osg::FCPtr<PARENTPTR, CLASS> CLASS##Ptr;                             \
     typedef ::osg::SField<CLASS##Ptr>      SF##CLASS##Ptr;                         \
     typedef ::osg::MField<CLASS##Ptr>      MF##CLASS##Ptr;
@@ -242,10 +265,11 @@ struct FieldDataTraits<FCPtr<BasePtrTypeT, FieldContainerTypeT> > :
 {
     static DataType &getType(void)
     {
-        static const std::string name =
-            std::string(FieldContainerTypeT::getClassType().getCName()) + "Ptr";
-        static const std::string parent =
-            std::string(BasePtrTypeT::StoredObjectType::getClassType().getCName()) + "Ptr";
+        // Through osgClassTypeOf: the classes may be incomplete here.
+        static const std::string name = std::string(
+            osgClassTypeOf(static_cast<FieldContainerTypeT *>(NULL)).getCName()) + "Ptr";
+        static const std::string parent = std::string(osgClassTypeOf(
+            static_cast<typename BasePtrTypeT::StoredObjectType *>(NULL)).getCName()) + "Ptr";
         static DataType type(name.c_str(), parent.c_str());
         return type;
     }

@@ -70,12 +70,22 @@ class FieldContainerPtrBase
     void dump(UInt32 uiIndent = 0, const BitVector bvFlags = 0) const;
 
   protected:
+    friend struct ContainerPtrAccess;
+
     explicit FieldContainerPtrBase(const FieldContainer *source) :
         _storeP(const_cast<FieldContainer *>(source)) {}
 
     void boolDummy(void) const {}
 
     FieldContainer *_storeP;
+};
+
+// Reads and writes the container of any pointer type; the fields use it to
+// offer their pointers generically. The writer checks no type.
+struct ContainerPtrAccess
+{
+    static FieldContainer *get(const FieldContainerPtrBase &ptr) { return ptr._storeP; }
+    static void set(FieldContainerPtrBase &ptr, FieldContainer *fc) { ptr._storeP = fc; }
 };
 
 class FieldContainerPtr : public FieldContainerPtrBase

@@ -20,6 +20,18 @@ typedef FCPtr<FieldContainerPtr, AttachmentContainer> AttachmentContainerPtr;
 typedef FCPtr<AttachmentContainerPtr, NodeCore>       NodeCorePtr;
 typedef FCPtr<FieldContainerPtr, Attachment>          AttachmentPtr;
 
+class FieldContainerType;
+class FieldContainer;
+class Node;
+
+// The type of a container class, reachable where the class is only declared:
+// declared with each class's pointer type, defined with its type object.
+FieldContainerType &osgClassTypeOf(FieldContainer      *);
+FieldContainerType &osgClassTypeOf(AttachmentContainer *);
+FieldContainerType &osgClassTypeOf(NodeCore            *);
+FieldContainerType &osgClassTypeOf(Attachment          *);
+FieldContainerType &osgClassTypeOf(Node                *);
+
 typedef void              (*InitContainerF   )(void);
 typedef FieldContainerPtr (*PrototypeCreateF )(void);
 
@@ -33,7 +45,8 @@ class FieldContainerType : public DataType
                        InitContainerF      fInitMethod       = NULL,
                        FieldDescription  **pDesc             = NULL,
                        UInt32              uiDescByteCounter = 0,
-                       bool                bDescsAddable     = false);
+                       bool                bDescsAddable     = false,
+                       FieldDescriptionList *pDescList       = NULL);
     virtual ~FieldContainerType(void);
 
     UInt16              getGroupId          (void) const { return _uiGroupId; }
@@ -78,6 +91,9 @@ class FieldContainerType : public DataType
     FieldContainerPtr               _pPrototype;
     PrototypeCreateF                _fPrototypeCreate;
     std::vector<FieldDescription *> _vDescVec;
+    // Descriptions that the class's field declarations gathered; read when
+    // the type is initialised, once every field type exists.
+    FieldDescriptionList           *_pDescList;
 };
 
 } // namespace osg

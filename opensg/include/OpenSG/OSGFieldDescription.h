@@ -4,6 +4,8 @@
 #include <OpenSG/OSGTypeBase.h>
 #include <OpenSG/OSGField.h>
 
+#include <string>
+
 namespace osg
 {
 
@@ -50,6 +52,49 @@ class FieldDescription
     FieldAccessMethod  _fAccessMethod;
     std::string        _defaultValue;
 };
+
+class FieldDescriptionLink;
+
+// The field descriptions of one container class, gathered from its field
+// declarations during static initialisation; constant-initialised, so that
+// links may join it before anything else of the class exists.
+class FieldDescriptionList
+{
+  public:
+    constexpr FieldDescriptionList(void) :
+        _first(NULL), _last(NULL), _descs(NULL), _count(0) {}
+
+    // The descriptions as an array, as FieldContainerType takes them; made
+    // on first use and kept for the life of the process.
+    FieldDescription **getDescriptions(void);
+    UInt32             getByteSize    (void);
+
+  private:
+    friend class FieldDescriptionLink;
+
+    FieldDescriptionLink  *_first;
+    FieldDescriptionLink  *_last;
+    FieldDescription     **_descs;
+    UInt32                 _count;
+};
+
+class FieldDescriptionLink
+{
+  public:
+    typedef FieldDescription *(*DescribeF)(void);
+
+    FieldDescriptionLink(FieldDescriptionList &list, DescribeF describe);
+
+  private:
+    friend class FieldDescriptionList;
+
+    DescribeF             _describe;
+    FieldDescriptionLink *_next;
+};
+
+// A field's description name from its accessor name: "TravMask" gives
+// "travMask"; names that start with "GL" keep it.
+std::string fieldDescriptionName(const Char8 *accessorName);
 
 } // namespace osg
 

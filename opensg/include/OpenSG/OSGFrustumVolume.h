@@ -94,4 +94,7 @@ bool intersect(const FrustumVolume &frustum, const Volume &vol,
 
 } // namespace osg
 
+// The free intersect/extend functions come with every volume type.
+#include <OpenSG/OSGVolumeFunctions.h>
+
 #endif

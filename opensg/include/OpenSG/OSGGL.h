@@ -1,7 +1,9 @@
 #ifndef _OSGGL_H_
 #define _OSGGL_H_
 
-// GL entry points come from libepoxy so that every extension is reachable.
-#include <epoxy/gl.h>
+// The system GL header, so that programs can mix it freely with their own GL,
+// EGL, GLU or GLUT includes. The runtime reaches newer entry points through a
+// loader in its sources only.
+#include <GL/gl.h>
 
 #endif

@@ -2,6 +2,7 @@
 #define _OSGGLEXT_H_
 
 #include <OpenSG/OSGGL.h>
+#include <GL/glext.h>
 
 #ifndef GL_HALF_FLOAT_NV
 #define GL_HALF_FLOAT_NV 0x140B

@@ -2,5 +2,6 @@
 #define _OSGGLU_H_
 
 #include <OpenSG/OSGGL.h>
+#include <GL/glu.h>
 
 #endif

@@ -49,6 +49,44 @@ class MField : public Field
     virtual const FieldType &getType(void) const { return getClassType(); }
     virtual UInt32           getSize(void) const { return UInt32(_values.size()); }
 
+    static constexpr bool HoldsContainers =
+        std::is_base_of<FieldContainerPtrBase, FieldTypeT>::value;
+
+    virtual UInt32 getNumContainerPtrs(void) const override
+    {
+        return HoldsContainers ? UInt32(_values.size()) : 0;
+    }
+    virtual FieldContainer *getContainerPtr(UInt32 index) const override
+    {
+        if constexpr(HoldsContainers)
+            return index < _values.size() ? ContainerPtrAccess::get(_values[index]) : NULL;
+        return NULL;
+    }
+    virtual void setContainerPtr(UInt32 index, FieldContainer *fc) override
+    {
+        if constexpr(HoldsContainers)
+        {
+            if(index < _values.size())
+                ContainerPtrAccess::set(_values[index], fc);
+        }
+    }
+    virtual void addContainerPtr(FieldContainer *fc) override
+    {
+        if constexpr(HoldsContainers)
+        {
+            _values.push_back(FieldTypeT());
+            ContainerPtrAccess::set(_values.back(), fc);
+        }
+    }
+    virtual void subContainerPtr(UInt32 index) override
+    {
+        if constexpr(HoldsContainers)
+        {
+            if(index < _values.size())
+                _values.erase(_values.begin() + index);
+        }
+    }
+
           StorageType &getValues(void)       { return _values; }
     const StorageType &getValues(void) const { return _values; }
 

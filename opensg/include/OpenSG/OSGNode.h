@@ -10,6 +10,7 @@
 #include <OpenSG/OSGDynamicVolume.h>
 
 #include <string>
+#include <vector>
 
 namespace osg
 {
@@ -107,10 +108,28 @@ class Node : public AttachmentContainer
     SFNodePtr       _sfParent;
     MFNodePtr       _mfChildren;
     SFNodeCorePtr   _sfCore;
+
+    OSG_FIELD_DESCRIPTION(SFDynamicVolume, Volume,   _sfVolume)
+    OSG_FIELD_DESCRIPTION(SFUInt32,        TravMask, _sfTravMask)
+    OSG_FIELD_DESCRIPTION(SFNodePtr,       Parent,   _sfParent)
+    OSG_FIELD_DESCRIPTION(MFNodePtr,       Children, _mfChildren)
+    OSG_FIELD_DESCRIPTION(SFNodeCorePtr,   Core,     _sfCore)
 };
 
 
 NodePtr cloneTree    (const NodePtr &pRootNode);
+
+// Copies of src and of every container it holds a reference to, except those
+// of the named types (and types derived from them), which are shared. The
+// share string lists type names separated by commas or spaces.
+FieldContainerPtr deepClone(const FieldContainerPtr &src,
+                            const std::vector<std::string> &share);
+FieldContainerPtr deepClone(const FieldContainerPtr &src,
+                            const std::string &shareString = "");
+
+// New nodes with deep copies of the cores; a core used by several nodes of
+// the tree is copied once and used by their copies alike.
+NodePtr deepCloneTree(const NodePtr &src, const std::vector<std::string> &share);
 NodePtr deepCloneTree(const NodePtr &src, const std::string &shareString = "");
 
 } // namespace osg

@@ -140,6 +140,8 @@ inline std::istream &operator >>(std::istream &is, Real16 &h)
 template <>
 struct TypeTraits<Real16>
 {
+    typedef Real32 RealReturnType;
+
     static Real16 getZeroElement(void) { return Real16(0.f);      }
     static Real16 getOneElement (void) { return Real16(1.f);      }
     static Real16 getMax        (void) { return Real16::fromBits(0x7bff); }

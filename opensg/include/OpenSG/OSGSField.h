@@ -3,6 +3,9 @@
 
 #include <OpenSG/OSGField.h>
 #include <OpenSG/OSGFieldDataType.h>
+#include <OpenSG/OSGFieldContainerPtr.h>
+
+#include <type_traits>
 
 namespace osg
 {
@@ -30,6 +33,25 @@ class SField : public Field
 
     virtual const FieldType &getType(void) const { return getClassType(); }
     virtual UInt32           getSize(void) const { return 1; }
+
+    static constexpr bool HoldsContainers =
+        std::is_base_of<FieldContainerPtrBase, FieldTypeT>::value;
+
+    virtual UInt32 getNumContainerPtrs(void) const override
+    {
+        return HoldsContainers ? 1 : 0;
+    }
+    virtual FieldContainer *getContainerPtr(UInt32) const override
+    {
+        if constexpr(HoldsContainers)
+            return ContainerPtrAccess::get(_value);
+        return NULL;
+    }
+    virtual void setContainerPtr(UInt32, FieldContainer *fc) override
+    {
+        if constexpr(HoldsContainers)
+            ContainerPtrAccess::set(_value, fc);
+    }
 
           FieldTypeT &getValue(void)       { return _value; }
     const FieldTypeT &getValue(void) const { return _value; }

@@ -49,4 +49,7 @@ class SphereVolume : public Volume
 
 } // namespace osg
 
+// The free intersect/extend functions come with every volume type.
+#include <OpenSG/OSGVolumeFunctions.h>
+
 #endif

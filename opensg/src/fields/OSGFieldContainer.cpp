@@ -8,6 +8,11 @@ const NullFieldContainerPtr NullFC;
 
 FieldContainerType FieldContainer::_type("FieldContainer");
 
+FieldContainerType &osgClassTypeOf(FieldContainer *)
+{
+    return FieldContainer::getClassType();
+}
+
 FieldContainer::FieldContainer(void) :
     _refCount   (0),
     _containerId(0)
@@ -202,10 +207,8 @@ ChangeList *Thread::getCurrentChangeList(void)
     return &list;
 }
 
-// Nothing consumes the list with one aspect; keep it bounded so programs
-// that never clear it do not grow without end.
-static const size_t s_maxChangeEntries = 1 << 16;
-
+// Entries stay until the application clears or applies the list: dropping
+// them would lose changes that a consumer of the list has not seen yet.
 void ChangeList::addChanged(UInt32 uiContainerId, BitVector bvWhichField)
 {
     if(!_changed.empty() && _changed.back().first == uiContainerId)
@@ -213,22 +216,16 @@ void ChangeList::addChanged(UInt32 uiContainerId, BitVector bvWhichField)
         _changed.back().second |= bvWhichField;
         return;
     }
-    if(_changed.size() >= s_maxChangeEntries)
-        _changed.clear();
     _changed.push_back(ChangeEntry(uiContainerId, bvWhichField));
 }
 
 void ChangeList::addCreated(UInt32 uiContainerId)
 {
-    if(_created.size() >= s_maxChangeEntries)
-        _created.clear();
     _created.push_back(uiContainerId);
 }
 
 void ChangeList::addDestroyed(UInt32 uiContainerId)
 {
-    if(_destroyed.size() >= s_maxChangeEntries)
-        _destroyed.clear();
     _destroyed.push_back(uiContainerId);
 }
 

@@ -18,7 +18,8 @@ FieldContainerType::FieldContainerType(const Char8        *szName,
                                        InitContainerF      fInitMethod,
                                        FieldDescription  **pDesc,
                                        UInt32              uiDescByteCounter,
-                                       bool                ) :
+                                       bool                ,
+                                       FieldDescriptionList *pDescList) :
     DataType         (szName, szParentName),
     _uiGroupId       (0),
     _bInitialized    (false),
@@ -26,7 +27,8 @@ FieldContainerType::FieldContainerType(const Char8        *szName,
     _szGroupName     (szGroupName != NULL ? szGroupName : (szName != NULL ? szName : "")),
     _pPrototype      (),
     _fPrototypeCreate(fPrototypeCreate),
-    _vDescVec        ()
+    _vDescVec        (),
+    _pDescList       (pDescList)
 {
     UInt32 numDesc = uiDescByteCounter / sizeof(FieldDescription *);
     for(UInt32 i = 0; pDesc != NULL && i < numDesc; ++i)
@@ -67,9 +69,22 @@ bool FieldContainerType::initialize(void)
 
     _bInitialized = true;
 
+    if(_pDescList != NULL)
+    {
+        FieldDescription **descs = _pDescList->getDescriptions();
+        const UInt32       count = _pDescList->getByteSize() / sizeof(FieldDescription *);
+        for(UInt32 i = 0; i < count; ++i)
+            _vDescVec.push_back(descs[i]);
+    }
+
     if(_fPrototypeCreate != NULL && _pPrototype == NullFC)
     {
+        // Containers skip their resources while starting up; a prototype
+        // made for a type registered after osgInit must skip them too.
+        const SystemState state = GlobalSystemState;
+        GlobalSystemState = Startup;
         _pPrototype = _fPrototypeCreate();
+        GlobalSystemState = state;
         addRefCP(_pPrototype);
     }
     return true;

@@ -1,6 +1,12 @@
 #include <OpenSG/OSGNode.h>
 #include <OpenSG/OSGNodeCore.h>
 
+#include <OpenSG/OSGFieldContainerFactory.h>
+
+#include <cctype>
+#include <map>
+#include <set>
+
 namespace osg
 {
 
@@ -11,7 +17,8 @@ static FieldContainerPtr createNodePrototype(void)
 }
 
 FieldContainerType Node::_type("Node", "AttachmentContainer", NULL,
-                               &createNodePrototype, &Node::initMethod);
+                               &createNodePrototype, &Node::initMethod,
+                               NULL, 0, false, &Node::_fieldDescriptions);
 
 NodePtr Node::create(void)
 {
@@ -483,10 +490,158 @@ NodePtr cloneTree(const NodePtr &pRootNode)
     return root;
 }
 
-NodePtr deepCloneTree(const NodePtr &src, const std::string &)
+namespace
 {
-    // Cores are shared; a full deep copy needs field descriptions per type.
-    return cloneTree(src);
+
+typedef std::map<FieldContainer *, FieldContainer *> CloneMap;
+
+std::vector<std::string> splitShareString(const std::string &shareString)
+{
+    std::vector<std::string> names;
+    std::string name;
+    for(char c : shareString + ",")
+    {
+        if(c == ',' || std::isspace(static_cast<unsigned char>(c)))
+        {
+            if(!name.empty())
+                names.push_back(name);
+            name.clear();
+        }
+        else
+            name += c;
+    }
+    return names;
+}
+
+bool isShared(const FieldContainerType &type, const std::vector<std::string> &share)
+{
+    for(const std::string &name : share)
+    {
+        FieldContainerType *shared = FieldContainerFactory::the()->findType(name.c_str());
+        if(shared != NULL && type.isDerivedFrom(*shared))
+            return true;
+    }
+    return false;
+}
+
+// The reference counts of the containers that fc's fields point to.
+std::map<FieldContainer *, Int32> pointeeRefCounts(FieldContainer *fc)
+{
+    std::map<FieldContainer *, Int32> counts;
+    for(UInt32 id = 1; id <= fc->getType().getNumFieldDescs(); ++id)
+    {
+        Field *field = fc->getField(id);
+        for(UInt32 i = 0; field != NULL && i < field->getNumContainerPtrs(); ++i)
+        {
+            FieldContainer *pointee = field->getContainerPtr(i);
+            if(pointee != NULL)
+                counts[pointee] = FieldContainerPtr(pointee).getRefCount();
+        }
+    }
+    return counts;
+}
+
+// Moves owner from the back links of the container it left to those of the
+// copy that replaced it.
+void moveParentLink(FieldContainer *from, FieldContainer *to, FieldContainer *owner)
+{
+    Field *fromParents = from->getField("parents");
+    Field *toParents   = to  ->getField("parents");
+    if(fromParents == NULL || toParents == NULL)
+        return;
+    for(UInt32 i = 0; i < fromParents->getNumContainerPtrs(); ++i)
+    {
+        if(fromParents->getContainerPtr(i) == owner)
+        {
+            fromParents->subContainerPtr(i);
+            toParents->addContainerPtr(owner);
+            return;
+        }
+    }
+}
+
+FieldContainerPtr deepCloneContainer(const FieldContainerPtr &src,
+                                     const std::vector<std::string> &share,
+                                     CloneMap &clones)
+{
+    if(src == NullFC || isShared(src->getType(), share))
+        return src;
+    CloneMap::const_iterator known = clones.find(src.getCPtr());
+    if(known != clones.end())
+        return FieldContainerPtr(known->second);
+
+    const std::map<FieldContainer *, Int32> before = pointeeRefCounts(src.getCPtr());
+    FieldContainerPtr dst = src->shallowCopy();
+    clones[src.getCPtr()] = dst.getCPtr();
+
+    // The copy takes a reference on what its class owns; what it points to
+    // without one (beacons, parents) is a link and stays.
+    std::set<FieldContainer *> owned;
+    for(const auto &entry : before)
+    {
+        if(FieldContainerPtr(entry.first).getRefCount() > entry.second)
+            owned.insert(entry.first);
+    }
+
+    for(UInt32 id = 1; id <= dst->getType().getNumFieldDescs(); ++id)
+    {
+        Field *field = dst->getField(id);
+        for(UInt32 i = 0; field != NULL && i < field->getNumContainerPtrs(); ++i)
+        {
+            FieldContainer *pointee = field->getContainerPtr(i);
+            if(pointee == NULL || owned.count(pointee) == 0)
+                continue;
+            FieldContainerPtr copy = deepCloneContainer(FieldContainerPtr(pointee),
+                                                        share, clones);
+            if(copy.getCPtr() == pointee)
+                continue;
+            addRefCP(copy);
+            field->setContainerPtr(i, copy.getCPtr());
+            moveParentLink(pointee, copy.getCPtr(), dst.getCPtr());
+            subRefCP(FieldContainerPtr(pointee));
+        }
+    }
+    return dst;
+}
+
+NodePtr deepCloneNode(const NodePtr &src, const std::vector<std::string> &share,
+                      CloneMap &clones)
+{
+    if(src == NullFC)
+        return NodePtr();
+
+    NodePtr dst = Node::create();
+    beginEditCP(dst, Node::TravMaskFieldMask | Node::CoreFieldMask | Node::ChildrenFieldMask);
+    dst->setTravMask(src->getTravMask());
+    dst->setCore(NodeCorePtr::dcast(deepCloneContainer(src->getCore(), share, clones)));
+    for(UInt32 i = 0; i < src->getNChildren(); ++i)
+        dst->addChild(deepCloneNode(src->getChild(i), share, clones));
+    endEditCP(dst, Node::TravMaskFieldMask | Node::CoreFieldMask | Node::ChildrenFieldMask);
+    return dst;
+}
+
+} // namespace
+
+FieldContainerPtr deepClone(const FieldContainerPtr &src, const std::vector<std::string> &share)
+{
+    CloneMap clones;
+    return deepCloneContainer(src, share, clones);
+}
+
+FieldContainerPtr deepClone(const FieldContainerPtr &src, const std::string &shareString)
+{
+    return deepClone(src, splitShareString(shareString));
+}
+
+NodePtr deepCloneTree(const NodePtr &src, const std::vector<std::string> &share)
+{
+    CloneMap clones;
+    return deepCloneNode(src, share, clones);
+}
+
+NodePtr deepCloneTree(const NodePtr &src, const std::string &shareString)
+{
+    return deepCloneTree(src, splitShareString(shareString));
 }
 
 // --- NodeCore ---------------------------------------------------------------

@@ -70,7 +70,10 @@ FBOViewport::FBOViewport(void) :
     _sfStencilBufferIndex     (0),
     _prevFramebuffer          (0),
     _prevDrawBuffers          (),
-    _prevReadBuffer           (GL_NONE)
+    _prevReadBuffer           (GL_NONE),
+    _glFramebufferObject      (0),
+    _glDepthObject            (0),
+    _glStencilObject          (0)
 {
 }
 
@@ -95,7 +98,10 @@ FBOViewport::FBOViewport(const FBOViewport &source) :
     _sfStencilBufferIndex     (0),
     _prevFramebuffer          (0),
     _prevDrawBuffers          (),
-    _prevReadBuffer           (GL_NONE)
+    _prevReadBuffer           (GL_NONE),
+    _glFramebufferObject      (0),
+    _glDepthObject            (0),
+    _glStencilObject          (0)
 {
 }
 
@@ -105,7 +111,50 @@ FBOViewport::~FBOViewport(void)
 
 void FBOViewport::onDestroy(void)
 {
+    // Deleted by each window that made them, at its next frameExit.
+    const UInt32 objects[] = { _glFramebufferObject, _glDepthObject, _glStencilObject };
+    for(UInt32 id : objects)
+    {
+        if(id != 0)
+            Window::destroyGLObject(id);
+    }
     Inherited::onDestroy();
+}
+
+namespace
+{
+
+void destroyFramebuffer(Window *win, UInt32 idstatus)
+{
+    UInt32 id;
+    Window::GLObjectStatusE status;
+    Window::unpackIdStatus(idstatus, id, status);
+    GLuint name = win->getGLObjectId(id);
+    if(status == Window::destroy && name != 0)
+        glDeleteFramebuffers(1, &name);
+}
+
+void destroyRenderbuffer(Window *win, UInt32 idstatus)
+{
+    UInt32 id;
+    Window::GLObjectStatusE status;
+    Window::unpackIdStatus(idstatus, id, status);
+    GLuint name = win->getGLObjectId(id);
+    if(status == Window::destroy && name != 0)
+        glDeleteRenderbuffers(1, &name);
+}
+
+} // namespace
+
+void FBOViewport::keepGLName(Window *win, UInt32 &objectId, bool framebuffer, GLuint name)
+{
+    if(win == NULL)
+        return;
+    if(objectId == 0)
+        objectId = Window::registerGLObject(Window::GLObjectFunctor(
+            framebuffer ? &destroyFramebuffer : &destroyRenderbuffer));
+    win->validateGLObject(objectId);
+    win->setGLObjectId(objectId, name);
 }
 
 void FBOViewport::changed(BitVector whichField, UInt32 origin)
@@ -127,7 +176,7 @@ Int32 FBOViewport::getMaxBuffers(void)
 }
 
 // Replaces an earlier framebuffer (resize) instead of leaking it.
-bool FBOViewport::initialize(Window *, Int32 format)
+bool FBOViewport::initialize(Window *win, Int32 format)
 {
     GLuint fb = getFrameBufferIndex();
     if(fb != 0)
@@ -183,6 +232,10 @@ bool FBOViewport::initialize(Window *, Int32 format)
         setStencilBufferIndex(stencil);
     }
     glBindRenderbuffer(GL_RENDERBUFFER, GLuint(prevRenderbuffer));
+
+    keepGLName(win, _glFramebufferObject, true,  fb);
+    keepGLName(win, _glDepthObject,       false, getDepthBufferIndex());
+    keepGLName(win, _glStencilObject,     false, getStencilBufferIndex());
 
     return fb != 0;
 }

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <type_traits>
 
 using namespace osg;
 
@@ -589,4 +590,32 @@ TEST(Matrix, Inverse3AndTransposeWorkOnTheirBlocks)
     for(int r = 0; r < 4; ++r)
         for(int c = 0; c < 4; ++c)
             EXPECT_EQ(t[c][r], rows[c][r]);
+}
+
+TEST(BaseMathFunctions, IntegerArgumentsComputeInReal32)
+{
+    struct Case { const char *name; Real32 got; double expected; };
+    const Case cases[] = {
+        { "deg2rad(60)",       deg2rad(60),             std::acos(-1.0) / 3.0 },
+        { "osgdegree2rad(90)", osgdegree2rad(90),       std::acos(-1.0) / 2.0 },
+        { "rad2deg(1)",        rad2deg(1),              180.0 / std::acos(-1.0) },
+        { "osgrad2degree(2)",  osgrad2degree(2),        360.0 / std::acos(-1.0) },
+        { "osgsqrt(2)",        osgsqrt(2),              std::sqrt(2.0) },
+        { "osgsin(1)",         osgsin(1),               std::sin(1.0) },
+        { "osgcos(1)",         osgcos(1),               std::cos(1.0) },
+        { "osgtan(1)",         osgtan(1),               std::tan(1.0) },
+        { "osgatan2(1, 2)",    osgatan2(1, 2),          std::atan2(1.0, 2.0) },
+        { "osgpow(2, -1)",     osgpow(2, -1),           0.5 },
+        { "osgexp(1)",         osgexp(1),               std::exp(1.0) },
+        { "osgsqrt(UInt8 3)",  osgsqrt(UInt8(3)),       std::sqrt(3.0) },
+    };
+    // Real32 rounding of the results.
+    for(const Case &c : cases)
+        EXPECT_NEAR(c.got, c.expected, 1e-6 * std::fabs(c.expected) + 1e-7) << c.name;
+
+    EXPECT_TRUE((std::is_same<decltype(deg2rad(60)),      Real32>::value));
+    EXPECT_TRUE((std::is_same<decltype(osgsqrt(Int64(4))), Real32>::value));
+    EXPECT_TRUE((std::is_same<decltype(osgcos(1.0f)),     Real32>::value));
+    EXPECT_TRUE((std::is_same<decltype(deg2rad(60.0)),    Real64>::value));
+    EXPECT_TRUE((std::is_same<decltype(osgabs(-3)),       int>::value));
 }

@@ -5,6 +5,15 @@
 #include <OpenSG/OSGNode.h>
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGSFSysTypes.h>
+#include <OpenSG/OSGChangeList.h>
+#include <OpenSG/OSGThread.h>
+#include <OpenSG/OSGFBOViewport.h>
+#include <OpenSG/OSGGeometry.h>
+#include <OpenSG/OSGPerspectiveCamera.h>
+#include <OpenSG/OSGSHLChunk.h>
+#include <OpenSG/OSGSolidBackground.h>
+#include <OpenSG/OSGTextureChunk.h>
+#include <OpenSG/OSGTransform.h>
 
 #include "support/LogCapture.h"
 
@@ -251,4 +260,129 @@ TEST(Init, InitFunctionsRunOnceAndStateIsRunning)
     EXPECT_EQ(GlobalSystemState, Running);
     EXPECT_TRUE(osgInit(0, NULL));
     EXPECT_EQ(GlobalSystemState, Running);
+}
+
+TEST(FieldContainerType, PrototypeOfATypeRegisteredLateIsMadeAsInStartup)
+{
+    ASSERT_EQ(GlobalSystemState, Running);
+    ProbeContainer::stateAtLastCreate = Running;
+
+    // As a library loaded after osgInit registers its types.
+    static FieldContainerType lateType("LateProbeContainer", "AttachmentContainer", NULL,
+        []() { return FieldContainerPtr(ProbeContainer::createEmpty()); }, NULL);
+
+    EXPECT_NE(lateType.getPrototype(), NullFC);
+    EXPECT_EQ(ProbeContainer::stateAtLastCreate, Startup);
+    EXPECT_EQ(GlobalSystemState, Running);
+}
+
+TEST(ChangeList, KeepsEveryEntryUntilCleared)
+{
+    ChangeList *list = Thread::getCurrentChangeList();
+    list->clearAll();
+
+    // More than any fixed cap a list might have; ids alternate so that no
+    // two neighbouring entries merge.
+    const UInt32 count = 70000;
+    for(UInt32 i = 0; i < count; ++i)
+    {
+        list->addChanged(1 + (i & 1), BitVector(1) << (i % 8));
+        list->addCreated(i + 1);
+        list->addDestroyed(i + 1);
+    }
+    EXPECT_EQ(list->sizeChanged(),   count);
+    EXPECT_EQ(list->sizeCreated(),   count);
+    EXPECT_EQ(list->sizeDestroyed(), count);
+    EXPECT_EQ(*list->beginCreated(), 1u);
+    EXPECT_EQ(*(list->endDestroyed() - 1), count);
+
+    list->clearAll();
+    EXPECT_EQ(list->sizeChanged(), 0u);
+}
+
+struct DescribedType
+{
+    const FieldContainerType &type;
+    UInt32                    nextFieldId;
+};
+
+// Every field a class declares, its parents' included, has a description.
+TEST(FieldReflection, EveryDeclaredFieldIsDescribed)
+{
+    const DescribedType types[] = {
+        { Node::getClassType(),               Node::NextFieldId               },
+        { SolidBackground::getClassType(),    SolidBackground::NextFieldId    },
+        { Transform::getClassType(),          Transform::NextFieldId          },
+        { Geometry::getClassType(),           Geometry::NextFieldId           },
+        { TextureChunk::getClassType(),       TextureChunk::NextFieldId       },
+        { FBOViewport::getClassType(),        FBOViewport::NextFieldId        },
+        { PerspectiveCamera::getClassType(),  PerspectiveCamera::NextFieldId  },
+        { SHLChunk::getClassType(),           SHLChunk::NextFieldId           },
+        { ProbeContainer::getClassType(),     ProbeContainer::NextFieldId     },
+    };
+    for(const DescribedType &t : types)
+    {
+        SCOPED_TRACE(t.type.getName());
+        EXPECT_EQ(t.type.getNumFieldDescs(), t.nextFieldId - 1);
+        for(UInt32 id = 1; id < t.nextFieldId; ++id)
+        {
+            const FieldDescription *desc = t.type.getFieldDescription(id);
+            ASSERT_NE(desc, nullptr) << "field id " << id;
+            EXPECT_EQ(desc->getFieldId(), id);
+            EXPECT_EQ(desc->getFieldMask(), BitVector(1) << id) << desc->getName();
+            EXPECT_EQ(t.type.findFieldDescription(desc->getCName()), desc);
+        }
+    }
+}
+
+// Described fields of every concrete type reach the container's own field.
+TEST(FieldReflection, DescriptionsReachTheFieldsOfEveryPrototype)
+{
+    FieldContainerFactory *factory = FieldContainerFactory::the();
+    UInt32 checked = 0;
+    for(auto it = factory->beginTypes(); it != factory->endTypes(); ++it)
+    {
+        FieldContainerType *type  = it->second;
+        FieldContainerPtr   proto = type->getPrototype();
+        if(proto == NullFC)
+            continue;
+        SCOPED_TRACE(type->getName());
+        for(UInt32 id = 1; id <= type->getNumFieldDescs(); ++id)
+        {
+            const FieldDescription *desc = type->getFieldDescription(id);
+            ASSERT_NE(desc, nullptr) << "field id " << id;
+            Field *field = proto->getField(id);
+            ASSERT_NE(field, nullptr) << desc->getName();
+            EXPECT_EQ(&field->getType(), &desc->getFieldType()) << desc->getName();
+            EXPECT_EQ(proto->getField(desc->getCName()), field) << desc->getName();
+            ++checked;
+        }
+    }
+    EXPECT_GT(checked, 100u);
+}
+
+TEST(FieldReflection, GenericAccessByNameEditsTheContainer)
+{
+    NodePtr node = Node::create();
+    addRefCP(node);
+    SFUInt32 *travMask = dynamic_cast<SFUInt32 *>(node->getField("travMask"));
+    ASSERT_NE(travMask, nullptr);
+    travMask->setValue(0x5u);
+    EXPECT_EQ(node->getTravMask(), 0x5u);
+    EXPECT_NE(node->getField("children"), nullptr);
+    EXPECT_NE(node->getField("core"),     nullptr);
+    EXPECT_EQ(node->getField("TravMask"), nullptr);
+    subRefCP(node);
+
+    SolidBackgroundPtr background = SolidBackground::create();
+    addRefCP(background);
+    EXPECT_EQ(background->getField("color"), background->getSFColor());
+    EXPECT_EQ(background->getField(SolidBackground::ColorFieldId), background->getSFColor());
+
+    TextureChunkPtr texture = TextureChunk::create();
+    addRefCP(texture);
+    EXPECT_EQ(texture->getField("GLId"),      texture->getSFGLId());
+    EXPECT_EQ(texture->getField("minFilter"), texture->getSFMinFilter());
+    subRefCP(texture);
+    subRefCP(background);
 }
