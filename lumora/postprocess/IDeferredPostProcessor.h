@@ -1,0 +1,85 @@
+#ifndef _LUMORA_IDEFERREDPOSTPROCESSOR_H_
+#define _LUMORA_IDEFERREDPOSTPROCESSOR_H_
+
+#include <OpenSG/OSGConfig.h>
+#include <OpenSG/OSGBaseTypes.h>
+#include <OpenSG/OSGChunkMaterial.h>
+#include <OpenSG/OSGMatrix.h>
+#include <OpenSG/OSGRenderAction.h>
+#include <OpenSG/OSGSHLChunk.h>
+#include <OpenSG/OSGTextureChunk.h>
+#include <OpenSG/OSGVector.h>
+#include <OpenSG/OSGWindow.h>
+
+#include <Lumora/OSGRenderTarget.h>
+
+OSG_BEGIN_NAMESPACE
+
+// A screen-space effect of the deferred viewport's chain: it reads the image
+// it is given (and the G-buffer as it needs), renders full-screen passes into
+// targets of its own and hands back its output texture, which the next
+// effect reads.
+//
+// Per frame: initialize once (lazily, the first frame it is switched on),
+// resize on window size changes, then update and perform.
+class IDeferredPostProcessor
+{
+  public:
+    IDeferredPostProcessor(void);
+    virtual ~IDeferredPostProcessor(void);
+
+    // The rectangle is inclusive; only its size matters to the targets.
+    virtual void initialize(WindowPtr     window,
+                            int           left,
+                            int           bottom,
+                            int           right,
+                            int           top,
+                            RenderTarget &gbuffer,
+                            UInt16        gbufferTextureCount) = 0;
+
+    virtual void resize(int left, int bottom, int right, int top) = 0;
+
+    virtual void update(const Matrix &viewing,
+                        const Matrix &projection,
+                        const Vec2f  &camNearFar) = 0;
+
+    // The result is texture 0 of the effect's own target, overwritten by
+    // the next perform.
+    virtual TextureChunkPtr perform(TextureChunkPtr input) = 0;
+
+    RenderTarget &getRenderTarget(void)       { return renderTarget; }
+    RenderAction *getRenderAction(void) const { return renderAction; }
+
+    // The full-screen pass every effect but the motion blur draws with.
+    static const char *s_strVertexShader;
+
+    // Read by the viewport to initialise lazily and resize only what exists.
+    bool initialized;
+
+  protected:
+    // Creates the render action for window and initialises renderTarget at
+    // the rectangle's size, from the target's own origin.
+    void initializeBase(WindowPtr window, int left, int bottom, int right, int top);
+
+    // A program of the shared vertex text and the given fragment text.
+    static SHLChunkPtr createShader(const char *fragmentProgram);
+
+    // A material holding the chunks in order; the first texture added
+    // takes unit 0.
+    static ChunkMaterialPtr createMaterial(StateChunkPtr shader);
+
+    // Renders material full-screen into target with input added for the
+    // pass and removed after it.
+    void renderPass(RenderTarget &target, ChunkMaterialPtr material, TextureChunkPtr input);
+
+    RenderTarget  renderTarget;
+    RenderAction *renderAction;
+
+  private:
+    IDeferredPostProcessor(const IDeferredPostProcessor &) = delete;
+    IDeferredPostProcessor &operator =(const IDeferredPostProcessor &) = delete;
+};
+
+OSG_END_NAMESPACE
+
+#endif
