@@ -10,6 +10,7 @@
 #include "support/LiveObjects.h"
 #include "support/TextureImage.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -121,7 +122,11 @@ struct ExpectedOcclusion
                         const int j = clampIndex(iy) * Size + clampIndex(ix);
                         if(1.0 - dot(normals[j], n) < 0.001)
                             return 0.0;
-                        const double d = attenuation * ((currentZ - s.z) - depthAt(j) - bias);
+                        const double gap = (currentZ - s.z) - depthAt(j) - bias;
+                        // The GPU's linear depth carries about 1e-5 of error.
+                        if(std::abs(gap) < 1e-4)
+                            return -1.0;
+                        const double d = attenuation * gap;
                         return d >= 0.0 ? 1.0 / (1.0 + d * d) : 0.0;
                     };
                     const int ix = int(std::floor(px));
@@ -130,10 +135,10 @@ struct ExpectedOcclusion
                     // Near a texel edge the texel across it may be read instead.
                     const int nx = px - ix < 1e-3 ? ix - 1 : (ix + 1 - px < 1e-3 ? ix + 1 : ix);
                     const int ny = py - iy < 1e-3 ? iy - 1 : (iy + 1 - py < 1e-3 ? iy + 1 : iy);
-                    if(contribution(nx, iy) != value || contribution(ix, ny) != value ||
+                    if(value < 0.0 || contribution(nx, iy) != value || contribution(ix, ny) != value ||
                        contribution(nx, ny) != value)
                         rawUncertain[i] = true;
-                    occlusion += value;
+                    occlusion += std::max(value, 0.0);
                 }
                 raw[i] = std::round((1.0 - occlusion / 32.0) * 255.0) / 255.0;
             }
@@ -189,15 +194,20 @@ struct ExpectedOcclusion
 };
 
 // A wall facing the camera at depth 10 on the left half and a side wall
-// facing it on the right half, coming nearer by 0.2 a pixel: an inside
+// facing it on the right half, coming nearer by slope a pixel: an inside
 // corner along x = 32. The top rows hold no geometry.
-Surface corner(int x, int y)
+Surface corner(int x, int y, Real32 slope)
 {
     if(y >= 56)
         return Surface{false, Vec3f(0, 0, 1), Real32(Far)};
     if(x < 32)
         return Surface{true, Vec3f(0, 0, 1), 10.0f};
-    return Surface{true, Vec3f(-1, 0, 0), 10.0f - 0.2f * Real32(x - 31)};
+    return Surface{true, Vec3f(-1, 0, 0), 10.0f - slope * Real32(x - 31)};
+}
+
+Surface steepCorner(int x, int y)
+{
+    return corner(x, y, 0.2f);
 }
 
 // Values a half float stores exactly, so that untouched pixels compare equal.
@@ -270,21 +280,25 @@ TEST_F(DeferredSSAOPostProcessorTest, InsideCornerDarkensByTheKernelsPrediction)
     struct Case
     {
         const char *name;
-        Real32      scale, attenuation;
+        Real32      slope, scale, attenuation;
         Rectangle   initial;
         bool        resize;
         Rectangle   resized;
+        double      darkestAtMost;
     };
     const Case cases[] =
     {
-        {"weak fall-off",                    0.01f,  0.0025f, {0, 0, 63, 63},  false, {}},
-        {"strong fall-off, offset viewport", 0.01f,  0.5f,    {7, 11, 70, 74}, false, {}},
-        {"resized from 32 x 48",             0.006f, 0.05f,   {0, 0, 31, 47},  true,  {3, 5, 66, 68}},
+        {"weak fall-off",                    0.2f,  0.01f,  0.0025f, {0, 0, 63, 63},  false, {}, 0.8},
+        {"strong fall-off, offset viewport", 0.2f,  0.01f,  0.5f,    {7, 11, 70, 74}, false, {}, 0.8},
+        {"resized from 32 x 48",             0.2f,  0.006f, 0.05f,   {0, 0, 31, 47},  true,  {3, 5, 66, 68}, 0.8},
+        // Depth gaps as small as the samples' own depth offsets and the bias.
+        {"shallow corner",                   0.01f, 0.01f,  0.5f,    {0, 0, 63, 63},  false, {}, 0.95},
     };
     for(const Case &c : cases)
     {
         SCOPED_TRACE(c.name);
-        RenderTarget   &gbuffer = makeGBuffer(corner);
+        auto surface = [&](int x, int y) { return corner(x, y, c.slope); };
+        RenderTarget   &gbuffer = makeGBuffer(surface);
         TextureChunkPtr scene   = makeScene(checkerColour);
 
         DeferredSSAOPostProcessor ssao;
@@ -294,7 +308,7 @@ TEST_F(DeferredSSAOPostProcessorTest, InsideCornerDarkensByTheKernelsPrediction)
         ASSERT_EQ(out.width(), Size);
         ASSERT_EQ(out.height(), Size);
 
-        const ExpectedOcclusion expected(corner, c.scale, c.attenuation);
+        const ExpectedOcclusion expected(surface, c.scale, c.attenuation);
         int compared = 0;
         double darkest = 1.0;
         for(int y = 2; y < 56; ++y)
@@ -316,14 +330,14 @@ TEST_F(DeferredSSAOPostProcessorTest, InsideCornerDarkensByTheKernelsPrediction)
                 }
             }
         // The corner is really dark and hardly any pixel went unchecked.
-        EXPECT_LT(darkest, 0.8);
+        EXPECT_LT(darkest, c.darkestAtMost);
         EXPECT_GT(compared, 60 * 54 * 9 / 10);
     }
 }
 
 TEST_F(DeferredSSAOPostProcessorTest, PixelsWithoutGeometryKeepTheExactSceneColour)
 {
-    RenderTarget   &gbuffer = makeGBuffer(corner);
+    RenderTarget   &gbuffer = makeGBuffer(steepCorner);
     TextureChunkPtr scene   = makeScene(checkerColour);
 
     DeferredSSAOPostProcessor ssao;
@@ -339,7 +353,7 @@ TEST_F(DeferredSSAOPostProcessorTest, PixelsWithoutGeometryKeepTheExactSceneColo
 
 TEST_F(DeferredSSAOPostProcessorTest, KernelAndNoiseAreTheSameOnEveryRun)
 {
-    RenderTarget &gbuffer = makeGBuffer(corner);
+    RenderTarget &gbuffer = makeGBuffer(steepCorner);
     const Randomness expected;
 
     for(int run = 0; run < 2; ++run)
@@ -368,7 +382,7 @@ TEST_F(DeferredSSAOPostProcessorTest, KernelAndNoiseAreTheSameOnEveryRun)
 
 TEST_F(DeferredSSAOPostProcessorTest, ReleasesEverythingItCreated)
 {
-    RenderTarget   &gbuffer = makeGBuffer(corner);
+    RenderTarget   &gbuffer = makeGBuffer(steepCorner);
     TextureChunkPtr scene   = makeScene(checkerColour);
 
     auto cycle = [&]() {
