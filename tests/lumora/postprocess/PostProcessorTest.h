@@ -18,8 +18,8 @@ namespace posttest
 // What a G-buffer holds at one pixel, before encoding.
 struct Surface
 {
-    bool       geometry;
-    osg::Vec3f normal;
+    bool        geometry;
+    osg::Vec3f  normal;
     osg::Real32 depth; // linear eye depth
 };
 
