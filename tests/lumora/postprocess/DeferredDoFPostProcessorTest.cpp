@@ -1,0 +1,368 @@
+#include <Lumora/DeferredDoFPostProcessor.h>
+
+#include "PostProcessorTest.h"
+#include "support/LiveObjects.h"
+#include "support/TextureImage.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+using namespace osg;
+using posttest::PostProcessorTest;
+using posttest::Surface;
+using testsupport::TextureImage;
+
+namespace
+{
+
+const int    Size    = PostProcessorTest::Size;
+const int    LowSize = Size / 4;
+const double Near    = PostProcessorTest::Near;
+const double Far     = PostProcessorTest::Far;
+
+typedef std::array<double, 4> Texel;
+
+// An image on the CPU, sampled the way GL does: bilinear between texel
+// centres, either clamped to the edge texels or, like the targets'
+// GL_CLAMP, with the coordinate clamped to [0, 1] and a black border.
+struct Grid
+{
+    int                width  = 0;
+    int                height = 0;
+    std::vector<Texel> texels;
+
+    Grid(int w, int h) : width(w), height(h), texels(std::size_t(w * h), Texel{0, 0, 0, 0}) {}
+
+    explicit Grid(const TextureImage &image) : Grid(image.width(), image.height())
+    {
+        for(int y = 0; y < height; ++y)
+            for(int x = 0; x < width; ++x)
+                for(int c = 0; c < 4; ++c)
+                    at(x, y)[c] = image.at(x, y, c);
+    }
+
+    Texel       &at(int x, int y)       { return texels[std::size_t(y * width + x)]; }
+    const Texel &at(int x, int y) const { return texels[std::size_t(y * width + x)]; }
+
+    Texel texel(int x, int y, bool border) const
+    {
+        if(border && (x < 0 || x >= width || y < 0 || y >= height))
+            return Texel{0, 0, 0, 0};
+        return at(std::min(std::max(x, 0), width - 1), std::min(std::max(y, 0), height - 1));
+    }
+
+    Texel sample(double u, double v, bool border) const
+    {
+        if(border)
+        {
+            u = std::min(std::max(u, 0.0), 1.0);
+            v = std::min(std::max(v, 0.0), 1.0);
+        }
+        const double a  = u * width - 0.5;
+        const double b  = v * height - 0.5;
+        const int    x0 = int(std::floor(a));
+        const int    y0 = int(std::floor(b));
+        const double fx = a - x0;
+        const double fy = b - y0;
+        Texel result;
+        for(int c = 0; c < 4; ++c)
+        {
+            const double bottom = lerp(texel(x0, y0, border)[c], texel(x0 + 1, y0, border)[c], fx);
+            const double top    = lerp(texel(x0, y0 + 1, border)[c], texel(x0 + 1, y0 + 1, border)[c], fx);
+            result[c] = lerp(bottom, top, fy);
+        }
+        return result;
+    }
+
+    // In this form equal ends give exactly that value, as the GPU's does.
+    static double lerp(double a, double b, double f) { return a + f * (b - a); }
+};
+
+double linearDepth(double z)
+{
+    return Near / (Far - z * (Far - Near)) * Far;
+}
+
+// The blurriness map's value for a linear depth, before 8-bit storage.
+double blurriness(double depth, double focal, double cutoff)
+{
+    double f;
+    if(depth < focal)
+        f = (depth - focal) / (focal - Near);
+    else
+        f = std::min(std::max((depth - focal) / (Far - focal), 0.0), cutoff);
+    return f * 0.5 + 0.5;
+}
+
+// The scene reduced by averaging 4 x 4 blocks, then blurred with the 7-tap
+// Gaussian of standard deviation 2 horizontally and vertically, each tap on
+// a texel centre of a GL_CLAMP target.
+Grid blurredQuarter(const Grid &scene)
+{
+    Grid reduced(LowSize, LowSize);
+    for(int y = 0; y < LowSize; ++y)
+        for(int x = 0; x < LowSize; ++x)
+            for(int dy = 0; dy < 4; ++dy)
+                for(int dx = 0; dx < 4; ++dx)
+                    for(int c = 0; c < 4; ++c)
+                        reduced.at(x, y)[c] += scene.at(4 * x + dx, 4 * y + dy)[c] / 16.0;
+
+    std::vector<double> weights;
+    double sum = 0.0;
+    for(int k = -3; k <= 3; ++k)
+    {
+        weights.push_back(std::exp(-k * k / 8.0));
+        sum += weights.back();
+    }
+    auto pass = [&](const Grid &in, int dx, int dy) {
+        Grid out(LowSize, LowSize);
+        for(int y = 0; y < LowSize; ++y)
+            for(int x = 0; x < LowSize; ++x)
+                for(int k = -3; k <= 3; ++k)
+                {
+                    const Texel tap = in.sample((x + 0.5 + k * dx) / LowSize,
+                                                (y + 0.5 + k * dy) / LowSize, true);
+                    for(int c = 0; c < 4; ++c)
+                        out.at(x, y)[c] += tap[c] * weights[k + 3] / sum;
+                }
+        return out;
+    };
+    return pass(pass(reduced, 1, 0), 0, 1);
+}
+
+const double Poisson[12][2] =
+{
+    {-0.326212, -0.40581 }, {-0.840144, -0.07358 }, {-0.695914,  0.457137},
+    {-0.203345,  0.620716}, { 0.96234,  -0.194983}, { 0.473434, -0.480026},
+    { 0.519456,  0.767022}, { 0.185461, -0.893124}, { 0.507431,  0.064425},
+    { 0.89642,   0.412458}, {-0.32194,  -0.932615}, {-0.791559, -0.59771 },
+};
+
+// The gathered colour at pixel (x, y) from the gather equations, given the
+// scene, the blurriness map and the blurred quarter-size image. Marks the
+// pixel uncertain where a tap's blurriness is within rounding of the
+// centre's, so that the GPU may weigh it either way.
+Texel gather(const Grid &scene, const Grid &map, const Grid &blurred, int x, int y,
+             bool &uncertain)
+{
+    const double tx     = (x + 0.5) / Size;
+    const double ty     = (y + 0.5) / Size;
+    const double centre = map.at(x, y)[0];
+    const double radius = std::abs(centre * 10.0 - 5.0);
+    const double low    = radius * 0.4;
+
+    Texel  sum{0, 0, 0, 0};
+    double weights = 0.0;
+    for(const double *p : Poisson)
+    {
+        const double fu = tx + p[0] * radius / Size, fv = ty + p[1] * radius / Size;
+        const double lu = tx + p[0] * low / LowSize, lv = ty + p[1] * low / LowSize;
+        Texel full = scene.sample(fu, fv, false);
+        Texel down = blurred.sample(lu, lv, true);
+        full[3] = map.sample(fu, fv, true)[0];
+        down[3] = map.sample(lu, lv, true)[0];
+
+        const double blend = std::abs(full[3] * 2.0 - 1.0);
+        Texel tap;
+        for(int c = 0; c < 4; ++c)
+            tap[c] = Grid::lerp(full[c], down[c], blend);
+        const double weight = tap[3] >= centre ? 1.0 : std::abs(tap[3] * 2.0 - 1.0);
+        if(tap[3] != centre && std::abs(tap[3] - centre) < 1e-3)
+            uncertain = true;
+        for(int c = 0; c < 4; ++c)
+            sum[c] += tap[c] * weight;
+        weights += weight;
+    }
+    for(int c = 0; c < 3; ++c)
+        sum[c] /= weights;
+    sum[3] = 1.0;
+    return sum;
+}
+
+Vec3f patternColour(int x, int y)
+{
+    return Vec3f(((x / 2 + y / 2) % 2) ? 0.9f : 0.1f, ((x / 8) % 2) ? 0.8f : 0.2f,
+                 Real32(y) / Size);
+}
+
+class DeferredDoFPostProcessorTest : public PostProcessorTest
+{
+  protected:
+    TextureChunkPtr render(DeferredDoFPostProcessor &dof, RenderTarget &gbuffer,
+                           TextureChunkPtr scene, int left = 0, int bottom = 0)
+    {
+        dof.initialize(window, left, bottom, left + Size - 1, bottom + Size - 1, gbuffer, 2);
+        dof.update(Matrix(), Matrix(), Vec2f(Real32(Near), Real32(Far)));
+        return dof.perform(scene);
+    }
+};
+
+TEST_F(DeferredDoFPostProcessorTest, BlurrinessFollowsTheDistanceFromTheFocalPlane)
+{
+    const Real32 depths[] = {1.0f, 1.5f, 3.0f, 6.0f, 9.5f, 10.0f, 12.0f, 20.0f, 40.0f, 60.0f,
+                             80.0f, 99.0f};
+    const int    count    = int(sizeof(depths) / sizeof(depths[0]));
+    struct Case
+    {
+        Real32 focal, cutoff;
+    };
+    const Case cases[] = {{10.0f, 0.7f}, {10.0f, 0.3f}, {10.0f, 0.0f}, {25.0f, 1.0f}};
+    for(const Case &c : cases)
+    {
+        SCOPED_TRACE(testing::Message() << "focal " << c.focal << ", cut-off " << c.cutoff);
+        auto depthAt = [&](int x) { return depths[x * count / Size]; };
+        RenderTarget &gbuffer = makeGBuffer([&](int x, int) {
+            return Surface{true, Vec3f(0, 0, 1), depthAt(x)};
+        });
+        TextureChunkPtr scene = makeScene(patternColour);
+
+        DeferredDoFPostProcessor dof;
+        dof.setFocalDepth(c.focal);
+        dof.setBlurCutoff(c.cutoff);
+        render(dof, gbuffer, scene);
+
+        TextureImage map(dof.getBlurinessTarget().getTargetTexture(0));
+        ASSERT_EQ(map.width(), Size);
+        for(int x = 0; x < Size; ++x)
+        {
+            // The depth as the GPU sees it, after storage as a float.
+            const double depth    = linearDepth(storedDepth(depthAt(x)));
+            const double expected = blurriness(depth, c.focal, c.cutoff);
+            // Stored in 8 bits.
+            EXPECT_NEAR(map.at(x, 20, 0), expected, 0.5 / 255.0 + 1e-4)
+                << "depth " << depthAt(x);
+        }
+        // The ends: full blur at the near plane, the far side capped at the
+        // cut-off.
+        EXPECT_NEAR(map.at(0, 20, 0), 0.0, 1e-6);
+        EXPECT_NEAR(map.at(Size - 1, 20, 0),
+                    0.5 + std::min(0.5 * c.cutoff, 0.5 * (99.0 - c.focal) / (Far - c.focal)),
+                    0.5 / 255.0 + 1e-4);
+    }
+}
+
+TEST_F(DeferredDoFPostProcessorTest, QuarterSizeCopyIsTheReducedSceneBlurred)
+{
+    RenderTarget   &gbuffer = makeGBuffer([](int, int) {
+        return Surface{true, Vec3f(0, 0, 1), 10.0f};
+    });
+    TextureChunkPtr scene   = makeScene(patternColour);
+
+    DeferredDoFPostProcessor dof;
+    render(dof, gbuffer, scene, 5, 9);
+
+    Grid sceneGrid(Size, Size);
+    for(int y = 0; y < Size; ++y)
+        for(int x = 0; x < Size; ++x)
+        {
+            const Vec3f c = patternColour(x, y);
+            sceneGrid.at(x, y) = Texel{c[0], c[1], c[2], 1.0};
+        }
+    const Grid   expected = blurredQuarter(sceneGrid);
+    TextureImage blurred(dof.getBlurredTarget().getTargetTexture(0));
+    ASSERT_EQ(blurred.width(),  LowSize);
+    ASSERT_EQ(blurred.height(), LowSize);
+    for(int y = 0; y < LowSize; ++y)
+        for(int x = 0; x < LowSize; ++x)
+            for(int c = 0; c < 3; ++c)
+                // Half floats in three targets on the way.
+                ASSERT_NEAR(blurred.at(x, y, c), expected.at(x, y)[c], 2e-3)
+                    << x << "," << y << " ch " << c;
+}
+
+TEST_F(DeferredDoFPostProcessorTest, GatherBlurWithTheDistanceFromFocus)
+{
+    struct Case
+    {
+        const char *name;
+        Real32      leftDepth, rightDepth;
+        Real32      cutoff;
+        // Largest difference from the sharp scene the case allows, or the
+        // least it demands.
+        double      maxSharpDifference, minSharpDifference;
+    };
+    const Case cases[] =
+    {
+        {"in focus keeps the scene",          10.0f, 10.0f, 0.7f, 0.03, 0.0},
+        {"near plane is blurred fully",       1.0f,  1.0f,  0.7f, 1.0,  0.2},
+        {"far side stops at the cut-off",     90.0f, 90.0f, 0.7f, 1.0,  0.2},
+        {"no cut-off keeps the far side",     90.0f, 90.0f, 0.0f, 0.03, 0.0},
+        {"focused object before background",  10.0f, 80.0f, 0.7f, 1.0,  0.2},
+        {"near object before focus",          2.0f,  10.0f, 0.7f, 1.0,  0.2},
+    };
+    for(const Case &c : cases)
+    {
+        SCOPED_TRACE(c.name);
+        auto depthAt = [&](int x) { return x < Size / 2 ? c.leftDepth : c.rightDepth; };
+        RenderTarget &gbuffer = makeGBuffer([&](int x, int) {
+            return Surface{true, Vec3f(0, 0, 1), depthAt(x)};
+        });
+        TextureChunkPtr scene = makeScene(patternColour);
+
+        DeferredDoFPostProcessor dof;
+        dof.setBlurCutoff(c.cutoff);
+        TextureImage out(render(dof, gbuffer, scene));
+        ASSERT_EQ(out.width(), Size);
+
+        Grid sceneGrid(Size, Size);
+        for(int y = 0; y < Size; ++y)
+            for(int x = 0; x < Size; ++x)
+            {
+                const Vec3f colour = patternColour(x, y);
+                sceneGrid.at(x, y) = Texel{colour[0], colour[1], colour[2], 1.0};
+            }
+        // The intermediate images as the GPU left them; the two tests above
+        // hold them to their own equations.
+        const Grid map    (TextureImage(dof.getBlurinessTarget().getTargetTexture(0)));
+        const Grid blurred(TextureImage(dof.getBlurredTarget().getTargetTexture(0)));
+
+        int    compared = 0;
+        double largest  = 0.0;
+        for(int y = 0; y < Size; ++y)
+            for(int x = 0; x < Size; ++x)
+            {
+                bool        uncertain = false;
+                const Texel expected  = gather(sceneGrid, map, blurred, x, y, uncertain);
+                if(uncertain)
+                    continue;
+                ++compared;
+                for(int ch = 0; ch < 3; ++ch)
+                {
+                    // Bilinear weights on llvmpipe have 8 fractional bits.
+                    ASSERT_NEAR(out.at(x, y, ch), expected[ch], 0.01)
+                        << x << "," << y << " ch " << ch;
+                    largest = std::max(largest,
+                                       std::abs(out.at(x, y, ch) - sceneGrid.at(x, y)[ch]));
+                }
+            }
+        EXPECT_GT(compared, Size * Size * 9 / 10);
+        EXPECT_LE(largest, c.maxSharpDifference);
+        EXPECT_GE(largest, c.minSharpDifference);
+    }
+}
+
+TEST_F(DeferredDoFPostProcessorTest, ReleasesEverythingItCreated)
+{
+    RenderTarget &gbuffer = makeGBuffer([](int x, int) {
+        return Surface{true, Vec3f(0, 0, 1), x < Size / 2 ? 2.0f : 50.0f};
+    });
+    TextureChunkPtr scene = makeScene(patternColour);
+
+    auto cycle = [&]() {
+        DeferredDoFPostProcessor dof;
+        render(dof, gbuffer, scene);
+    };
+    // Uploads the inputs and builds the process-wide downscale and blur
+    // programs.
+    cycle();
+    window->frameExit();
+
+    const testsupport::LiveObjects before = testsupport::LiveObjects::count();
+    cycle();
+    window->frameExit();
+    EXPECT_EQ(testsupport::differences(before, testsupport::LiveObjects::count()), "");
+}
+
+} // namespace
