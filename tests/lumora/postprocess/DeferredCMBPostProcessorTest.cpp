@@ -9,8 +9,10 @@
 #include "support/TextureImage.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <memory>
+#include <thread>
 #include <vector>
 
 using namespace osg;
@@ -296,6 +298,44 @@ TEST_F(DeferredCMBPostProcessorTest, RotationSmearsAlongTheMotion)
                     ASSERT_NEAR(out.at(x, y, ch), expected[std::size_t(y * Size + x)][ch], 3e-3)
                         << c.name << " at " << x << "," << y << " ch " << ch;
     }
+}
+
+// The frame interval is kept once for the process: with two viewports it is
+// the time since the last update of either.
+TEST_F(DeferredCMBPostProcessorTest, InstancesShareTheFrameInterval)
+{
+    DeferredCMBPostProcessor other;
+    cmb->initialize(window, 0, 0, Size - 1, Size - 1, gbuffer, 5);
+    other.initialize(window, 0, 0, Size - 1, Size - 1, gbuffer, 5);
+    cmb->setBlurScale(0.5f);
+
+    s_testTime += 1000.0f;
+    cmb->update(viewing(0, 0), projection(), Vec2f(Near, Far));
+    s_testTime += 20.0f;
+    other.update(viewing(0, 0), projection(), Vec2f(Near, Far));
+    s_testTime += 20.0f;
+    const Matrix now = viewing(deg(4), 0);
+    cmb->update(now, projection(), Vec2f(Near, Far));
+    const TextureImage out(cmb->perform(image));
+
+    // 4 degrees in what counts as 20 ms: 40 ms back is 4 degrees beyond.
+    const Image3 expected = expectedBlur(now, viewing(deg(-4), 0), 0.5);
+    for(int y = 0; y < Size; ++y)
+        for(int x = 0; x < Size; ++x)
+            for(int ch = 0; ch < 3; ++ch)
+                ASSERT_NEAR(out.at(x, y, ch), expected[std::size_t(y * Size + x)][ch], 3e-3)
+                    << x << "," << y << " ch " << ch;
+}
+
+// Headless programs never start GLUT, whose clock aborts before glutInit.
+TEST(DeferredCMBPostProcessorClock, CountsMillisecondsWithoutGlut)
+{
+    DeferredCMBPostProcessor::setClock(NULL);
+    const Real32 start = DeferredCMBPostProcessor::getElapsedTime();
+    std::this_thread::sleep_for(std::chrono::milliseconds(30));
+    const Real32 end = DeferredCMBPostProcessor::getElapsedTime();
+    EXPECT_GE(end - start, 29.0f);
+    EXPECT_LT(end - start, 5000.0f);
 }
 
 TEST_F(DeferredCMBPostProcessorTest, DestroyingItReleasesEverythingItCreated)
