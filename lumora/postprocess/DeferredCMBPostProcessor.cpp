@@ -21,12 +21,15 @@ const Real32 BlurInterval = 40.0f;
 
 DeferredCMBPostProcessor::Clock clockOverride = NULL;
 
+// Whole milliseconds, as GLUT counts them: two updates within one
+// millisecond see no interval rather than a tiny one that would stretch the
+// rotation far beyond the frame.
 Real32 steadyMilliseconds(void)
 {
     static const std::chrono::steady_clock::time_point start =
         std::chrono::steady_clock::now();
-    return std::chrono::duration<Real32, std::milli>(
-        std::chrono::steady_clock::now() - start).count();
+    return Real32(std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now() - start).count());
 }
 
 } // namespace
