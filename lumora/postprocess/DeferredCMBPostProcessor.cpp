@@ -218,7 +218,8 @@ void DeferredCMBPostProcessor::update(const Matrix &viewing,
 
     // Only the rotation is estimated 40 ms back; translation and scale stay
     // this frame's. Without a usable interval (the first frame, two updates
-    // in one millisecond) the frame counts as one without motion.
+    // in one millisecond, a clock set back) the frame counts as one without
+    // motion.
     Matrix       viewProjPrev = viewProj;
     const Real32 t            = BlurInterval / dt;
     if(dt > 0.0f && std::isfinite(t))
