@@ -77,10 +77,18 @@ void renderFrames(benchmark::State &state, ViewportPtr viewport, NodePtr root,
             const DeferredRenderingViewport::PassTimes &t = deferred->getPassTimes();
             sum.shadows += t.shadows;
             sum.geometry += t.geometry + t.lights + t.forward + t.final;
+            for(int slot = 0; slot < DeferredRenderingViewport::NumPostProcessors; ++slot)
+                sum.effects[0] += t.effects[slot];
             frames += 1.0;
         }
     }
     state.counters["lights"] = Real64(lights.size());
+    if(frames > 0.0 && sum.effects[0] > 0.0)
+    {
+        state.counters["effect_ms"]    = sum.effects[0] / frames;
+        state.counters["effect_share"] =
+            sum.effects[0] / (sum.effects[0] + sum.shadows + sum.geometry);
+    }
     if(frames > 0.0 && sum.shadows > 0.0)
     {
         // Pass times wait for the GPU after each pass; only for shares.
@@ -151,6 +159,34 @@ void BM_ShadowedLight(benchmark::State &state)
     state.SetLabel(kind == 0 ? "sun, 3 maps" : kind == 1 ? "spot, 1 map" : "point, 6 maps");
 }
 
+// Each effect alone on the demo scene with eight unshadowed point lights:
+// its share of the frame.
+void BM_Effect(benchmark::State &state)
+{
+    if(!haveContext(state))
+        return;
+    NodePtr root = demo::makeGroupNode();
+    demo::addChild(root, demo::buildObjects(true));
+    std::vector<LightPtr> lights = demo::makeDemoLights(root, 8, 0, false);
+    DeferredRenderingViewportPtr viewport = DeferredRenderingViewport::create();
+    viewport->setPassTiming(true);
+    const char *names[] = {"anti-aliasing", "ambient occlusion", "HDR and bloom",
+                           "depth of field", "camera motion blur"};
+    void (DeferredRenderingViewport::*on[])(bool) =
+    {
+        &DeferredRenderingViewport::setAAPostProcessOn,
+        &DeferredRenderingViewport::setSSAOPostProcessOn,
+        &DeferredRenderingViewport::setHDRPostProcessOn,
+        &DeferredRenderingViewport::setDoFPostProcessOn,
+        &DeferredRenderingViewport::setCMBPostProcessOn,
+    };
+    const int slot = int(state.range(0));
+    (viewport.getCPtr()->*on[slot])(true);
+    renderFrames(state, viewport, root, lights);
+    state.SetLabel(names[slot]);
+}
+
+BENCHMARK(BM_Effect)->DenseRange(0, 4)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ShadowedLight)->DenseRange(0, 2)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ForwardFrame)->Arg(1)->Arg(8)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DeferredFrame)->Arg(1)->Arg(8)->Arg(16)->Arg(64)->Arg(256)

@@ -248,4 +248,15 @@ bool parseInt(const char *text, int minValue, int maxValue, int &result)
     return true;
 }
 
+bool parseReal(const char *text, Real32 &result)
+{
+    errno = 0;
+    char *end = NULL;
+    float value = std::strtof(text, &end);
+    if(errno != 0 || end == text || *end != '\0' || !std::isfinite(value))
+        return false;
+    result = value;
+    return true;
+}
+
 } // namespace demo

@@ -46,6 +46,9 @@ bool writeFramebufferPng(const std::string &path, int width, int height);
 // Parses a whole decimal integer within [minValue, maxValue].
 bool parseInt(const char *text, int minValue, int maxValue, int &result);
 
+// Parses a whole finite decimal number.
+bool parseReal(const char *text, osg::Real32 &result);
+
 } // namespace demo
 
 #endif

@@ -15,6 +15,11 @@
 #include <Lumora/DeferredEmissiveLight.h>
 #include <Lumora/DeferredPointLight.h>
 #include <Lumora/DeferredSpotLight.h>
+#include <Lumora/DeferredAAPostProcessor.h>
+#include <Lumora/DeferredCMBPostProcessor.h>
+#include <Lumora/DeferredDoFPostProcessor.h>
+#include <Lumora/DeferredHDRPostProcessor.h>
+#include <Lumora/DeferredSSAOPostProcessor.h>
 
 #include <chrono>
 #include <limits>
@@ -75,7 +80,9 @@ DeferredRenderingViewport::DeferredRenderingViewport(void) :
     fullscreenQuad    (NullFC),
     globalShadowIntensity(1.0f),
     lights            (),
-    emissiveLight     (NULL)
+    emissiveLight     (NULL),
+    postProcessOn     {false, false, false, false, false},
+    postProcessors    {NULL, NULL, NULL, NULL, NULL}
 {
 }
 
@@ -97,7 +104,11 @@ DeferredRenderingViewport::DeferredRenderingViewport(const DeferredRenderingView
     fullscreenQuad    (NullFC),
     globalShadowIntensity(source.globalShadowIntensity),
     lights            (),
-    emissiveLight     (NULL)
+    emissiveLight     (NULL),
+    postProcessOn     {source.postProcessOn[0], source.postProcessOn[1],
+                       source.postProcessOn[2], source.postProcessOn[3],
+                       source.postProcessOn[4]},
+    postProcessors    {NULL, NULL, NULL, NULL, NULL}
 {
 }
 
@@ -156,6 +167,12 @@ void DeferredRenderingViewport::onCreate(const DeferredRenderingViewport *)
     fullscreenQuad->setMaterial(fullscreenMaterial);
     endEditCP(fullscreenQuad);
 
+    postProcessors[AAPostProcess]   = new DeferredAAPostProcessor();
+    postProcessors[SSAOPostProcess] = new DeferredSSAOPostProcessor();
+    postProcessors[DoFPostProcess]  = new DeferredDoFPostProcessor();
+    postProcessors[HDRPostProcess]  = new DeferredHDRPostProcessor();
+    postProcessors[CMBPostProcess]  = new DeferredCMBPostProcessor();
+
     emissiveLight = new DeferredEmissiveLight();
     beginEditCP(lightRoot, Node::ChildrenFieldMask);
     lightRoot->addChild(emissiveLight->getVolumeRoot());
@@ -170,6 +187,12 @@ void DeferredRenderingViewport::onDestroy(void)
         subRefCP(it->first);
     }
     lights.clear();
+
+    for(UInt32 slot = 0; slot < NumPostProcessors; ++slot)
+    {
+        delete postProcessors[slot];
+        postProcessors[slot] = NULL;
+    }
 
     if(gbufferShader != NullFC)
         subRefCP(gbufferShader);
@@ -374,6 +397,98 @@ UInt16 DeferredRenderingViewport::countInitializedShadowmaps(IDeferredLight *lig
     return count;
 }
 
+// --- post-processing ------------------------------------------------------
+
+template <class EffectT>
+EffectT *DeferredRenderingViewport::effect(PostProcessSlot slot) const
+{
+    return static_cast<EffectT *>(postProcessors[slot]);
+}
+
+void DeferredRenderingViewport::setHDRExposure(Real32 value)
+{
+    if(DeferredHDRPostProcessor *hdr = effect<DeferredHDRPostProcessor>(HDRPostProcess))
+        hdr->exposure = value;
+}
+
+Real32 DeferredRenderingViewport::getHDRExposure(void) const
+{
+    DeferredHDRPostProcessor *hdr = effect<DeferredHDRPostProcessor>(HDRPostProcess);
+    return hdr != NULL ? hdr->exposure : 0.0f;
+}
+
+void DeferredRenderingViewport::setHDRBrightPassThreshold(Real32 value)
+{
+    if(DeferredHDRPostProcessor *hdr = effect<DeferredHDRPostProcessor>(HDRPostProcess))
+        hdr->brightPassThreshold = value;
+}
+
+Real32 DeferredRenderingViewport::getHDRBrightPassThreshold(void) const
+{
+    DeferredHDRPostProcessor *hdr = effect<DeferredHDRPostProcessor>(HDRPostProcess);
+    return hdr != NULL ? hdr->brightPassThreshold : 0.0f;
+}
+
+void DeferredRenderingViewport::setDoFFocalDepth(Real32 value)
+{
+    if(DeferredDoFPostProcessor *dof = effect<DeferredDoFPostProcessor>(DoFPostProcess))
+        dof->setFocalDepth(value);
+}
+
+Real32 DeferredRenderingViewport::getDoFFocalDepth(void) const
+{
+    DeferredDoFPostProcessor *dof = effect<DeferredDoFPostProcessor>(DoFPostProcess);
+    return dof != NULL ? dof->getFocalDepth() : 0.0f;
+}
+
+void DeferredRenderingViewport::setDoFBlurCutoff(Real32 value)
+{
+    if(DeferredDoFPostProcessor *dof = effect<DeferredDoFPostProcessor>(DoFPostProcess))
+        dof->setBlurCutoff(value);
+}
+
+Real32 DeferredRenderingViewport::getDoFBlurCutoff(void) const
+{
+    DeferredDoFPostProcessor *dof = effect<DeferredDoFPostProcessor>(DoFPostProcess);
+    return dof != NULL ? dof->getBlurCutoff() : 0.0f;
+}
+
+void DeferredRenderingViewport::setCMBBlurScale(Real32 value)
+{
+    if(DeferredCMBPostProcessor *cmb = effect<DeferredCMBPostProcessor>(CMBPostProcess))
+        cmb->setBlurScale(value);
+}
+
+Real32 DeferredRenderingViewport::getCMBBlurScale(void) const
+{
+    DeferredCMBPostProcessor *cmb = effect<DeferredCMBPostProcessor>(CMBPostProcess);
+    return cmb != NULL ? cmb->blurScale : 0.0f;
+}
+
+void DeferredRenderingViewport::setSSAOScale(Real32 value)
+{
+    if(DeferredSSAOPostProcessor *ssao = effect<DeferredSSAOPostProcessor>(SSAOPostProcess))
+        ssao->scale = value;
+}
+
+Real32 DeferredRenderingViewport::getSSAOScale(void) const
+{
+    DeferredSSAOPostProcessor *ssao = effect<DeferredSSAOPostProcessor>(SSAOPostProcess);
+    return ssao != NULL ? ssao->scale : 0.0f;
+}
+
+void DeferredRenderingViewport::setSSAOAttenuation(Real32 value)
+{
+    if(DeferredSSAOPostProcessor *ssao = effect<DeferredSSAOPostProcessor>(SSAOPostProcess))
+        ssao->attenuation = value;
+}
+
+Real32 DeferredRenderingViewport::getSSAOAttenuation(void) const
+{
+    DeferredSSAOPostProcessor *ssao = effect<DeferredSSAOPostProcessor>(SSAOPostProcess);
+    return ssao != NULL ? ssao->attenuation : 0.0f;
+}
+
 // --- buffers ----------------------------------------------------------------
 
 void DeferredRenderingViewport::initializeBuffers(void)
@@ -494,6 +609,15 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
         lastWidth  = window->getWidth();
         lastHeight = window->getHeight();
         window->frameInit();
+
+        // Switched off or not: an effect switched on later renders at the
+        // new size without being initialised again.
+        for(UInt32 slot = 0; slot < NumPostProcessors; ++slot)
+        {
+            if(postProcessors[slot]->initialized)
+                postProcessors[slot]->resize(getPixelLeft(), getPixelBottom(),
+                                             getPixelRight(), getPixelTop());
+        }
     }
 
     if(!shadowMapper.isInitialized())
@@ -576,11 +700,40 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
     if(passTiming)
         passTimes.forward = lapMilliseconds(clock);
 
-    TextureChunkPtr current = lightTarget.getTargetTexture(0);
+    TextureChunkPtr current = runPostProcessors(viewing, projection, camNearFar,
+                                                lightTarget.getTargetTexture(0));
+    if(passTiming)
+        lapMilliseconds(clock);
 
     showTextureFullscreen(action, current);
     if(passTiming)
         passTimes.final = lapMilliseconds(clock);
+}
+
+TextureChunkPtr DeferredRenderingViewport::runPostProcessors(const Matrix   &viewing,
+                                                             const Matrix   &projection,
+                                                             const Vec2f    &camNearFar,
+                                                             TextureChunkPtr current)
+{
+    std::chrono::steady_clock::time_point clock = std::chrono::steady_clock::now();
+    for(UInt32 slot = 0; slot < NumPostProcessors; ++slot)
+    {
+        passTimes.effects[slot] = 0.0;
+        if(!postProcessOn[slot])
+            continue;
+
+        IDeferredPostProcessor *effect = postProcessors[slot];
+        if(!effect->initialized)
+        {
+            effect->initialize(getParent(), getPixelLeft(), getPixelBottom(),
+                               getPixelRight(), getPixelTop(), gbufferTarget, 5);
+        }
+        effect->update(viewing, projection, camNearFar);
+        current = effect->perform(current);
+        if(passTiming)
+            passTimes.effects[slot] = lapMilliseconds(clock);
+    }
+    return current;
 }
 
 OSG_END_NAMESPACE

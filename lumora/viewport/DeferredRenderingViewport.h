@@ -24,6 +24,7 @@
 OSG_BEGIN_NAMESPACE
 
 class IDeferredLight;
+class IDeferredPostProcessor;
 
 // A viewport that draws its scene with deferred shading: geometry into a
 // G-buffer, light volumes into a float accumulation buffer, transparent
@@ -53,6 +54,45 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     Real32       &getGlobalShadowIntensity(void)                { return globalShadowIntensity;  }
     const Real32 &getGlobalShadowIntensity(void) const          { return globalShadowIntensity;  }
 
+    // The effects run in this order on the lit image, each switched on or
+    // off; a switched-off effect is skipped and keeps its settings.
+    enum PostProcessSlot
+    {
+        AAPostProcess   = 0,
+        SSAOPostProcess = 1,
+        HDRPostProcess  = 2,
+        DoFPostProcess  = 3,
+        CMBPostProcess  = 4,
+        NumPostProcessors
+    };
+
+    void setAAPostProcessOn  (bool on) { postProcessOn[AAPostProcess]   = on; }
+    void setSSAOPostProcessOn(bool on) { postProcessOn[SSAOPostProcess] = on; }
+    void setHDRPostProcessOn (bool on) { postProcessOn[HDRPostProcess]  = on; }
+    void setDoFPostProcessOn (bool on) { postProcessOn[DoFPostProcess]  = on; }
+    void setCMBPostProcessOn (bool on) { postProcessOn[CMBPostProcess]  = on; }
+
+    // Stored in the effects, whose defaults they are; a value set while an
+    // effect is off is used once it is on. On the type's prototype, which
+    // has no effects, setters do nothing and getters return 0.
+    void   setHDRExposure           (Real32 value);
+    Real32 getHDRExposure           (void) const;
+    void   setHDRBrightPassThreshold(Real32 value);
+    Real32 getHDRBrightPassThreshold(void) const;
+    void   setDoFFocalDepth         (Real32 value);
+    Real32 getDoFFocalDepth         (void) const;
+    void   setDoFBlurCutoff         (Real32 value);
+    Real32 getDoFBlurCutoff         (void) const;
+    void   setCMBBlurScale          (Real32 value);
+    Real32 getCMBBlurScale          (void) const;
+    void   setSSAOScale             (Real32 value);
+    Real32 getSSAOScale             (void) const;
+    void   setSSAOAttenuation       (Real32 value);
+    Real32 getSSAOAttenuation       (void) const;
+
+    bool                    isPostProcessOn (UInt32 slot) const { return postProcessOn[slot];  }
+    IDeferredPostProcessor *getPostProcessor(UInt32 slot) const { return postProcessors[slot]; }
+
     typedef std::map<LightPtr, IDeferredLight *> LightMap;
 
     // Per-pass wall-clock times of the last frame, in milliseconds. Only
@@ -63,6 +103,7 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
         Real64 shadows  = 0.0;  // light updates and shadow maps
         Real64 lights   = 0.0;  // the light pass
         Real64 forward  = 0.0;
+        Real64 effects[NumPostProcessors] = {0.0, 0.0, 0.0, 0.0, 0.0};
         Real64 final    = 0.0;
     };
 
@@ -101,6 +142,13 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     IDeferredLight *createDeferredLight(LightPtr light);
     void            initNewLights      (void);
     void            releaseLight       (IDeferredLight *light);
+
+    // The post-processing chain from the lit image; returns what to show.
+    TextureChunkPtr runPostProcessors(const Matrix &viewing, const Matrix &projection,
+                                      const Vec2f &camNearFar, TextureChunkPtr current);
+
+    template <class EffectT>
+    EffectT *effect(PostProcessSlot slot) const;
     static UInt16   countInitializedShadowmaps(IDeferredLight *light);
 
     Int32                lastWidth;
@@ -122,6 +170,8 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     Real32               globalShadowIntensity;
     LightMap             lights;
     IDeferredLight      *emissiveLight;
+    bool                    postProcessOn [NumPostProcessors];
+    IDeferredPostProcessor *postProcessors[NumPostProcessors];
 
     static const char *s_strGBufferVertex;
     static const char *s_strGBufferFragment;

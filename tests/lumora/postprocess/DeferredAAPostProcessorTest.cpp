@@ -4,6 +4,7 @@
 #include <OpenSG/OSGImage.h>
 #include <OpenSG/OSGPassiveWindow.h>
 
+#include "support/FloatTexture.h"
 #include "support/GLTest.h"
 #include "support/TextureImage.h"
 
@@ -19,33 +20,9 @@ namespace
 
 const int Size = 64;
 
-// A Size x Size RGBA float texture with texel (x, y) = f(x, y), sampled
-// linearly and clamped to its edge.
 TextureChunkPtr floatTexture(const std::function<Vec4f(int, int)> &f)
 {
-    std::vector<Real32> data;
-    for(int y = 0; y < Size; ++y)
-        for(int x = 0; x < Size; ++x)
-        {
-            Vec4f v = f(x, y);
-            data.insert(data.end(), {v[0], v[1], v[2], v[3]});
-        }
-    ImagePtr image = Image::create();
-    beginEditCP(image);
-    image->set(Image::OSG_RGBA_PF, Size, Size, 1, 1, 1, 0.0,
-               reinterpret_cast<const UInt8 *>(data.data()), Image::OSG_FLOAT32_IMAGEDATA);
-    endEditCP(image);
-
-    TextureChunkPtr texture = TextureChunk::create();
-    beginEditCP(texture);
-    texture->setImage(image);
-    texture->setInternalFormat(GL_RGBA32F_ARB);
-    texture->setMinFilter(GL_LINEAR);
-    texture->setMagFilter(GL_LINEAR);
-    texture->setWrapS(GL_CLAMP_TO_EDGE);
-    texture->setWrapT(GL_CLAMP_TO_EDGE);
-    endEditCP(texture);
-    return texture;
+    return testsupport::makeFloatTexture(Size, Size, f);
 }
 
 Vec4f encode(Vec3f n)
@@ -85,12 +62,13 @@ TEST_P(DeferredAAPostProcessorTest, BlendsOnlyAcrossCreasesAndSilhouettes)
     // A G-buffer of two textures: normals first, depth last.
     RenderTarget gbuffer;
     gbuffer.initialize(window, 0, 0, Size - 1, Size - 1);
-    gbuffer.addTargetTexture(floatTexture([&](int x, int y) { return encode(c.normal(x, y)); }));
-    gbuffer.addTargetTexture(floatTexture([&](int x, int y) {
-        return Vec4f(c.depth(x, y), 0, 0, 1);
-    }));
+    TextureChunkPtr normals = floatTexture([&](int x, int y) { return encode(c.normal(x, y)); });
+    TextureChunkPtr depths  = floatTexture([&](int x, int y) { return Vec4f(c.depth(x, y), 0, 0, 1); });
+    gbuffer.addTargetTexture(normals);
+    gbuffer.addTargetTexture(depths);
+    subRefCP(normals);
+    subRefCP(depths);
     TextureChunkPtr scene = floatTexture(stripes);
-    addRefCP(scene);
 
     {
         DeferredAAPostProcessor aa;
