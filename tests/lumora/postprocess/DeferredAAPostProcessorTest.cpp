@@ -31,12 +31,22 @@ Vec4f encode(Vec3f n)
     return Vec4f(n[0] * 0.5f + 0.5f, n[1] * 0.5f + 0.5f, n[2] * 0.5f + 0.5f, 1.0f);
 }
 
-// Columns alternate between two colours, so that any horizontal averaging
-// shows; the alpha is not 1 so that the output's alpha is the pass's own.
-Vec4f stripes(int x, int)
+// Columns and rows cycle through three colours each, added, so that any
+// averaging along x or y, and any lopsided one, shows; the alpha is not 1
+// so that the output's alpha is the pass's own.
+Vec4f columns(int x)
 {
-    return (x % 2) ? Vec4f(1.0f, 0.5f, 0.0f, 0.25f) : Vec4f(0.0f, 0.25f, 1.0f, 0.25f);
+    const Vec4f cycle[3] = {Vec4f(0.5f, 0.25f, 0.0f, 0.125f), Vec4f(0.0f, 0.125f, 0.5f, 0.125f),
+                            Vec4f(0.25f, 0.5f, 0.25f, 0.125f)};
+    return cycle[x % 3];
 }
+Vec4f rows(int y)
+{
+    const Vec4f cycle[3] = {Vec4f(0.25f, 0.0f, 0.25f, 0.125f), Vec4f(0.0f, 0.5f, 0.125f, 0.125f),
+                            Vec4f(0.5f, 0.125f, 0.0f, 0.125f)};
+    return cycle[y % 3];
+}
+Vec4f stripes(int x, int y) { return columns(x) + rows(y); }
 
 struct Case
 {
@@ -84,13 +94,18 @@ TEST_P(DeferredAAPostProcessorTest, BlendsOnlyAcrossCreasesAndSilhouettes)
                 const bool edge = std::find(c.edgeColumns.begin(), c.edgeColumns.end(), x) !=
                                   c.edgeColumns.end();
                 // Three lines cross a vertical border: weight 0.75, so the
-                // samples sit 0.375 pixels off, which linear filtering
-                // turns into 5/8 of the pixel and 3/16 of each neighbour.
+                // samples sit 0.375 pixels off diagonally, which linear
+                // filtering turns into 5/8 of the pixel and 3/16 of each
+                // neighbour along each axis.
                 for(int ch = 0; ch < 3; ++ch)
                 {
-                    const Real32 own      = stripes(x, y)[ch];
-                    const Real32 sides    = stripes(x - 1, y)[ch] + stripes(x + 1, y)[ch];
-                    const Real32 expected = edge ? 0.625f * own + 0.1875f * sides : own;
+                    // The pattern is a sum of a column and a row part, and
+                    // each filters on its own axis.
+                    const Real32 alongX = 0.625f * columns(x)[ch] +
+                                          0.1875f * (columns(x - 1)[ch] + columns(x + 1)[ch]);
+                    const Real32 alongY = 0.625f * rows(y)[ch] +
+                                          0.1875f * (rows(y - 1)[ch] + rows(y + 1)[ch]);
+                    const Real32 expected = edge ? alongX + alongY : stripes(x, y)[ch];
                     // Half-float output.
                     ASSERT_NEAR(result.at(x, y, ch), expected, 2e-3f)
                         << x << "," << y << " channel " << ch;
