@@ -87,8 +87,14 @@ class SHLChunk : public ShaderChunk
 
     virtual void onDestroy(void) override;
 
+  public:
+    void onCreate(const SHLChunk *source = NULL);
+
   private:
     static StateChunkClass _class;
+
+    void registerGLObject(void);
+    void validateGLObject(DrawActionBase *action);
 
     void  buildProgram  (void);
     void  releaseProgram(void);
@@ -100,6 +106,7 @@ class SHLChunk : public ShaderChunk
     bool                         _paramsChanged;
     std::map<std::string, GLint> _locations;
     std::set<std::string>        _reportedUnknown;
+    bool                         _windowHandled;  // a window deletes the program
 };
 
 typedef RefPtr<SHLChunkPtr> SHLChunkRefPtr;

@@ -1,5 +1,7 @@
 #include <OpenSG/OSGSHLChunk.h>
 #include <OpenSG/OSGDrawActionBase.h>
+#include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGWindow.h>
 #include <OpenSG/OSGShaderParameterBool.h>
 #include <OpenSG/OSGShaderParameterInt.h>
 #include <OpenSG/OSGShaderParameterReal.h>
@@ -37,7 +39,8 @@ SHLChunk::SHLChunk(void) :
     _failed                   (false),
     _paramsChanged            (true),
     _locations                (),
-    _reportedUnknown          ()
+    _reportedUnknown          (),
+    _windowHandled            (false)
 {
 }
 
@@ -56,7 +59,8 @@ SHLChunk::SHLChunk(const SHLChunk &source) :
     _failed                   (false),
     _paramsChanged            (true),
     _locations                (),
-    _reportedUnknown          ()
+    _reportedUnknown          (),
+    _windowHandled            (false)
 {
 }
 
@@ -64,8 +68,48 @@ SHLChunk::~SHLChunk(void)
 {
 }
 
+void SHLChunk::onCreate(const SHLChunk *source)
+{
+    Inherited::onCreate(source);
+    if(GlobalSystemState != Startup)
+        registerGLObject();
+}
+
+// GLId is the program's id among the window GL objects: each window that
+// draws with the chunk keeps the program name under it and deletes the
+// program when the chunk goes.
+void SHLChunk::registerGLObject(void)
+{
+    _sfGLId.setValue(Window::registerGLObject(Window::GLObjectFunctor(
+        [](Window *win, UInt32 idstatus)
+        {
+            UInt32 id;
+            Window::GLObjectStatusE status;
+            Window::unpackIdStatus(idstatus, id, status);
+            GLuint name = win->getGLObjectId(id);
+            if(status == Window::destroy && name != 0)
+                glDeleteProgram(name);
+        })));
+}
+
+void SHLChunk::validateGLObject(DrawActionBase *action)
+{
+    Window *win = action != NULL ? action->getWindow() : NULL;
+    if(win == NULL)
+        return;
+    if(getGLId() == 0)
+        registerGLObject();
+    win->validateGLObject(getGLId());
+    win->setGLObjectId(getGLId(), _program);
+    _windowHandled = true;
+}
+
 void SHLChunk::onDestroy(void)
 {
+    if(getGLId() != 0)
+        Window::destroyGLObject(getGLId());
+    if(_windowHandled)
+        _program = 0;
     releaseProgram();
     Inherited::onDestroy();
 }
@@ -215,7 +259,6 @@ void SHLChunk::releaseProgram(void)
     if(_program != 0)
         glDeleteProgram(_program);
     _program = 0;
-    _sfGLId.setValue(0);
     _locations.clear();
     _reportedUnknown.clear();
 }
@@ -270,8 +313,6 @@ void SHLChunk::buildProgram(void)
 
     for(GLuint shader : shaders)
         glDeleteShader(shader);
-
-    _sfGLId.setValue(_program);
 }
 
 GLuint SHLChunk::getProgram(void)
@@ -459,6 +500,7 @@ void SHLChunk::applyParameters(const MFShaderParameterPtr &params,
 void SHLChunk::activate(DrawActionBase *action, UInt32)
 {
     getProgram();
+    validateGLObject(action);
 
     if(_failed)
     {

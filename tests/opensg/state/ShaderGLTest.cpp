@@ -3,6 +3,10 @@
 #include <OpenSG/OSGState.h>
 
 #include "support/GLTest.h"
+#include "support/LogCapture.h"
+
+#include <OpenSG/OSGPassiveWindow.h>
+#include <OpenSG/OSGRenderAction.h>
 #include "support/PixelProbe.h"
 
 #include <gtest/gtest.h>
@@ -209,6 +213,52 @@ TEST_F(SHLChunkGL, EditedProgramTextIsRebuilt)
     shl->setFragmentProgram("void main() { gl_FragColor = vec4(0.0, 1.0, 0.0, 1.0); }\n");
     endEditCP(shl, ShaderChunk::FragmentProgramFieldMask);
     EXPECT_EQ(drawQuad(state), (testsupport::RGBA8{ 0, 255, 0, 255 }));
+}
+
+} // namespace
+
+namespace
+{
+
+// GLId names the program among the window's GL objects; the window deletes
+// the program at its frame end after the chunk is gone.
+TEST_F(SHLChunkGL, GLIdIsTheProgramsWindowObject)
+{
+    PassiveWindowPtr window = PassiveWindow::create();
+    addRefCP(window);
+    window->init();
+    RenderAction *action = RenderAction::create();
+    action->setWindow(getCPtr(window));
+
+    shl->setFragmentProgram("void main()\n"
+                            "{\n"
+                            "    gl_FragColor = vec4(0.0, 1.0, 0.0, 1.0);\n"
+                            "}\n");
+    StatePtr state = stateWith(shl);
+    StateRefPtr hold(state);
+    state->activate(action);
+    state->deactivate(action);
+
+    const UInt32 id = shl->getGLId();
+    ASSERT_NE(id, 0u);
+    const GLuint program = window->getGLObjectId(id);
+    EXPECT_EQ(program, shl->getProgram());
+    EXPECT_TRUE(glIsProgram(program));
+    {
+        testsupport::LogCapture log;
+        window->validateGLObject(id);
+        EXPECT_EQ(log.text(), "");
+    }
+
+    hold = NullFC;
+    subRefCP(shl);
+    shl = NullFC;
+    EXPECT_TRUE(glIsProgram(program));
+    window->frameExit();
+    EXPECT_FALSE(glIsProgram(program));
+
+    delete action;
+    subRefCP(window);
 }
 
 } // namespace
