@@ -27,7 +27,7 @@ class DirectionalLight : public Light
   public:
     void setDirection(Real32 x, Real32 y, Real32 z);
 
-    virtual void activateGL(GLenum light) const override;
+    virtual void makeChunk(void) override;
 
     static void initMethod(void) {}
 

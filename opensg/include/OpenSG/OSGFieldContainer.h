@@ -244,8 +244,11 @@ class FieldContainer
     OSG_FIELD_DESCRIPTION(FIELDTYPE, NAME, _mf##NAME)
 
 // Pointer typedefs of a container, as OSGFooFields.h declares them.
+// CLASS##Base names the class itself: the generated base and the user class
+// are one class here.
 #define OSG_FC_PTR_DECL(CLASS, PARENTPTR)                                          \
     class CLASS;                                                                   \
+    typedef CLASS CLASS##Base;                                                     \
     ::osg::FieldContainerType &osgClassTypeOf(CLASS *);                            \
     typedef ::osg::FCPtr<PARENTPTR, CLASS> CLASS##Ptr;                             \
     typedef ::osg::SField<CLASS##Ptr>      SF##CLASS##Ptr;                         \

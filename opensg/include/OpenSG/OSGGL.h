@@ -6,4 +6,13 @@
 // loader in its sources only.
 #include <GL/gl.h>
 
+// The calling convention of GL entry points and callbacks.
+#ifndef OSG_APIENTRY
+# ifdef APIENTRY
+#  define OSG_APIENTRY APIENTRY
+# else
+#  define OSG_APIENTRY
+# endif
+#endif
+
 #endif

@@ -12,6 +12,10 @@
 namespace osg
 {
 
+class PrimitiveIterator;
+class TriangleIterator;
+class FaceIterator;
+
 OSG_FC_PTR_DECL(Geometry, MaterialDrawablePtr)
 
 class Geometry : public MaterialDrawable
@@ -136,6 +140,13 @@ class Geometry : public MaterialDrawable
     // A new geometry with copies of all properties and the same material.
     GeometryPtr clone(void);
 
+    PrimitiveIterator beginPrimitives(void) const;
+    PrimitiveIterator endPrimitives  (void) const;
+    TriangleIterator  beginTriangles (void) const;
+    TriangleIterator  endTriangles   (void) const;
+    FaceIterator      beginFaces     (void) const;
+    FaceIterator      endFaces       (void) const;
+
     virtual Action::ResultE drawPrimitives(DrawActionBase *action) override;
 
     void invalidateDlistCache(void);
@@ -196,5 +207,9 @@ typedef RefPtr<GeometryPtr>    GeometryRefPtr;
 typedef CoredNodePtr<Geometry> GeometryNodePtr;
 
 } // namespace osg
+
+#include <OpenSG/OSGPrimitiveIterator.h>
+#include <OpenSG/OSGTriangleIterator.h>
+#include <OpenSG/OSGFaceIterator.h>
 
 #endif

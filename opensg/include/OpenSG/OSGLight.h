@@ -2,6 +2,7 @@
 #define _OSGLIGHT_H_
 
 #include <OpenSG/OSGGroup.h>
+#include <OpenSG/OSGLightChunk.h>
 #include <OpenSG/OSGSFSysTypes.h>
 #include <OpenSG/OSGSFBaseTypes.h>
 #include <OpenSG/OSGNodeFields.h>
@@ -65,16 +66,20 @@ class Light : public Group
     // References the new beacon and releases the old one.
     void setBeacon(const NodePtr &beacon);
 
-    // Runtime extensions (the light state is set from the fields instead of
-    // a LightChunk):
+    // The chunk that sets a GL light as the fields say; makeChunk (re)fills
+    // it from the fields, creating it on first use.
+    LightChunkPtr getChunk (void);
+    virtual void  makeChunk(void);
+
+    // Runtime extensions:
     // The beacon's (else the light node's) to-world matrix; false if
     // neither is known.
     bool getBeaconToWorld(Matrix &result, const NodePtr &lightNode = NullFC);
 
-    // Sets GL light `light` from the fields; position and direction go
-    // through the current modelview matrix, which the caller sets to
-    // viewing * beacon-to-world.
-    virtual void activateGL(GLenum light) const;
+    // Sets GL light `light` through the chunk, leaving it enabled or not as
+    // it was; position and direction go through the current modelview
+    // matrix, which the caller sets to viewing * beacon-to-world.
+    void activateGL(GLenum light) const;
 
     static void initMethod(void);
 
@@ -88,6 +93,8 @@ class Light : public Group
 
     Action::ResultE renderEnter(Action *action);
     Action::ResultE renderLeave(Action *action);
+
+    LightChunkPtr _pChunk;
 };
 
 typedef RefPtr<LightPtr> LightRefPtr;

@@ -27,7 +27,7 @@ class PointLight : public Light
     void setPosition   (Real32 x, Real32 y, Real32 z);
     void setAttenuation(Real32 constant, Real32 linear, Real32 quadratic);
 
-    virtual void activateGL(GLenum light) const override;
+    virtual void makeChunk(void) override;
 
     static void initMethod(void) {}
 

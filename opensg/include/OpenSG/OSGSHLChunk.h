@@ -2,6 +2,7 @@
 #define _OSGSHLCHUNK_H_
 
 #include <OpenSG/OSGShaderChunk.h>
+#include <OpenSG/OSGGLEXT.h>
 
 #include <map>
 #include <set>
@@ -60,6 +61,14 @@ class SHLChunk : public ShaderChunk
     void   setProgramParameter(GLenum name, UInt32 value);
     UInt32 getProgramParameter(GLenum name);
 
+    // Called instead of uploading the value of a parameter of that name,
+    // each time a program with such a parameter is activated; the program
+    // is current. The OSG* uniforms (OSGWorldMatrix, OSGCameraPosition,
+    // OSGActiveLightsMask, ...) come this way.
+    typedef void (*parametercbfp)(PFNGLGETUNIFORMLOCATIONARBPROC getUniformLocation,
+                                  DrawActionBase *action, GLuint program);
+    static void addParameterCallback(const char *name, parametercbfp fp);
+
     virtual void activate  (DrawActionBase *action, UInt32 index = 0) override;
     virtual void changeFrom(DrawActionBase *action, StateChunk *old, UInt32 index = 0) override;
     virtual void deactivate(DrawActionBase *action, UInt32 index = 0) override;
@@ -75,6 +84,10 @@ class SHLChunk : public ShaderChunk
     void applyParameters(const MFShaderParameterPtr &params,
                          DrawActionBase *action, bool warnUnknown);
 
+    // Runtime extension: supplies the callback parameters again, for a new
+    // object matrix under the same state.
+    void updateCallbackParameters(DrawActionBase *action);
+
     virtual void changed(BitVector whichField, UInt32 origin) override;
     virtual void dump(UInt32 uiIndent = 0, const BitVector bvFlags = 0) const override;
 
@@ -87,8 +100,14 @@ class SHLChunk : public ShaderChunk
 
     virtual void onDestroy(void) override;
 
+  public:
+    void onCreate(const SHLChunk *source = NULL);
+
   private:
     static StateChunkClass _class;
+
+    void registerGLObject(void);
+    void validateGLObject(DrawActionBase *action);
 
     void  buildProgram  (void);
     void  releaseProgram(void);
@@ -100,6 +119,7 @@ class SHLChunk : public ShaderChunk
     bool                         _paramsChanged;
     std::map<std::string, GLint> _locations;
     std::set<std::string>        _reportedUnknown;
+    bool                         _windowHandled;  // a window deletes the program
 };
 
 typedef RefPtr<SHLChunkPtr> SHLChunkRefPtr;

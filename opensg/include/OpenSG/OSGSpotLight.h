@@ -34,7 +34,7 @@ class SpotLight : public PointLight
     void   setSpotCutOffDeg(Real32 angle);
     Real32 getSpotCutOffDeg(void);
 
-    virtual void activateGL(GLenum light) const override;
+    virtual void makeChunk(void) override;
 
     static void initMethod(void) {}
 

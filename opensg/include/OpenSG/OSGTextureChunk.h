@@ -276,6 +276,9 @@ class TextureChunk : public StateChunk
     bool   _needsRefresh;   // re-upload the dirty region
     bool   _needsParams;    // filters, wraps and the like
     bool   _hasMipmaps;     // levels beyond 0 were given or generated
+    bool   _windowHandled;  // a window holds the name under GLId and deletes it
+
+    void registerGLObject(void);
 
   private:
     static StateChunkClass _class;

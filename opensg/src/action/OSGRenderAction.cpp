@@ -1,4 +1,5 @@
 #include <OpenSG/OSGRenderAction.h>
+#include <OpenSG/OSGSHLChunk.h>
 #include <OpenSG/OSGFieldContainerType.h>
 #include <OpenSG/OSGNode.h>
 #include <OpenSG/OSGCamera.h>
@@ -492,7 +493,8 @@ Action::ResultE RenderAction::start(void)
 
 void RenderAction::drawItem(DrawItem &item)
 {
-    if(_numDrawnNodes == 0 || !(item.world == _currentWorld))
+    const bool worldChanged = _numDrawnNodes == 0 || !(item.world == _currentWorld);
+    if(worldChanged)
     {
         _currentWorld = item.world;
         Matrix modelview = _viewing;
@@ -511,6 +513,14 @@ void RenderAction::drawItem(DrawItem &item)
             item.state->changeFrom(this, _currentState);
         _currentState = item.state;
         ++_numStateChanges;
+    }
+    else if(worldChanged && _currentState != NULL)
+    {
+        // Uniforms such as OSGWorldMatrix follow the object under one state.
+        SHLChunk *shl = dynamic_cast<SHLChunk *>(
+            getCPtr(_currentState->getChunk(SHLChunk::getStaticClassId())));
+        if(shl != NULL)
+            shl->updateCallbackParameters(this);
     }
 
     if(item.geometry != NULL)

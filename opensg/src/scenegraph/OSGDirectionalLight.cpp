@@ -27,13 +27,12 @@ void DirectionalLight::setDirection(Real32 x, Real32 y, Real32 z)
 }
 
 // w = 0 makes GL treat the direction as a light at infinity.
-void DirectionalLight::activateGL(GLenum light) const
+void DirectionalLight::makeChunk(void)
 {
-    Inherited::activateGL(light);
+    Inherited::makeChunk();
 
     const Vec3f &d = getDirection();
-    GLfloat dir[4] = { d[0], d[1], d[2], 0.f };
-    glLightfv(light, GL_POSITION, dir);
+    _pChunk->setPosition(Vec4f(d[0], d[1], d[2], 0.f));
 }
 
 } // namespace osg

@@ -267,6 +267,44 @@ Int16 Geometry::calcMappingIndex(UInt16 attrib) const
     return -1;
 }
 
+// The iterators walk this geometry; begin and end of one kind compare equal
+// once the first has walked everything.
+PrimitiveIterator Geometry::beginPrimitives(void) const
+{
+    return PrimitiveIterator(GeometryPtr(this));
+}
+
+PrimitiveIterator Geometry::endPrimitives(void) const
+{
+    PrimitiveIterator it(GeometryPtr(this));
+    it.setToEnd();
+    return it;
+}
+
+TriangleIterator Geometry::beginTriangles(void) const
+{
+    return TriangleIterator(GeometryPtr(this));
+}
+
+TriangleIterator Geometry::endTriangles(void) const
+{
+    TriangleIterator it(GeometryPtr(this));
+    it.setToEnd();
+    return it;
+}
+
+FaceIterator Geometry::beginFaces(void) const
+{
+    return FaceIterator(GeometryPtr(this));
+}
+
+FaceIterator Geometry::endFaces(void) const
+{
+    FaceIterator it(GeometryPtr(this));
+    it.setToEnd();
+    return it;
+}
+
 GeometryPtr Geometry::clone(void)
 {
     GeometryPtr geo = Geometry::create();

@@ -18,7 +18,8 @@ Light::Light(void) :
     _sfLinearAttenuation   (0.f),
     _sfQuadraticAttenuation(0.f),
     _sfShadowIntensity     (0.f),
-    _sfShadowMode          (UInt32(CAST_SHADOW_AUTO))
+    _sfShadowMode          (UInt32(CAST_SHADOW_AUTO)),
+    _pChunk                (NullFC)
 {
 }
 
@@ -33,7 +34,8 @@ Light::Light(const Light &source) :
     _sfLinearAttenuation   (source._sfLinearAttenuation),
     _sfQuadraticAttenuation(source._sfQuadraticAttenuation),
     _sfShadowIntensity     (source._sfShadowIntensity),
-    _sfShadowMode          (source._sfShadowMode)
+    _sfShadowMode          (source._sfShadowMode),
+    _pChunk                (NullFC)
 {
 }
 
@@ -64,6 +66,8 @@ void Light::onDestroy(void)
     NodePtr beacon = _sfBeacon.getValue();
     _sfBeacon.setValue(NullFC);
     subRefCP(beacon);
+    subRefCP(_pChunk);
+    _pChunk = NullFC;
 
     Inherited::onDestroy();
 }
@@ -114,15 +118,41 @@ bool Light::getBeaconToWorld(Matrix &result, const NodePtr &lightNode)
     return true;
 }
 
+LightChunkPtr Light::getChunk(void)
+{
+    return _pChunk;
+}
+
+// Written without edit calls: the chunk mirrors the light and is refilled
+// whenever the light is set up.
+void Light::makeChunk(void)
+{
+    if(_pChunk == NullFC)
+    {
+        _pChunk = LightChunk::create();
+        addRefCP(_pChunk);
+    }
+    _pChunk->setDiffuse (getDiffuse ());
+    _pChunk->setAmbient (getAmbient ());
+    _pChunk->setSpecular(getSpecular());
+    _pChunk->setPosition (Vec4f(0.f, 0.f, 1.f, 0.f));
+    _pChunk->setDirection(Vec3f(0.f, 0.f, -1.f));
+    _pChunk->setExponent(0.f);
+    _pChunk->setCutoff  (180.f);
+    _pChunk->setConstantAttenuation (getConstantAttenuation ());
+    _pChunk->setLinearAttenuation   (getLinearAttenuation   ());
+    _pChunk->setQuadraticAttenuation(getQuadraticAttenuation());
+}
+
 void Light::activateGL(GLenum light) const
 {
-    glLightfv(light, GL_AMBIENT,  getAmbient ().getValuesRGBA());
-    glLightfv(light, GL_DIFFUSE,  getDiffuse ().getValuesRGBA());
-    glLightfv(light, GL_SPECULAR, getSpecular().getValuesRGBA());
-    glLightf (light, GL_CONSTANT_ATTENUATION,  getConstantAttenuation ());
-    glLightf (light, GL_LINEAR_ATTENUATION,    getLinearAttenuation   ());
-    glLightf (light, GL_QUADRATIC_ATTENUATION, getQuadraticAttenuation());
-    glLightf (light, GL_SPOT_CUTOFF, 180.f);
+    Light *self = const_cast<Light *>(this);
+    self->makeChunk();
+
+    const GLboolean wasEnabled = glIsEnabled(light);
+    self->_pChunk->activate(NULL, UInt32(light - GL_LIGHT0));
+    if(!wasEnabled)
+        glDisable(light);
 }
 
 // The light is collected whether or not its subtree is visible; the

@@ -33,13 +33,12 @@ void PointLight::setAttenuation(Real32 constant, Real32 linear, Real32 quadratic
     setQuadraticAttenuation(quadratic);
 }
 
-void PointLight::activateGL(GLenum light) const
+void PointLight::makeChunk(void)
 {
-    Inherited::activateGL(light);
+    Inherited::makeChunk();
 
     const Pnt3f &p = getPosition();
-    GLfloat pos[4] = { p[0], p[1], p[2], 1.f };
-    glLightfv(light, GL_POSITION, pos);
+    _pChunk->setPosition(Vec4f(p[0], p[1], p[2], 1.f));
 }
 
 } // namespace osg

@@ -41,17 +41,17 @@ Real32 SpotLight::getSpotCutOffDeg(void)
 }
 
 // GL takes the cut-off in degrees and only up to 90, or exactly 180.
-void SpotLight::activateGL(GLenum light) const
+void SpotLight::makeChunk(void)
 {
-    Inherited::activateGL(light);
+    Inherited::makeChunk();
 
     Real32 cutoff = osgrad2degree(getSpotCutOff());
     if(cutoff > 90.f)
         cutoff = 180.f;
 
-    glLightfv(light, GL_SPOT_DIRECTION, getDirection().getValues());
-    glLightf (light, GL_SPOT_EXPONENT,  getSpotExponent());
-    glLightf (light, GL_SPOT_CUTOFF,    cutoff);
+    _pChunk->setDirection(getDirection());
+    _pChunk->setExponent (getSpotExponent());
+    _pChunk->setCutoff   (cutoff);
 }
 
 } // namespace osg

@@ -1,5 +1,10 @@
 #include <OpenSG/OSGSHLChunk.h>
 #include <OpenSG/OSGDrawActionBase.h>
+#include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGWindow.h>
+#include <OpenSG/OSGCamera.h>
+#include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGRenderAction.h>
 #include <OpenSG/OSGShaderParameterBool.h>
 #include <OpenSG/OSGShaderParameterInt.h>
 #include <OpenSG/OSGShaderParameterReal.h>
@@ -37,7 +42,8 @@ SHLChunk::SHLChunk(void) :
     _failed                   (false),
     _paramsChanged            (true),
     _locations                (),
-    _reportedUnknown          ()
+    _reportedUnknown          (),
+    _windowHandled            (false)
 {
 }
 
@@ -56,7 +62,8 @@ SHLChunk::SHLChunk(const SHLChunk &source) :
     _failed                   (false),
     _paramsChanged            (true),
     _locations                (),
-    _reportedUnknown          ()
+    _reportedUnknown          (),
+    _windowHandled            (false)
 {
 }
 
@@ -64,8 +71,48 @@ SHLChunk::~SHLChunk(void)
 {
 }
 
+void SHLChunk::onCreate(const SHLChunk *source)
+{
+    Inherited::onCreate(source);
+    if(GlobalSystemState != Startup)
+        registerGLObject();
+}
+
+// GLId is the program's id among the window GL objects: each window that
+// draws with the chunk keeps the program name under it and deletes the
+// program when the chunk goes.
+void SHLChunk::registerGLObject(void)
+{
+    _sfGLId.setValue(Window::registerGLObject(Window::GLObjectFunctor(
+        [](Window *win, UInt32 idstatus)
+        {
+            UInt32 id;
+            Window::GLObjectStatusE status;
+            Window::unpackIdStatus(idstatus, id, status);
+            GLuint name = win->getGLObjectId(id);
+            if(status == Window::destroy && name != 0)
+                glDeleteProgram(name);
+        })));
+}
+
+void SHLChunk::validateGLObject(DrawActionBase *action)
+{
+    Window *win = action != NULL ? action->getWindow() : NULL;
+    if(win == NULL)
+        return;
+    if(getGLId() == 0)
+        registerGLObject();
+    win->validateGLObject(getGLId());
+    win->setGLObjectId(getGLId(), _program);
+    _windowHandled = true;
+}
+
 void SHLChunk::onDestroy(void)
 {
+    if(getGLId() != 0)
+        Window::destroyGLObject(getGLId());
+    if(_windowHandled)
+        _program = 0;
     releaseProgram();
     Inherited::onDestroy();
 }
@@ -215,7 +262,6 @@ void SHLChunk::releaseProgram(void)
     if(_program != 0)
         glDeleteProgram(_program);
     _program = 0;
-    _sfGLId.setValue(0);
     _locations.clear();
     _reportedUnknown.clear();
 }
@@ -270,8 +316,6 @@ void SHLChunk::buildProgram(void)
 
     for(GLuint shader : shaders)
         glDeleteShader(shader);
-
-    _sfGLId.setValue(_program);
 }
 
 GLuint SHLChunk::getProgram(void)
@@ -390,33 +434,213 @@ void uploadUniform(GLuint program, GLint loc, ShaderParameter *param, bool direc
     }
 }
 
-// The camera uniforms a program gets when it declares them as parameters;
-// false for other names.
-bool uploadCameraUniform(GLuint program, GLint loc, const std::string &name,
-                         DrawActionBase *action, bool direct)
+// --- the OSG* uniforms ----------------------------------------------------
+
+// Where the object being drawn is: the render action's current matrix, or
+// the node it visits.
+Matrix worldMatrix(DrawActionBase *action)
 {
-    if(name.compare(0, 3, "OSG") != 0)
-        return false;
-    if(name != "OSGViewMatrix" && name != "OSGInvViewMatrix" &&
-       name != "OSGCameraPosition")
-        return false;
-    if(action == NULL)
-        return true;
+    if(RenderAction *ra = dynamic_cast<RenderAction *>(action))
+        return ra->top_matrix();
+    Matrix m;
+    if(action != NULL && action->getActNode() != NullFC)
+        action->getActNode()->getToWorld(m);
+    return m;
+}
 
-    const Matrix &camToWorld = action->getCameraToWorld();
-    if(name == "OSGCameraPosition")
-    {
-        const GLfloat pos[3] = { camToWorld[3][0], camToWorld[3][1], camToWorld[3][2] };
-        if(direct) glProgramUniform3fv(program, loc, 1, pos);
-        else       glUniform3fv(loc, 1, pos);
-        return true;
-    }
+Matrix cameraToWorld(DrawActionBase *action)
+{
+    return action != NULL ? action->getCameraToWorld() : Matrix();
+}
 
-    Matrix m = camToWorld;
-    if(name == "OSGViewMatrix")
-        m.invert();
-    if(direct) glProgramUniformMatrix4fv(program, loc, 1, GL_FALSE, m.getValues());
-    else       glUniformMatrix4fv(loc, 1, GL_FALSE, m.getValues());
+UInt32 activeLightsMask(DrawActionBase *action)
+{
+    RenderAction *ra = dynamic_cast<RenderAction *>(action);
+    return ra != NULL ? ra->getActiveLightsMask() : 0;
+}
+
+void uniformMatrix(PFNGLGETUNIFORMLOCATIONARBPROC getLocation, GLuint program,
+                   const char *name, const Matrix &m)
+{
+    glUniformMatrix4fv(getLocation(program, name), 1, GL_FALSE, m.getValues());
+}
+
+void uniformInt(PFNGLGETUNIFORMLOCATIONARBPROC getLocation, GLuint program,
+                const char *name, Int32 value)
+{
+    glUniform1i(getLocation(program, name), value);
+}
+
+void uniformReal(PFNGLGETUNIFORMLOCATIONARBPROC getLocation, GLuint program,
+                 const char *name, Real32 value)
+{
+    glUniform1f(getLocation(program, name), value);
+}
+
+void osgWorldMatrix(PFNGLGETUNIFORMLOCATIONARBPROC getLocation, DrawActionBase *action,
+                    GLuint program)
+{
+    uniformMatrix(getLocation, program, "OSGWorldMatrix", worldMatrix(action));
+}
+
+void osgInvWorldMatrix(PFNGLGETUNIFORMLOCATIONARBPROC getLocation, DrawActionBase *action,
+                       GLuint program)
+{
+    Matrix m = worldMatrix(action);
+    m.invert();
+    uniformMatrix(getLocation, program, "OSGInvWorldMatrix", m);
+}
+
+void osgTransInvWorldMatrix(PFNGLGETUNIFORMLOCATIONARBPROC getLocation,
+                            DrawActionBase *action, GLuint program)
+{
+    Matrix m = worldMatrix(action);
+    m.invert();
+    m.transpose();
+    uniformMatrix(getLocation, program, "OSGTransInvWorldMatrix", m);
+}
+
+void osgCameraOrientation(PFNGLGETUNIFORMLOCATIONARBPROC getLocation,
+                          DrawActionBase *action, GLuint program)
+{
+    Matrix m = cameraToWorld(action);
+    m[3][0] = m[3][1] = m[3][2] = 0.f;
+    uniformMatrix(getLocation, program, "OSGCameraOrientation", m);
+}
+
+void osgCameraPosition(PFNGLGETUNIFORMLOCATIONARBPROC getLocation, DrawActionBase *action,
+                       GLuint program)
+{
+    const Matrix m = cameraToWorld(action);
+    glUniform3f(getLocation(program, "OSGCameraPosition"), m[3][0], m[3][1], m[3][2]);
+}
+
+void osgViewMatrix(PFNGLGETUNIFORMLOCATIONARBPROC getLocation, DrawActionBase *action,
+                   GLuint program)
+{
+    Matrix m = cameraToWorld(action);
+    m.invert();
+    uniformMatrix(getLocation, program, "OSGViewMatrix", m);
+}
+
+void osgInvViewMatrix(PFNGLGETUNIFORMLOCATIONARBPROC getLocation, DrawActionBase *action,
+                      GLuint program)
+{
+    uniformMatrix(getLocation, program, "OSGInvViewMatrix", cameraToWorld(action));
+}
+
+void osgNearFar(PFNGLGETUNIFORMLOCATIONARBPROC getLocation, DrawActionBase *action,
+                GLuint program)
+{
+    Camera *camera = action != NULL ? action->getCamera() : NULL;
+    if(camera != NULL)
+        glUniform2f(getLocation(program, "OSGNearFar"), camera->getNear(), camera->getFar());
+}
+
+void osgNearDist(PFNGLGETUNIFORMLOCATIONARBPROC getLocation, DrawActionBase *action,
+                 GLuint program)
+{
+    Camera *camera = action != NULL ? action->getCamera() : NULL;
+    if(camera != NULL)
+        uniformReal(getLocation, program, "OSGNearDist", camera->getNear());
+}
+
+void osgFarDist(PFNGLGETUNIFORMLOCATIONARBPROC getLocation, DrawActionBase *action,
+                GLuint program)
+{
+    Camera *camera = action != NULL ? action->getCamera() : NULL;
+    if(camera != NULL)
+        uniformReal(getLocation, program, "OSGFarDist", camera->getFar());
+}
+
+// No stereo decorators and no cluster here: the values say so.
+void osgStereoLeftEye(PFNGLGETUNIFORMLOCATIONARBPROC getLocation, DrawActionBase *,
+                      GLuint program)
+{
+    uniformInt(getLocation, program, "OSGStereoLeftEye", -1);
+}
+
+void osgClusterId(PFNGLGETUNIFORMLOCATIONARBPROC getLocation, DrawActionBase *,
+                  GLuint program)
+{
+    uniformInt(getLocation, program, "OSGClusterId", -1);
+}
+
+void osgActiveLightsMask(PFNGLGETUNIFORMLOCATIONARBPROC getLocation, DrawActionBase *action,
+                         GLuint program)
+{
+    uniformInt(getLocation, program, "OSGActiveLightsMask", Int32(activeLightsMask(action)));
+}
+
+void osgActiveLightsCount(PFNGLGETUNIFORMLOCATIONARBPROC getLocation,
+                          DrawActionBase *action, GLuint program)
+{
+    Int32 count = 0;
+    for(UInt32 mask = activeLightsMask(action); mask != 0; mask &= mask - 1)
+        ++count;
+    uniformInt(getLocation, program, "OSGActiveLightsCount", count);
+}
+
+template <UInt32 LightI>
+void osgLightActive(PFNGLGETUNIFORMLOCATIONARBPROC getLocation, DrawActionBase *action,
+                    GLuint program)
+{
+    static const std::string name = "OSGLight" + std::to_string(LightI) + "Active";
+    uniformInt(getLocation, program, name.c_str(),
+               (activeLightsMask(action) >> LightI) & 1u);
+}
+
+std::map<std::string, SHLChunk::parametercbfp> &parameterCallbacks(void)
+{
+    static std::map<std::string, SHLChunk::parametercbfp> callbacks = {
+        { "OSGWorldMatrix",         &osgWorldMatrix         },
+        { "OSGInvWorldMatrix",      &osgInvWorldMatrix      },
+        { "OSGTransInvWorldMatrix", &osgTransInvWorldMatrix },
+        { "OSGCameraOrientation",   &osgCameraOrientation   },
+        { "OSGCameraPosition",      &osgCameraPosition      },
+        { "OSGViewMatrix",          &osgViewMatrix          },
+        { "OSGInvViewMatrix",       &osgInvViewMatrix       },
+        { "OSGNearFar",             &osgNearFar             },
+        { "OSGNearDist",            &osgNearDist            },
+        { "OSGFarDist",             &osgFarDist             },
+        { "OSGStereoLeftEye",       &osgStereoLeftEye       },
+        { "OSGClusterId",           &osgClusterId           },
+        { "OSGActiveLightsMask",    &osgActiveLightsMask    },
+        { "OSGActiveLightsCount",   &osgActiveLightsCount   },
+        { "OSGLight0Active",        &osgLightActive<0>      },
+        { "OSGLight1Active",        &osgLightActive<1>      },
+        { "OSGLight2Active",        &osgLightActive<2>      },
+        { "OSGLight3Active",        &osgLightActive<3>      },
+        { "OSGLight4Active",        &osgLightActive<4>      },
+        { "OSGLight5Active",        &osgLightActive<5>      },
+        { "OSGLight6Active",        &osgLightActive<6>      },
+        { "OSGLight7Active",        &osgLightActive<7>      },
+    };
+    return callbacks;
+}
+
+// Same signature as the ARB entry point the callbacks are given.
+GLint OSG_APIENTRY callbackUniformLocation(GLhandleARB program, const GLcharARB *name)
+{
+    return glGetUniformLocation(program, name);
+}
+
+// Runs the callback of a parameter with the program current; false when
+// the name has none.
+bool callParameterCallback(const std::string &name, DrawActionBase *action, GLuint program)
+{
+    std::map<std::string, SHLChunk::parametercbfp>::const_iterator it =
+        parameterCallbacks().find(name);
+    if(it == parameterCallbacks().end())
+        return false;
+
+    GLint current = 0;
+    glGetIntegerv(GL_CURRENT_PROGRAM, &current);
+    if(GLuint(current) != program)
+        glUseProgram(program);
+    it->second(&callbackUniformLocation, action, program);
+    if(GLuint(current) != program)
+        glUseProgram(GLuint(current));
     return true;
 }
 
@@ -451,14 +675,39 @@ void SHLChunk::applyParameters(const MFShaderParameterPtr &params,
             continue;
         }
 
-        if(!uploadCameraUniform(_program, loc, param->getName(), action, direct))
+        if(!callParameterCallback(param->getName(), action, _program))
             uploadUniform(_program, loc, param, direct);
+    }
+}
+
+void SHLChunk::addParameterCallback(const char *name, parametercbfp fp)
+{
+    if(name == NULL || fp == NULL)
+    {
+        SWARNING << "SHLChunk::addParameterCallback: needs a name and a callback"
+                 << std::endl;
+        return;
+    }
+    parameterCallbacks()[name] = fp;
+}
+
+void SHLChunk::updateCallbackParameters(DrawActionBase *action)
+{
+    if(_program == 0 || _failed)
+        return;
+    const MFShaderParameterPtr &params = getParameters();
+    for(UInt32 i = 0; i < params.size(); ++i)
+    {
+        ShaderParameter *param = getCPtr(params[i]);
+        if(param != NULL && uniformLocation(param->getName()) >= 0)
+            callParameterCallback(param->getName(), action, _program);
     }
 }
 
 void SHLChunk::activate(DrawActionBase *action, UInt32)
 {
     getProgram();
+    validateGLObject(action);
 
     if(_failed)
     {

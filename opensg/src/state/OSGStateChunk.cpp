@@ -3,6 +3,7 @@
 #include <OpenSG/OSGDepthChunk.h>
 #include <OpenSG/OSGPolygonChunk.h>
 #include <OpenSG/OSGMaterialChunk.h>
+#include <OpenSG/OSGLightChunk.h>
 #include <OpenSG/OSGTextureChunk.h>
 #include <OpenSG/OSGSHLChunk.h>
 #include <OpenSG/OSGSHLParameterChunk.h>
@@ -86,6 +87,7 @@ StateChunkClass BlendChunk::_class       ("Blend");
 StateChunkClass DepthChunk::_class       ("Depth");
 StateChunkClass PolygonChunk::_class     ("Polygon");
 StateChunkClass MaterialChunk::_class    ("Material");
+StateChunkClass LightChunk::_class       ("Light", 8);
 StateChunkClass TextureChunk::_class     ("Texture", osgMaxTexImages);
 StateChunkClass SHLChunk::_class         ("SHL");
 StateChunkClass SHLParameterChunk::_class("SHLParameter");

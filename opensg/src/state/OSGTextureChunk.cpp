@@ -1,5 +1,7 @@
 #include <OpenSG/OSGTextureChunk.h>
 #include <OpenSG/OSGDrawActionBase.h>
+#include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGWindow.h>
 
 #include "OSGStateGL.h"
 
@@ -71,7 +73,8 @@ TextureChunk::TextureChunk(void) :
     _needsInit   (true),
     _needsRefresh(false),
     _needsParams (true),
-    _hasMipmaps  (false)
+    _hasMipmaps  (false),
+    _windowHandled(false)
 {
 }
 
@@ -137,7 +140,8 @@ TextureChunk::TextureChunk(const TextureChunk &source) :
     _needsInit   (true),
     _needsRefresh(false),
     _needsParams (true),
-    _hasMipmaps  (false)
+    _hasMipmaps  (false),
+    _windowHandled(false)
 {
     _sfGLId.setValue(0);
 }
@@ -169,6 +173,36 @@ void TextureChunk::detachImage(ImagePtr image, FieldContainerPtr parent)
 void TextureChunk::onCreate(const TextureChunk *)
 {
     attachImage(getImage(), FieldContainerPtr(this));
+
+    _sfGLId.setValue(0);
+    if(GlobalSystemState != Startup)
+        registerGLObject();
+}
+
+// GLId is the texture's id among the window GL objects: each window that
+// validates it keeps the texture name under it and deletes the texture when
+// the chunk goes. A window refresh or reinitialisation reloads the image.
+void TextureChunk::registerGLObject(void)
+{
+    TextureChunk *self = this;
+    _sfGLId.setValue(Window::registerGLObject(Window::GLObjectFunctor(
+        [self](Window *win, UInt32 idstatus)
+        {
+            UInt32 id;
+            Window::GLObjectStatusE status;
+            Window::unpackIdStatus(idstatus, id, status);
+            if(status == Window::destroy)
+            {
+                // The chunk is gone by now; only the window knows the name.
+                GLuint name = win->getGLObjectId(id);
+                if(name != 0)
+                    glDeleteTextures(1, &name);
+            }
+            else if(status == Window::reinitialize)
+                self->_needsInit = true;
+            else if(status == Window::needrefresh)
+                self->_needsRefresh = true;
+        })));
 }
 
 void TextureChunk::onDestroy(void)
@@ -177,11 +211,11 @@ void TextureChunk::onDestroy(void)
     _sfImage.setValue(NullFC);
     detachImage(image, FieldContainerPtr(this));
 
-    if(_glName != 0)
-    {
+    if(getGLId() != 0)
+        Window::destroyGLObject(getGLId());
+    if(_glName != 0 && !_windowHandled)
         glDeleteTextures(1, &_glName);
-        _glName = 0;
-    }
+    _glName = 0;
     Inherited::onDestroy();
 }
 
@@ -524,9 +558,14 @@ void TextureChunk::applyParameters(GLenum target)
                         std::min(std::max(getAnisotropy(), 1.f), caps.maxAnisotropy));
 }
 
-void TextureChunk::validate(Window *)
+void TextureChunk::validate(Window *win)
 {
     const GLenum target = getGLTarget();
+
+    if(win != NULL && getGLId() == 0)
+        registerGLObject();
+    if(win != NULL)
+        win->validateGLObject(getGLId());
 
     // A GL texture cannot change its target: make a new one.
     if(_glName != 0 && target != _glTarget)
@@ -539,7 +578,11 @@ void TextureChunk::validate(Window *)
         glGenTextures(1, &_glName);
         _glTarget  = target;
         _needsInit = true;
-        _sfGLId.setValue(_glName);
+    }
+    if(win != NULL)
+    {
+        win->setGLObjectId(getGLId(), _glName);
+        _windowHandled = true;
     }
 
     glBindTexture(target, _glName);

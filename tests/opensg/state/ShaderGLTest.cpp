@@ -3,7 +3,15 @@
 #include <OpenSG/OSGState.h>
 
 #include "support/GLTest.h"
+#include "support/LogCapture.h"
+
+#include <OpenSG/OSGPassiveWindow.h>
+#include <OpenSG/OSGRenderAction.h>
 #include "support/PixelProbe.h"
+#include "support/SceneSetup.h"
+
+#include <OpenSG/OSGChunkMaterial.h>
+#include <OpenSG/OSGPointLight.h>
 
 #include <gtest/gtest.h>
 
@@ -209,6 +217,174 @@ TEST_F(SHLChunkGL, EditedProgramTextIsRebuilt)
     shl->setFragmentProgram("void main() { gl_FragColor = vec4(0.0, 1.0, 0.0, 1.0); }\n");
     endEditCP(shl, ShaderChunk::FragmentProgramFieldMask);
     EXPECT_EQ(drawQuad(state), (testsupport::RGBA8{ 0, 255, 0, 255 }));
+}
+
+} // namespace
+
+namespace
+{
+
+// GLId names the program among the window's GL objects; the window deletes
+// the program at its frame end after the chunk is gone.
+TEST_F(SHLChunkGL, GLIdIsTheProgramsWindowObject)
+{
+    PassiveWindowPtr window = PassiveWindow::create();
+    addRefCP(window);
+    window->init();
+    RenderAction *action = RenderAction::create();
+    action->setWindow(getCPtr(window));
+
+    shl->setFragmentProgram("void main()\n"
+                            "{\n"
+                            "    gl_FragColor = vec4(0.0, 1.0, 0.0, 1.0);\n"
+                            "}\n");
+    StatePtr state = stateWith(shl);
+    StateRefPtr hold(state);
+    state->activate(action);
+    state->deactivate(action);
+
+    const UInt32 id = shl->getGLId();
+    ASSERT_NE(id, 0u);
+    const GLuint program = window->getGLObjectId(id);
+    EXPECT_EQ(program, shl->getProgram());
+    EXPECT_TRUE(glIsProgram(program));
+    {
+        testsupport::LogCapture log;
+        window->validateGLObject(id);
+        EXPECT_EQ(log.text(), "");
+    }
+
+    hold = NullFC;
+    subRefCP(shl);
+    shl = NullFC;
+    EXPECT_TRUE(glIsProgram(program));
+    window->frameExit();
+    EXPECT_FALSE(glIsProgram(program));
+
+    delete action;
+    subRefCP(window);
+}
+
+} // namespace
+
+namespace
+{
+
+const char *s_strOSGUniformsVertex =
+    "void main()\n"
+    "{\n"
+    "    gl_Position = ftransform();\n"
+    "}\n";
+
+// Red and green show the object's world translation; blue stays 0 but keeps
+// every other uniform in use.
+const char *s_strOSGUniformsFragment =
+    "uniform mat4  OSGWorldMatrix;\n"
+    "uniform mat4  OSGInvWorldMatrix;\n"
+    "uniform mat4  OSGTransInvWorldMatrix;\n"
+    "uniform mat4  OSGCameraOrientation;\n"
+    "uniform vec3  OSGCameraPosition;\n"
+    "uniform vec2  OSGNearFar;\n"
+    "uniform int   OSGActiveLightsMask;\n"
+    "uniform int   OSGActiveLightsCount;\n"
+    "uniform int   OSGLight0Active;\n"
+    "uniform int   OSGLight1Active;\n"
+    "uniform float fUser;\n"
+    "\n"
+    "void main()\n"
+    "{\n"
+    "    float fKeep = OSGInvWorldMatrix[0][0] + OSGTransInvWorldMatrix[0][0] +\n"
+    "                  OSGCameraOrientation[0][0] + OSGCameraPosition.x + OSGNearFar.x +\n"
+    "                  float(OSGActiveLightsMask + OSGActiveLightsCount +\n"
+    "                        OSGLight0Active + OSGLight1Active) + fUser;\n"
+    "    gl_FragColor = vec4(OSGWorldMatrix[3].x, OSGWorldMatrix[3].y,\n"
+    "                        step(1000.0, fKeep), 1.0);\n"
+    "}\n";
+
+void setUserUniform(PFNGLGETUNIFORMLOCATIONARBPROC getUniformLocation, DrawActionBase *,
+                    GLuint program)
+{
+    glUniform1f(getUniformLocation(program, "fUser"), 0.5f);
+}
+
+NodePtr translated(NodePtr child, Real32 x, Real32 y)
+{
+    Matrix m;
+    m.setTranslate(x, y, 0.f);
+    NodePtr node = testsupport::makeTransformNode(m);
+    testsupport::addChild(node, child);
+    return node;
+}
+
+TEST_F(SHLChunkGL, DeclaredOSGUniformsAndCallbacksAreSuppliedPerObject)
+{
+    testsupport::SceneSetup setup(64, 64);
+
+    beginEditCP(shl);
+    shl->setVertexProgram(s_strOSGUniformsVertex);
+    shl->setFragmentProgram(s_strOSGUniformsFragment);
+    const char *matrices[] = { "OSGWorldMatrix", "OSGInvWorldMatrix",
+                               "OSGTransInvWorldMatrix", "OSGCameraOrientation" };
+    for(const char *name : matrices)
+        shl->setUniformParameter(name, Matrix());
+    shl->setUniformParameter("OSGCameraPosition", Vec3f(0, 0, 0));
+    shl->setUniformParameter("OSGNearFar",        Vec2f(0, 0));
+    const char *ints[] = { "OSGActiveLightsMask", "OSGActiveLightsCount",
+                           "OSGLight0Active", "OSGLight1Active" };
+    for(const char *name : ints)
+        shl->setUniformParameter(name, Int32(7));
+    shl->setUniformParameter("fUser", 0.f);
+    endEditCP(shl);
+    SHLChunk::addParameterCallback("fUser", &setUserUniform);
+
+    ChunkMaterialPtr material = ChunkMaterial::create();
+    beginEditCP(material, ChunkMaterial::ChunksFieldMask);
+    material->addChunk(shl);
+    endEditCP(material, ChunkMaterial::ChunksFieldMask);
+
+    // One light over two squares that share the material.
+    PointLightPtr light = PointLight::create();
+    beginEditCP(light);
+    light->setBeacon(setup.cameraBeacon);
+    endEditCP(light);
+    NodePtr lightNode = makeNodeFor(light);
+    testsupport::addChild(lightNode, translated(testsupport::makeRect(-0.1f, -0.1f, 0.1f, 0.1f, 0.f, material), 0.25f, 0.5f));
+    testsupport::addChild(lightNode, translated(testsupport::makeRect(-0.1f, -0.1f, 0.1f, 0.1f, 0.f, material), 0.75f, 0.25f));
+    testsupport::addChild(setup.root, lightNode);
+
+    setup.render();
+
+    // 8-bit colour of the translations.
+    const testsupport::RGBA8 first  = testsupport::readPixelRGBA8(40, 48);
+    const testsupport::RGBA8 second = testsupport::readPixelRGBA8(56, 40);
+    EXPECT_NEAR(first.r,  64, 2);
+    EXPECT_NEAR(first.g,  128, 2);
+    EXPECT_NEAR(second.r, 191, 2);
+    EXPECT_NEAR(second.g, 64, 2);
+    EXPECT_EQ(first.b, 0);
+
+    // The values left from the last object drawn.
+    const GLuint program = shl->getProgram();
+    GLfloat world[16], inverse[16], position[3], nearFar[2], user = 0.f;
+    glGetUniformfv(program, location("OSGWorldMatrix"),    world);
+    glGetUniformfv(program, location("OSGInvWorldMatrix"), inverse);
+    glGetUniformfv(program, location("OSGCameraPosition"), position);
+    glGetUniformfv(program, location("OSGNearFar"),        nearFar);
+    glGetUniformfv(program, location("fUser"),             &user);
+    EXPECT_FLOAT_EQ(inverse[12], -world[12]);
+    EXPECT_FLOAT_EQ(inverse[13], -world[13]);
+    EXPECT_FLOAT_EQ(position[2], 5.f);
+    EXPECT_FLOAT_EQ(nearFar[0],  1.f);
+    EXPECT_FLOAT_EQ(nearFar[1],  9.f);
+    EXPECT_FLOAT_EQ(user,        0.5f);
+
+    const GLint expected[] = { 1, 1, 1, 0 };
+    for(UInt32 i = 0; i < 4; ++i)
+    {
+        GLint value = -1;
+        glGetUniformiv(program, location(ints[i]), &value);
+        EXPECT_EQ(value, expected[i]) << ints[i];
+    }
 }
 
 } // namespace
