@@ -25,13 +25,32 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdlib>
 #include <exception>
+#include <stdexcept>
 #include <fstream>
 #include <iterator>
 #include <map>
 #include <sstream>
 #include <string>
 #include <vector>
+
+// Debian's assimp is built with its internal checks on, and a failed check
+// aborts the process; some malformed files trip them. This definition takes
+// the place of the library's (it is looked up through the dynamic linker,
+// and the runtime loads before assimp) and turns a failed check into an
+// exception, which the readers below catch and report.
+namespace Assimp
+{
+
+void aiAssertViolation(const char *failedExpression, const char *file, int line)
+{
+    throw std::runtime_error(std::string("assimp internal check failed: ") +
+                             failedExpression + " (" + file + ":" +
+                             std::to_string(line) + ")");
+}
+
+} // namespace Assimp
 
 namespace osg
 {
@@ -94,11 +113,49 @@ std::string lowerSuffix(const std::string &fileNameOrExtension)
     return suffix;
 }
 
-// assimp's PLY reader never returns from a header that lacks its end
-// marker, so such a file is refused before it gets there.
-bool plyHeaderComplete(const std::string &start)
+// Why assimp must not see a file, or empty. Its PLY reader never returns
+// from a header that lacks its end marker, and its PLY and OFF readers
+// allocate what the header declares before reading: a few bytes claiming
+// billions of vertices take minutes and gigabytes. Every element takes at
+// least a byte, so larger counts are lies.
+std::string implausibleHeader(const std::string &suffix, const std::string &start,
+                              std::size_t fileSize)
 {
-    return start.find("end_header") != std::string::npos;
+    std::istringstream header(start);
+    std::string word;
+    if(suffix == "ply")
+    {
+        if(start.find("end_header") == std::string::npos)
+            return "PLY header without end_header";
+        while(header >> word && word != "end_header")
+        {
+            std::string name;
+            double      count;
+            if(word == "element" && header >> name >> count && count > double(fileSize))
+                return "PLY header declares more " + name + " elements than the file holds";
+        }
+    }
+    else if(suffix == "off")
+    {
+        // The keyword ("OFF", "COFF", "NOFF", ...), comments, then the counts.
+        std::string line;
+        std::vector<double> counts;
+        while(counts.size() < 2 && std::getline(header, line))
+        {
+            std::istringstream words(line.substr(0, line.find('#')));
+            while(counts.size() < 2 && words >> word)
+            {
+                char *end = NULL;
+                const double value = std::strtod(word.c_str(), &end);
+                if(end != NULL && *end == '\0')
+                    counts.push_back(value);
+            }
+        }
+        for(double count : counts)
+            if(count > double(fileSize))
+                return "OFF header declares more elements than the file holds";
+    }
+    return std::string();
 }
 
 std::string directoryOf(const std::string &fileName)
@@ -184,13 +241,17 @@ class SceneConverter
 
     GeometryPtr makeGeometry(const aiMesh &mesh)
     {
-        if(mesh.mVertices == NULL || mesh.mNumVertices == 0 || mesh.mFaces == NULL)
+        if(mesh.mVertices == NULL || mesh.mNumVertices == 0)
             return NullFC;
 
-        // SortByPType leaves one primitive type per mesh.
+        // SortByPType leaves one primitive type per mesh; point clouds come
+        // without faces.
+        const bool pointCloud = mesh.mFaces == NULL || mesh.mNumFaces == 0;
         UInt32 corners;
         GLenum type;
-        if(mesh.mPrimitiveTypes & aiPrimitiveType_TRIANGLE)
+        if(pointCloud)
+        { corners = 1; type = GL_POINTS; }
+        else if(mesh.mPrimitiveTypes & aiPrimitiveType_TRIANGLE)
         { corners = 3; type = GL_TRIANGLES; }
         else if(mesh.mPrimitiveTypes & aiPrimitiveType_LINE)
         { corners = 2; type = GL_LINES; }
@@ -201,7 +262,9 @@ class SceneConverter
 
         GeoIndicesUI32Ptr indices = GeoIndicesUI32::create();
         beginEditCP(indices, GeoIndicesUI32::GeoPropDataFieldMask);
-        for(unsigned int f = 0; f < mesh.mNumFaces; ++f)
+        for(unsigned int v = 0; pointCloud && v < mesh.mNumVertices; ++v)
+            indices->push_back(v);
+        for(unsigned int f = 0; !pointCloud && f < mesh.mNumFaces; ++f)
         {
             const aiFace &face = mesh.mFaces[f];
             if(face.mNumIndices != corners || face.mIndices == NULL)
@@ -609,8 +672,10 @@ NodePtr convertScene(const aiScene *scene, const Char8 *fileName, bool gltf,
 {
     if(scene == NULL)
     {
+        const std::string reason = importer.GetErrorString();
         SWARNING << "SceneFileHandler: " << fileName << ": "
-                 << importer.GetErrorString() << std::endl;
+                 << (reason.empty() ? std::string("the importer gave no scene") : reason)
+                 << std::endl;
         return NullFC;
     }
     if(scene->mRootNode == NULL)
@@ -652,16 +717,18 @@ NodePtr AssimpSceneFileType::readFile(const Char8 *fileName) const
     try
     {
         const std::string suffix = lowerSuffix(fileName);
-        if(suffix == "ply")
+        if(suffix == "ply" || suffix == "off")
         {
-            std::ifstream is(fileName, std::ios::binary);
+            std::ifstream is(fileName, std::ios::binary | std::ios::ate);
+            const std::size_t size = std::size_t(std::max<std::streamoff>(is.tellg(), 0));
+            is.seekg(0);
             std::string start(4096, '\0');
             is.read(&start[0], std::streamsize(start.size()));
             start.resize(std::size_t(is.gcount()));
-            if(!plyHeaderComplete(start))
+            const std::string reason = implausibleHeader(suffix, start, size);
+            if(!reason.empty())
             {
-                SWARNING << "SceneFileHandler: " << fileName
-                         << ": PLY header without end_header" << std::endl;
+                SWARNING << "SceneFileHandler: " << fileName << ": " << reason << std::endl;
                 return NullFC;
             }
         }
@@ -696,10 +763,10 @@ NodePtr AssimpSceneFileType::read(std::istream &is, const Char8 *fileNameOrExten
 
         // The hint is the bare suffix.
         const std::string hint = lowerSuffix(name);
-        if(hint == "ply" && !plyHeaderComplete(bytes.substr(0, 4096)))
+        const std::string reason = implausibleHeader(hint, bytes.substr(0, 4096), bytes.size());
+        if(!reason.empty())
         {
-            SWARNING << "SceneFileHandler: stream '" << name
-                     << "': PLY header without end_header" << std::endl;
+            SWARNING << "SceneFileHandler: stream '" << name << "': " << reason << std::endl;
             return NullFC;
         }
 

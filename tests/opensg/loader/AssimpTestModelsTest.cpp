@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cctype>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <iomanip>
 #include <iostream>
@@ -59,10 +60,14 @@ TEST(AssimpTestModels, EveryModelGivesASceneOrAWarning)
     std::map<std::string, Tally> byFormat;
     const auto start = std::chrono::steady_clock::now();
 
+    std::vector<std::pair<double, std::string> > times;
     for(const fs::path &file : files)
     {
         testsupport::LogCapture log;
+        const auto fileStart = std::chrono::steady_clock::now();
         NodePtr root = SceneFileHandler::the().read(file.c_str());
+        times.emplace_back(std::chrono::duration<double>(
+            std::chrono::steady_clock::now() - fileStart).count(), file.string());
         Tally &tally = byFormat[lowerSuffix(file)];
         if(root != NullFC)
         {
@@ -74,6 +79,8 @@ TEST(AssimpTestModels, EveryModelGivesASceneOrAWarning)
         {
             ++tally.refused;
             EXPECT_TRUE(log.contains(file.string())) << file << ": " << log.text();
+            if(std::getenv("LUMORA_LIST_REFUSED") != NULL)
+                std::cout << log.text();
         }
     }
 
@@ -88,6 +95,11 @@ TEST(AssimpTestModels, EveryModelGivesASceneOrAWarning)
         total.loaded  += entry.second.loaded;
         total.refused += entry.second.refused;
     }
+    std::sort(times.rbegin(), times.rend());
+    std::cout << "  slowest:\n";
+    for(std::size_t i = 0; i < std::min<std::size_t>(times.size(), 8); ++i)
+        std::cout << "    " << std::fixed << std::setprecision(2) << times[i].first
+                  << " s " << times[i].second << "\n";
     std::cout << "  total " << total.loaded << " loaded, " << total.refused
               << " refused, " << std::fixed << std::setprecision(1) << seconds << " s"
               << std::endl;

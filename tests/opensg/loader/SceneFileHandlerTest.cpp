@@ -440,6 +440,30 @@ TEST_F(SceneFileTest, Gltf2WithEmbeddedBuffersCameraAndLight)
     EXPECT_NEAR(ahead[2] - eye[2], -1.f, s_tol);
 }
 
+TEST_F(SceneFileTest, PointCloudBecomesIndexedPoints)
+{
+    const std::string file = write("points.ply",
+        "ply\n"
+        "format ascii 1.0\n"
+        "element vertex 5\n"
+        "property float x\nproperty float y\nproperty float z\n"
+        "end_header\n"
+        "0 0 0\n1 0 0\n2 0 0\n3 0 0\n4 0 0\n");
+
+    Scene scene(SceneFileHandler::the().read(file.c_str()));
+    ASSERT_NE(scene.root, NullFC);
+    std::vector<NodePtr> geos = geometryNodes(scene.root);
+    ASSERT_EQ(geos.size(), 1u);
+    GeometryPtr geo = GeometryPtr::dcast(geos[0]->getCore());
+    EXPECT_EQ(geo->getTypes()->getValue(0), UInt32(GL_POINTS));
+    ASSERT_EQ(geo->getPositions()->size(), 5u);
+    ASSERT_EQ(geo->getIndices()->size(), 5u);
+    std::set<Real32> xs;
+    for(UInt32 i = 0; i < 5; ++i)
+        xs.insert(geo->getPositions()->getValue(geo->getIndices()->getValue(i))[0]);
+    EXPECT_EQ(xs, (std::set<Real32>{ 0, 1, 2, 3, 4 }));
+}
+
 TEST_F(SceneFileTest, StreamReadUsesTheGivenSuffix)
 {
     std::istringstream quad(
@@ -498,8 +522,9 @@ TEST_F(SceneFileTest, UnreadableFilesGiveNullAndAWarningNamingThem)
         { "empty.gltf",         "",                                         true  },
         { "truncated.ply",      "ply\nformat ascii 1.0\nelement vertex 3\n"
                                 "property float x\n",                       true  },
-        { "no-data.ply",        "ply\nformat ascii 1.0\nelement vertex 3\n"
-                                "property float x\nend_header\n0 0",        true  },
+        { "huge-count.ply",     "ply\nformat ascii 1.0\nelement vertex 3000000000\n"
+                                "property float x\nend_header\n0\n",       true  },
+        { "huge-count.off",     "OFF\n353535235358 1 0\n0 0 0\n3 0 0 0\n",  true  },
         { "truncated.gltf",     "{ \"asset\": { \"version\": \"2.0\" }, \"meshes\": [ {", true },
         { "garbage.3ds",        garbage,                                    true  },
         { "garbage.glb",        garbage,                                    true  },
