@@ -761,7 +761,6 @@ NodePtr AssimpSceneFileType::read(std::istream &is, const Char8 *fileNameOrExten
             return NullFC;
         }
 
-        // The hint is the bare suffix.
         const std::string hint = lowerSuffix(name);
         const std::string reason = implausibleHeader(hint, bytes.substr(0, 4096), bytes.size());
         if(!reason.empty())
