@@ -6,7 +6,8 @@ LUMORA_DEB_PACKAGES=(
     build-essential cmake pkg-config
     libepoxy-dev libegl-dev libgl-dev libegl-mesa0 libgl1-mesa-dri
     freeglut3-dev libboost-dev libboost-random-dev libpng-dev
-    libgtest-dev libgmock-dev libbenchmark-dev libassimp-dev
+    libgtest-dev libgmock-dev libbenchmark-dev libassimp-dev libjpeg-dev
+    assimp-testmodels
 )
 
 install_deps() {

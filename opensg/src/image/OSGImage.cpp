@@ -1,11 +1,15 @@
 #include <OpenSG/OSGImage.h>
 #include <OpenSG/OSGTextureChunk.h>
 
+#include "OSGImageDecoding.h"
+
 #include <png.h>
 
 #include <algorithm>
 #include <cctype>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -535,9 +539,24 @@ bool Image::write(const Char8 *fileName)
 
 bool Image::read(const Char8 *fileName)
 {
+    if(fileName != NULL && (hasExtension(fileName, "jpg") || hasExtension(fileName, "jpeg")))
+    {
+        std::ifstream file(fileName, std::ios::binary);
+        std::vector<UInt8> bytes((std::istreambuf_iterator<char>(file)),
+                                 std::istreambuf_iterator<char>());
+        std::string error = file ? std::string() : std::string("cannot open the file");
+        if(!error.empty() || !decodeImageData(*this, bytes.data(), bytes.size(), error))
+        {
+            SWARNING << "Image::read: " << fileName << ": " << error << std::endl;
+            return false;
+        }
+        setName(fileName);
+        return true;
+    }
+
     if(fileName == NULL || !hasExtension(fileName, "png"))
     {
-        SWARNING << "Image::read: only PNG files are supported: "
+        SWARNING << "Image::read: only PNG and JPEG files are supported: "
                  << (fileName != NULL ? fileName : "(null)") << std::endl;
         return false;
     }

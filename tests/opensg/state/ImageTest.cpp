@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <png.h>
+#include <jpeglib.h>
 
 #include <cstdio>
 #include <cstring>
@@ -214,6 +215,80 @@ TEST(Image, FloatImagesAreClampedWhenWritten)
     }
     subRefCP(image);
     subRefCP(back);
+    std::remove(file.c_str());
+}
+
+// Writes an 8x8 RGB JPEG, top row first: the top half `top`, the bottom
+// half `bottom`.
+void writeJpeg(const std::string &file, const UInt8 top[3], const UInt8 bottom[3])
+{
+    jpeg_compress_struct info;
+    jpeg_error_mgr       err;
+    info.err = jpeg_std_error(&err);
+    jpeg_create_compress(&info);
+    FILE *out = std::fopen(file.c_str(), "wb");
+    ASSERT_NE(out, nullptr);
+    jpeg_stdio_dest(&info, out);
+    info.image_width      = 8;
+    info.image_height     = 8;
+    info.input_components = 3;
+    info.in_color_space   = JCS_RGB;
+    jpeg_set_defaults(&info);
+    jpeg_set_quality(&info, 100, TRUE);
+    jpeg_start_compress(&info, TRUE);
+    UInt8 row[8 * 3];
+    while(info.next_scanline < info.image_height)
+    {
+        const UInt8 *color = info.next_scanline < 4 ? top : bottom;
+        for(int x = 0; x < 8; ++x)
+            std::memcpy(&row[x * 3], color, 3);
+        JSAMPROW rows[1] = { row };
+        jpeg_write_scanlines(&info, rows, 1);
+    }
+    jpeg_finish_compress(&info);
+    jpeg_destroy_compress(&info);
+    std::fclose(out);
+}
+
+TEST(Image, JpegIsReadBottomRowFirst)
+{
+    const UInt8 top[3]    = { 250, 20, 20 };
+    const UInt8 bottom[3] = { 20, 20, 250 };
+    const std::string file = testing::TempDir() + "image-test.jpeg";
+    writeJpeg(file, top, bottom);
+
+    ImagePtr image = newImage();
+    ASSERT_TRUE(image->read(file.c_str()));
+    EXPECT_EQ(image->getPixelFormat(), UInt32(Image::OSG_RGB_PF));
+    EXPECT_EQ(image->getWidth(), 8);
+    EXPECT_EQ(image->getHeight(), 8);
+    // Lossy even at quality 100, and chroma is subsampled: a few steps off.
+    const UInt8 *first = image->getData();
+    const UInt8 *last  = image->getData() + (8 * 8 - 1) * 3;
+    for(int c = 0; c < 3; ++c)
+    {
+        EXPECT_NEAR(first[c], bottom[c], 8) << "channel " << c;
+        EXPECT_NEAR(last[c],  top[c],    8) << "channel " << c;
+    }
+    subRefCP(image);
+    std::remove(file.c_str());
+}
+
+TEST(Image, BrokenJpegIsRefusedWithAWarning)
+{
+    const std::string file = testing::TempDir() + "image-test-broken.jpg";
+    {
+        std::FILE *out = std::fopen(file.c_str(), "wb");
+        ASSERT_NE(out, nullptr);
+        const UInt8 header[] = { 0xff, 0xd8, 0xff, 0xe0, 0x00, 0x10, 'J', 'F', 'I', 'F' };
+        std::fwrite(header, 1, sizeof(header), out);
+        std::fclose(out);
+    }
+    ImagePtr image = newImage();
+    testsupport::LogCapture log;
+    EXPECT_FALSE(image->read(file.c_str()));
+    EXPECT_TRUE(log.contains(file)) << log.text();
+    subRefCP(image);
     std::remove(file.c_str());
 }
 

@@ -1,0 +1,568 @@
+#include <OpenSG/OSGCameraAttachment.h>
+#include <OpenSG/OSGGeometry.h>
+#include <OpenSG/OSGImage.h>
+#include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGPerspectiveCamera.h>
+#include <OpenSG/OSGPointLight.h>
+#include <OpenSG/OSGSceneFileHandler.h>
+#include <OpenSG/OSGSimpleAttachments.h>
+#include <OpenSG/OSGSimpleTexturedMaterial.h>
+#include <OpenSG/OSGTransform.h>
+
+#include "support/LiveObjects.h"
+#include "support/LogCapture.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <set>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+using namespace osg;
+
+namespace
+{
+
+// A fresh directory per test, removed with its files afterwards.
+class SceneFileTest : public ::testing::Test
+{
+  protected:
+    void SetUp() override
+    {
+        char pattern[] = "/tmp/lumora-loader-XXXXXX";
+        ASSERT_NE(mkdtemp(pattern), nullptr);
+        _dir = pattern;
+    }
+
+    void TearDown() override
+    {
+        for(const std::string &file : _files)
+            unlink(file.c_str());
+        rmdir(_dir.c_str());
+    }
+
+    std::string path(const std::string &name) const { return _dir + "/" + name; }
+
+    std::string write(const std::string &name, const std::string &contents)
+    {
+        const std::string file = path(name);
+        std::ofstream(file, std::ios::binary) << contents;
+        _files.push_back(file);
+        return file;
+    }
+
+    // A 3x2 RGB image whose pixels all differ, bottom row first.
+    std::string writeTexture(const std::string &name)
+    {
+        ImagePtr image = Image::create();
+        addRefCP(image);
+        const UInt8 pixels[] = { 255, 0, 0,   0, 255, 0,   0, 0, 255,
+                                 255, 255, 0, 0, 255, 255, 255, 0, 255 };
+        image->set(Image::OSG_RGB_PF, 3, 2, 1, 1, 1, 0.0, pixels);
+        const std::string file = path(name);
+        EXPECT_TRUE(image->write(file.c_str()));
+        subRefCP(image);
+        _files.push_back(file);
+        return file;
+    }
+
+    std::string _dir;
+    std::vector<std::string> _files;
+};
+
+// Holds a read scene for the test's duration.
+struct Scene
+{
+    explicit Scene(NodePtr root) : root(root) { addRefCP(root); }
+    ~Scene() { if(root != NullFC) subRefCP(root); }
+    NodePtr root;
+};
+
+void collect(NodePtr node, const std::function<bool(NodePtr)> &match, std::vector<NodePtr> &out)
+{
+    if(match(node))
+        out.push_back(node);
+    for(UInt32 i = 0; i < node->getNChildren(); ++i)
+        collect(node->getChild(i), match, out);
+}
+
+std::vector<NodePtr> geometryNodes(NodePtr root)
+{
+    std::vector<NodePtr> nodes;
+    collect(root, [](NodePtr n) { return GeometryPtr::dcast(n->getCore()) != NullFC; }, nodes);
+    return nodes;
+}
+
+NodePtr namedNode(NodePtr root, const std::string &name)
+{
+    std::vector<NodePtr> nodes;
+    collect(root, [&](NodePtr n) { const Char8 *s = getName(n); return s != NULL && name == s; },
+            nodes);
+    return nodes.empty() ? NodePtr(NullFC) : nodes.front();
+}
+
+Pnt3f worldPoint(NodePtr node, const Pnt3f &p)
+{
+    Pnt3f result;
+    node->getToWorld().multFullMatrixPnt(p, result);
+    return result;
+}
+
+const Real32 s_tol = 1e-5f;
+
+void expectColor(const Color3f &actual, Real32 r, Real32 g, Real32 b, const char *what)
+{
+    EXPECT_NEAR(actual[0], r, s_tol) << what;
+    EXPECT_NEAR(actual[1], g, s_tol) << what;
+    EXPECT_NEAR(actual[2], b, s_tol) << what;
+}
+
+// Every triangle of `geo` faces +Z (counter-clockwise seen from +Z) and its
+// vertex normals point along +Z.
+void expectFacingPlusZ(GeometryPtr geo)
+{
+    GeoIndicesPtr   indices   = geo->getIndices();
+    GeoPositionsPtr positions = geo->getPositions();
+    GeoNormalsPtr   normals   = geo->getNormals();
+    ASSERT_NE(normals, NullFC) << "no normals";
+    ASSERT_EQ(indices->size() % 3, 0u);
+    for(UInt32 i = 0; i < indices->size(); i += 3)
+    {
+        const Pnt3f a = positions->getValue(indices->getValue(i));
+        const Pnt3f b = positions->getValue(indices->getValue(i + 1));
+        const Pnt3f c = positions->getValue(indices->getValue(i + 2));
+        EXPECT_GT((b - a).cross(c - a)[2], 0.f) << "triangle " << i / 3 << " is clockwise";
+        for(UInt32 k = 0; k < 3; ++k)
+        {
+            const Vec3f n = normals->getValue(indices->getValue(i + k));
+            EXPECT_NEAR(n[0], 0.f, s_tol);
+            EXPECT_NEAR(n[1], 0.f, s_tol);
+            EXPECT_NEAR(n[2], 1.f, s_tol);
+        }
+    }
+}
+
+const char *s_quadObj =
+    "mtllib quad.mtl\n"
+    "o Quad\n"
+    "v 0 0 0\nv 2 0 0\nv 2 1 0\nv 0 1 0\n"
+    "vt 0 0\nvt 1 0\nvt 1 1\nvt 0 1\n"
+    "usemtl Painted\n"
+    "f 1/1 2/2 3/3 4/4\n";
+
+const char *s_quadMtl =
+    "newmtl Painted\n"
+    "Ka 0.05 0.05 0.05\n"
+    "Kd 0.2 0.4 0.6\n"
+    "Ks 0.5 0.25 0.125\n"
+    "Ns 40\n"
+    "Ke 0.1 0 0.3\n"
+    "d 0.75\n"
+    "map_Kd tex.png\n";
+
+TEST_F(SceneFileTest, ObjQuadWithMaterialAndTexture)
+{
+    writeTexture("tex.png");
+    write("quad.mtl", s_quadMtl);
+    const std::string file = write("quad.obj", s_quadObj);
+
+    Scene scene(SceneFileHandler::the().read(file.c_str()));
+    ASSERT_NE(scene.root, NullFC);
+
+    std::vector<NodePtr> geos = geometryNodes(scene.root);
+    ASSERT_EQ(geos.size(), 1u);
+    GeometryPtr geo = GeometryPtr::dcast(geos[0]->getCore());
+
+    // The quad is split into two triangles over its four shared corners.
+    ASSERT_EQ(geo->getTypes()->size(), 1u);
+    EXPECT_EQ(geo->getTypes()->getValue(0), UInt32(GL_TRIANGLES));
+    EXPECT_EQ(geo->getLengths()->getValue(0), 6u);
+    ASSERT_EQ(geo->getIndices()->size(), 6u);
+    ASSERT_EQ(geo->getPositions()->size(), 4u);
+    for(UInt32 i = 0; i < 6; ++i)
+        EXPECT_LT(geo->getIndices()->getValue(i), 4u);
+
+    // The file has no normals; generated ones face the quad's front.
+    expectFacingPlusZ(geo);
+
+    // Texture coordinates follow the corners: (x / 2, y).
+    ASSERT_NE(geo->getTexCoords(), NullFC);
+    ASSERT_EQ(geo->getTexCoords()->size(), 4u);
+    for(UInt32 v = 0; v < 4; ++v)
+    {
+        const Pnt3f p = geo->getPositions()->getValue(v);
+        const Vec2f t = geo->getTexCoords()->getValue(v);
+        EXPECT_NEAR(t[0], p[0] / 2, s_tol) << "vertex " << v;
+        EXPECT_NEAR(t[1], p[1], s_tol) << "vertex " << v;
+    }
+
+    SimpleTexturedMaterialPtr mat = SimpleTexturedMaterialPtr::dcast(geo->getMaterial());
+    ASSERT_NE(mat, NullFC);
+    expectColor(mat->getDiffuse(),  0.2f, 0.4f, 0.6f, "diffuse");
+    expectColor(mat->getAmbient(),  0.05f, 0.05f, 0.05f, "ambient");
+    expectColor(mat->getSpecular(), 0.5f, 0.25f, 0.125f, "specular");
+    expectColor(mat->getEmission(), 0.1f, 0.f, 0.3f, "emission");
+    EXPECT_NEAR(mat->getShininess(), 40.f, s_tol);
+    EXPECT_NEAR(mat->getTransparency(), 0.25f, s_tol);
+    ASSERT_STREQ(getName(mat), "Painted");
+
+    ImagePtr image = mat->getImage();
+    ASSERT_NE(image, NullFC);
+    EXPECT_EQ(image->getWidth(), 3);
+    EXPECT_EQ(image->getHeight(), 2);
+    // Bottom-left texel first, as written.
+    const UInt8 *pixel = image->getData();
+    EXPECT_EQ(pixel[0], 255);
+    EXPECT_EQ(pixel[1], 0);
+    EXPECT_EQ(pixel[2], 0);
+
+    EXPECT_NE(namedNode(scene.root, "Quad"), NullFC) << "object name not attached";
+}
+
+TEST_F(SceneFileTest, MissingTextureLeavesAnUntexturedMaterialAndAWarning)
+{
+    write("quad.mtl", s_quadMtl);
+    const std::string file = write("quad.obj", s_quadObj);
+
+    testsupport::LogCapture log;
+    Scene scene(SceneFileHandler::the().read(file.c_str()));
+    ASSERT_NE(scene.root, NullFC);
+    EXPECT_TRUE(log.contains("tex.png")) << log.text();
+
+    std::vector<NodePtr> geos = geometryNodes(scene.root);
+    ASSERT_EQ(geos.size(), 1u);
+    MaterialPtr mat = GeometryPtr::dcast(geos[0]->getCore())->getMaterial();
+    EXPECT_EQ(SimpleTexturedMaterialPtr::dcast(mat), NullFC);
+    ASSERT_NE(SimpleMaterialPtr::dcast(mat), NullFC);
+    expectColor(SimpleMaterialPtr::dcast(mat)->getDiffuse(), 0.2f, 0.4f, 0.6f, "diffuse");
+}
+
+TEST_F(SceneFileTest, PlyQuadWithVertexColours)
+{
+    const std::string file = write("quad.ply",
+        "ply\n"
+        "format ascii 1.0\n"
+        "element vertex 4\n"
+        "property float x\nproperty float y\nproperty float z\n"
+        "property uchar red\nproperty uchar green\nproperty uchar blue\n"
+        "element face 1\n"
+        "property list uchar int vertex_indices\n"
+        "end_header\n"
+        "0 0 0 255 0 0\n"
+        "1 0 0 0 255 0\n"
+        "1 1 0 0 0 255\n"
+        "0 1 0 255 255 255\n"
+        "4 0 1 2 3\n");
+
+    Scene scene(SceneFileHandler::the().read(file.c_str()));
+    ASSERT_NE(scene.root, NullFC);
+    std::vector<NodePtr> geos = geometryNodes(scene.root);
+    ASSERT_EQ(geos.size(), 1u);
+    GeometryPtr geo = GeometryPtr::dcast(geos[0]->getCore());
+
+    ASSERT_EQ(geo->getPositions()->size(), 4u);
+    ASSERT_EQ(geo->getIndices()->size(), 6u);
+    expectFacingPlusZ(geo);
+
+    // Each corner keeps its own colour: red at the origin, white at (0,1).
+    ASSERT_NE(geo->getColors(), NullFC);
+    for(UInt32 v = 0; v < 4; ++v)
+    {
+        const Pnt3f   p = geo->getPositions()->getValue(v);
+        const Color3f c = geo->getColors()->getValue(v);
+        const Real32 expected[4][3] = { { 1, 0, 0 }, { 0, 1, 0 }, { 0, 0, 1 }, { 1, 1, 1 } };
+        const int corner = p[0] < .5f ? (p[1] < .5f ? 0 : 3) : (p[1] < .5f ? 1 : 2);
+        expectColor(c, expected[corner][0], expected[corner][1], expected[corner][2], "colour");
+    }
+}
+
+std::string base64(const std::string &bytes)
+{
+    static const char alphabet[] =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string out;
+    size_t i = 0;
+    for(; i + 2 < bytes.size(); i += 3)
+    {
+        const unsigned v = (UInt8(bytes[i]) << 16) | (UInt8(bytes[i + 1]) << 8) | UInt8(bytes[i + 2]);
+        out += alphabet[v >> 18]; out += alphabet[(v >> 12) & 63];
+        out += alphabet[(v >> 6) & 63]; out += alphabet[v & 63];
+    }
+    if(i + 1 == bytes.size())
+    {
+        const unsigned v = UInt8(bytes[i]) << 16;
+        out += alphabet[v >> 18]; out += alphabet[(v >> 12) & 63]; out += "==";
+    }
+    else if(i + 2 == bytes.size())
+    {
+        const unsigned v = (UInt8(bytes[i]) << 16) | (UInt8(bytes[i + 1]) << 8);
+        out += alphabet[v >> 18]; out += alphabet[(v >> 12) & 63];
+        out += alphabet[(v >> 6) & 63]; out += '=';
+    }
+    return out;
+}
+
+template <class T> void append(std::string &buffer, std::initializer_list<T> values)
+{
+    for(T v : values)
+        buffer.append(reinterpret_cast<const char *>(&v), sizeof(v));
+}
+
+std::string readAll(const std::string &file)
+{
+    std::ifstream is(file, std::ios::binary);
+    return std::string((std::istreambuf_iterator<char>(is)), std::istreambuf_iterator<char>());
+}
+
+// One triangle with normals, texture coordinates, a textured material, a
+// camera and a point light, every byte embedded in the file.
+std::string triangleGltf(const std::string &pngBytes)
+{
+    std::string buffer;
+    append<float>(buffer, { 0, 0, 0,  1, 0, 0,  0, 1, 0 });          // positions, 36
+    append<float>(buffer, { 0, 0, 1,  0, 0, 1,  0, 0, 1 });          // normals, 36
+    append<float>(buffer, { 0, 0,  1, 0,  0, 1 });                   // texcoords, 24
+    append<UInt16>(buffer, { 0, 1, 2 });                             // indices, 6
+
+    std::ostringstream gltf;
+    gltf << R"({
+  "asset": { "version": "2.0" },
+  "extensionsUsed": [ "KHR_lights_punctual" ],
+  "extensions": { "KHR_lights_punctual": { "lights": [
+    { "type": "point", "color": [ 1.0, 0.5, 0.25 ], "intensity": 1.0 } ] } },
+  "scene": 0,
+  "scenes": [ { "nodes": [ 0, 1, 2 ] } ],
+  "nodes": [
+    { "name": "Triangle", "mesh": 0, "translation": [ 0, 0, -5 ] },
+    { "name": "Cam", "camera": 0, "translation": [ 0, 1, 10 ] },
+    { "name": "Lamp", "translation": [ 1, 2, 3 ],
+      "extensions": { "KHR_lights_punctual": { "light": 0 } } } ],
+  "cameras": [ { "type": "perspective",
+    "perspective": { "yfov": 0.8, "znear": 0.5, "zfar": 200.0, "aspectRatio": 1.5 } } ],
+  "meshes": [ { "name": "TriangleMesh", "primitives": [ { "attributes":
+    { "POSITION": 0, "NORMAL": 1, "TEXCOORD_0": 2 }, "indices": 3, "material": 0 } ] } ],
+  "materials": [ { "name": "Tinted",
+    "pbrMetallicRoughness": { "baseColorFactor": [ 0.5, 0.25, 1.0, 1.0 ],
+                              "baseColorTexture": { "index": 0 } },
+    "emissiveFactor": [ 0.1, 0.2, 0.3 ] } ],
+  "textures": [ { "source": 0 } ],
+  "images": [ { "uri": "data:image/png;base64,)" << base64(pngBytes) << R"(" } ],
+  "buffers": [ { "byteLength": )" << buffer.size()
+         << R"(, "uri": "data:application/octet-stream;base64,)" << base64(buffer) << R"(" } ],
+  "bufferViews": [
+    { "buffer": 0, "byteOffset": 0,  "byteLength": 36 },
+    { "buffer": 0, "byteOffset": 36, "byteLength": 36 },
+    { "buffer": 0, "byteOffset": 72, "byteLength": 24 },
+    { "buffer": 0, "byteOffset": 96, "byteLength": 6 } ],
+  "accessors": [
+    { "bufferView": 0, "componentType": 5126, "count": 3, "type": "VEC3",
+      "min": [ 0, 0, 0 ], "max": [ 1, 1, 0 ] },
+    { "bufferView": 1, "componentType": 5126, "count": 3, "type": "VEC3" },
+    { "bufferView": 2, "componentType": 5126, "count": 3, "type": "VEC2" },
+    { "bufferView": 3, "componentType": 5123, "count": 3, "type": "SCALAR" } ]
+})";
+    return gltf.str();
+}
+
+TEST_F(SceneFileTest, Gltf2WithEmbeddedBuffersCameraAndLight)
+{
+    const std::string png  = readAll(writeTexture("tex.png"));
+    const std::string file = write("triangle.gltf", triangleGltf(png));
+
+    Scene scene(SceneFileHandler::the().read(file.c_str()));
+    ASSERT_NE(scene.root, NullFC);
+
+    std::vector<NodePtr> geos = geometryNodes(scene.root);
+    ASSERT_EQ(geos.size(), 1u);
+    GeometryPtr geo = GeometryPtr::dcast(geos[0]->getCore());
+    ASSERT_EQ(geo->getPositions()->size(), 3u);
+    ASSERT_EQ(geo->getIndices()->size(), 3u);
+    expectFacingPlusZ(geo);
+    for(UInt32 i = 0; i < 3; ++i)
+    {
+        // Texture coordinates equal the positions' x and y here. glTF's v
+        // runs down the image; OpenGL's up.
+        const UInt32 v = geo->getIndices()->getValue(i);
+        const Pnt3f p = geo->getPositions()->getValue(v);
+        const Vec2f t = geo->getTexCoords()->getValue(v);
+        EXPECT_NEAR(t[0], p[0], s_tol);
+        EXPECT_NEAR(t[1], 1 - p[1], s_tol);
+    }
+
+    // The node's translation is a Transform above the geometry.
+    const Pnt3f corner = worldPoint(geos[0], Pnt3f(1, 0, 0));
+    EXPECT_NEAR(corner[0], 1.f, s_tol);
+    EXPECT_NEAR(corner[2], -5.f, s_tol);
+
+    SimpleTexturedMaterialPtr mat = SimpleTexturedMaterialPtr::dcast(geo->getMaterial());
+    ASSERT_NE(mat, NullFC);
+    expectColor(mat->getDiffuse(),  0.5f, 0.25f, 1.f, "diffuse");
+    expectColor(mat->getEmission(), 0.1f, 0.2f, 0.3f, "emission");
+    ASSERT_NE(mat->getImage(), NullFC);
+    EXPECT_EQ(mat->getImage()->getWidth(), 3);
+    EXPECT_EQ(mat->getImage()->getHeight(), 2);
+
+    // The light wraps the scene so that it lights it, placed by its node.
+    PointLightPtr light = PointLightPtr::dcast(scene.root->getCore());
+    ASSERT_NE(light, NullFC);
+    EXPECT_NEAR(light->getDiffuse()[0], 1.f, s_tol);
+    EXPECT_NEAR(light->getDiffuse()[1], .5f, s_tol);
+    EXPECT_NEAR(light->getDiffuse()[2], .25f, s_tol);
+    ASSERT_NE(light->getBeacon(), NullFC);
+    const Pnt3f lamp = worldPoint(light->getBeacon(), light->getPosition());
+    EXPECT_NEAR(lamp[0], 1.f, s_tol);
+    EXPECT_NEAR(lamp[1], 2.f, s_tol);
+    EXPECT_NEAR(lamp[2], 3.f, s_tol);
+
+    // The camera is attached to its beacon, which sits at the camera node
+    // and looks down -Z.
+    std::vector<CameraPtr> cameras = findCameras(scene.root);
+    ASSERT_EQ(cameras.size(), 1u);
+    PerspectiveCameraPtr camera = PerspectiveCameraPtr::dcast(cameras[0]);
+    ASSERT_NE(camera, NullFC);
+    EXPECT_NEAR(camera->getNear(), 0.5f, s_tol);
+    EXPECT_NEAR(camera->getFar(), 200.f, 1e-3f);
+    EXPECT_NEAR(camera->getFov(), 0.8f, s_tol);
+    EXPECT_EQ(camera->getFovMode(), UInt32(PerspectiveCamera::FOV_vertical));
+    NodePtr beacon = camera->getBeacon();
+    ASSERT_NE(beacon, NullFC);
+    EXPECT_EQ(getAttachedCamera(beacon), cameras[0]);
+    const Pnt3f eye   = worldPoint(beacon, Pnt3f(0, 0, 0));
+    const Pnt3f ahead = worldPoint(beacon, Pnt3f(0, 0, -1));
+    EXPECT_NEAR(eye[0], 0.f, s_tol);
+    EXPECT_NEAR(eye[1], 1.f, s_tol);
+    EXPECT_NEAR(eye[2], 10.f, s_tol);
+    EXPECT_NEAR(ahead[2] - eye[2], -1.f, s_tol);
+}
+
+TEST_F(SceneFileTest, PointCloudBecomesIndexedPoints)
+{
+    const std::string file = write("points.ply",
+        "ply\n"
+        "format ascii 1.0\n"
+        "element vertex 5\n"
+        "property float x\nproperty float y\nproperty float z\n"
+        "end_header\n"
+        "0 0 0\n1 0 0\n2 0 0\n3 0 0\n4 0 0\n");
+
+    Scene scene(SceneFileHandler::the().read(file.c_str()));
+    ASSERT_NE(scene.root, NullFC);
+    std::vector<NodePtr> geos = geometryNodes(scene.root);
+    ASSERT_EQ(geos.size(), 1u);
+    GeometryPtr geo = GeometryPtr::dcast(geos[0]->getCore());
+    EXPECT_EQ(geo->getTypes()->getValue(0), UInt32(GL_POINTS));
+    ASSERT_EQ(geo->getPositions()->size(), 5u);
+    ASSERT_EQ(geo->getIndices()->size(), 5u);
+    std::set<Real32> xs;
+    for(UInt32 i = 0; i < 5; ++i)
+        xs.insert(geo->getPositions()->getValue(geo->getIndices()->getValue(i))[0]);
+    EXPECT_EQ(xs, (std::set<Real32>{ 0, 1, 2, 3, 4 }));
+}
+
+TEST_F(SceneFileTest, StreamReadUsesTheGivenSuffix)
+{
+    std::istringstream quad(
+        "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nf 1 2 3 4\n");
+    Scene scene(SceneFileHandler::the().read(quad, "obj"));
+    ASSERT_NE(scene.root, NullFC);
+    std::vector<NodePtr> geos = geometryNodes(scene.root);
+    ASSERT_EQ(geos.size(), 1u);
+    EXPECT_EQ(GeometryPtr::dcast(geos[0]->getCore())->getIndices()->size(), 6u);
+    expectFacingPlusZ(GeometryPtr::dcast(geos[0]->getCore()));
+}
+
+TEST_F(SceneFileTest, ReleasingTheSceneFreesEveryContainer)
+{
+    writeTexture("tex.png");
+    write("quad.mtl", s_quadMtl);
+    const std::string file = write("quad.obj", s_quadObj);
+
+    const testsupport::LiveObjects before = testsupport::LiveObjects::countContainers();
+    {
+        Scene scene(SceneFileHandler::the().read(file.c_str()));
+        ASSERT_NE(scene.root, NullFC);
+    }
+    const testsupport::LiveObjects after = testsupport::LiveObjects::countContainers();
+    EXPECT_EQ(testsupport::differences(before, after), "");
+}
+
+TEST(SceneFileHandler, SuffixesComeFromTheImporterAndMatchAnyCase)
+{
+    std::list<const Char8 *> suffixes;
+    const int count = SceneFileHandler::the().getSuffixList(suffixes,
+                                                            SceneFileType::OSG_READ_SUPPORTED);
+    EXPECT_EQ(count, int(suffixes.size()));
+    std::set<std::string> known(suffixes.begin(), suffixes.end());
+    for(const char *suffix : { "obj", "gltf", "glb", "ply", "3ds", "dae", "fbx", "stl" })
+        EXPECT_EQ(known.count(suffix), 1u) << suffix;
+
+    EXPECT_NE(SceneFileHandler::the().getFileType("dir.v2/MODEL.OBJ"), nullptr);
+    EXPECT_NE(SceneFileHandler::the().getFileType("Dae"), nullptr);
+    EXPECT_EQ(SceneFileHandler::the().getFileType("model.notamodel"), nullptr);
+    EXPECT_EQ(SceneFileHandler::the().getFileType("dir.obj/model"), nullptr);
+}
+
+// Each case gives NullFC and a warning naming the file, without crashing.
+TEST_F(SceneFileTest, UnreadableFilesGiveNullAndAWarningNamingThem)
+{
+    struct Case { const char *name; std::string contents; bool create; };
+    std::string garbage;
+    for(int i = 0; i < 4096; ++i)
+        garbage += char((i * 7919 + 13) % 251);
+    const Case cases[] =
+    {
+        { "missing.obj",        "",                                         false },
+        { "model.notamodel",    "v 0 0 0\n",                                true  },
+        { "empty.obj",          "",                                         true  },
+        { "empty.gltf",         "",                                         true  },
+        { "truncated.ply",      "ply\nformat ascii 1.0\nelement vertex 3\n"
+                                "property float x\n",                       true  },
+        { "huge-count.ply",     "ply\nformat ascii 1.0\nelement vertex 3000000000\n"
+                                "property float x\nend_header\n0\n",       true  },
+        { "huge-count.off",     "OFF\n353535235358 1 0\n0 0 0\n3 0 0 0\n",  true  },
+        { "truncated.gltf",     "{ \"asset\": { \"version\": \"2.0\" }, \"meshes\": [ {", true },
+        { "garbage.3ds",        garbage,                                    true  },
+        { "garbage.glb",        garbage,                                    true  },
+        { "garbage.dae",        garbage,                                    true  },
+        { "garbage.obj",        garbage,                                    true  },
+    };
+    for(const Case &c : cases)
+    {
+        const std::string file = c.create ? write(c.name, c.contents) : path(c.name);
+        testsupport::LogCapture log;
+        NodePtr root = SceneFileHandler::the().read(file.c_str());
+        EXPECT_EQ(root, NullFC) << c.name;
+        EXPECT_TRUE(log.contains(file)) << c.name << ": " << log.text();
+        if(root != NullFC)
+        {
+            addRefCP(root);
+            subRefCP(root);
+        }
+    }
+}
+
+TEST(SceneFileHandler, UnreadableStreamsGiveNullAndAWarning)
+{
+    struct Case { const char *ext; const char *contents; };
+    const Case cases[] =
+    {
+        { "notamodel", "v 0 0 0\n" },
+        { "obj",       ""          },
+        { "gltf",      "{ \"asset\": " },
+        { "ply",       "ply\nformat ascii 1.0\nelement vertex 3\n" },
+    };
+    for(const Case &c : cases)
+    {
+        std::istringstream is(c.contents);
+        testsupport::LogCapture log;
+        EXPECT_EQ(SceneFileHandler::the().read(is, c.ext), NullFC) << c.ext;
+        EXPECT_TRUE(log.contains(c.ext)) << c.ext << ": " << log.text();
+    }
+}
+
+} // namespace
