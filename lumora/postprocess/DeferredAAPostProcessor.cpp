@@ -87,8 +87,7 @@ void DeferredAAPostProcessor::initialize(WindowPtr     window,
                                          UInt16        gbufferTextureCount)
 {
     initializeBase(window, left, bottom, right, top);
-    renderTarget.addTargetTexture(GL_RGB16F_ARB, GL_RGB, GL_LINEAR, Image::OSG_RGB_PF,
-                                  Image::OSG_FLOAT16_IMAGEDATA, 1.0f, 1);
+    addImageTexture(renderTarget);
 
     finalShader = createShader(s_strFragmentShader);
     beginEditCP(finalShader, ShaderChunk::ParametersFieldMask);

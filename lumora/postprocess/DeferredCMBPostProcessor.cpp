@@ -122,11 +122,9 @@ void DeferredCMBPostProcessor::initialize(WindowPtr     window,
     // The vertex program places the sphere; the camera's frustum knows
     // nothing of it.
     renderAction->setFrustumCulling(false);
-    renderTarget.addTargetTexture(GL_RGB16F_ARB, GL_RGB, GL_LINEAR, Image::OSG_RGB_PF,
-                                  Image::OSG_FLOAT16_IMAGEDATA, 1.0f, 1);
+    addImageTexture(renderTarget);
     pingPongTarget.initialize(window, 0, 0, right - left, top - bottom);
-    pingPongTarget.addTargetTexture(GL_RGB16F_ARB, GL_RGB, GL_LINEAR, Image::OSG_RGB_PF,
-                                    Image::OSG_FLOAT16_IMAGEDATA, 1.0f, 1);
+    addImageTexture(pingPongTarget);
 
     shader = SHLChunk::create();
     addRefCP(shader);

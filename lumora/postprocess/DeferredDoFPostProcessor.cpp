@@ -113,8 +113,7 @@ void DeferredDoFPostProcessor::initialize(WindowPtr     window,
                                           UInt16        gbufferTextureCount)
 {
     initializeBase(window, left, bottom, right, top);
-    renderTarget.addTargetTexture(GL_RGB16F_ARB, GL_RGB, GL_LINEAR, Image::OSG_RGB_PF,
-                                  Image::OSG_FLOAT16_IMAGEDATA, 1.0f, 1);
+    addImageTexture(renderTarget);
 
     blurinessTarget.initialize(window, 0, 0, right - left, top - bottom);
     blurinessTarget.addTargetTexture(GL_LUMINANCE8, GL_LUMINANCE, GL_LINEAR, Image::OSG_L_PF,
@@ -128,8 +127,7 @@ void DeferredDoFPostProcessor::initialize(WindowPtr     window,
     for(RenderTarget *target : reduced)
     {
         target->initialize(window, 0, 0, lowRight, lowTop);
-        target->addTargetTexture(GL_RGB16F_ARB, GL_RGB, GL_LINEAR, Image::OSG_RGB_PF,
-                                 Image::OSG_FLOAT16_IMAGEDATA, 1.0f, 1);
+        addImageTexture(*target);
     }
 
     blurinessShader = createShader(s_strBlurinessFragmentShader);

@@ -92,8 +92,7 @@ void DeferredHDRPostProcessor::initialize(WindowPtr     window,
                                           UInt16)
 {
     initializeBase(window, left, bottom, right, top);
-    renderTarget.addTargetTexture(GL_RGB16F_ARB, GL_RGB, GL_LINEAR, Image::OSG_RGB_PF,
-                                  Image::OSG_FLOAT16_IMAGEDATA, 1.0f, 1);
+    addImageTexture(renderTarget);
 
     initializeReducedTarget(downscaledTarget, window, left, bottom, right, top);
     initializeReducedTarget(brightPassTarget, window, left, bottom, right, top);
@@ -176,8 +175,7 @@ void DeferredHDRPostProcessor::initializeReducedTarget(RenderTarget &target, Win
 {
     target.initialize(window, 0, 0, quarter(right - left + 1) - 1,
                       quarter(top - bottom + 1) - 1);
-    target.addTargetTexture(GL_RGB16F_ARB, GL_RGB, GL_LINEAR, Image::OSG_RGB_PF,
-                            Image::OSG_FLOAT16_IMAGEDATA, 1.0f, 1);
+    addImageTexture(target);
 }
 
 OSG_END_NAMESPACE

@@ -182,8 +182,7 @@ void DeferredSSAOPostProcessor::initialize(WindowPtr     window,
                                            UInt16        gbufferTextureCount)
 {
     initializeBase(window, left, bottom, right, top);
-    renderTarget.addTargetTexture(GL_RGB16F_ARB, GL_RGB, GL_LINEAR, Image::OSG_RGB_PF,
-                                  Image::OSG_FLOAT16_IMAGEDATA, 1.0f, 1);
+    addImageTexture(renderTarget);
 
     // The factor lies in 0 ... 1 and is blurred anyway: 8 bits suffice.
     ssaoTarget.initialize(window, 0, 0, right - left, top - bottom);

@@ -1,5 +1,8 @@
 #include "IDeferredPostProcessor.h"
 
+#include <OpenSG/OSGGLEXT.h>
+#include <OpenSG/OSGImage.h>
+
 OSG_BEGIN_NAMESPACE
 
 const char *IDeferredPostProcessor::s_strVertexShader =
@@ -30,6 +33,12 @@ void IDeferredPostProcessor::initializeBase(WindowPtr window, int left, int bott
     // A target is a framebuffer of its own: the viewport's size, wherever
     // the viewport sits in the window.
     renderTarget.initialize(window, 0, 0, right - left, top - bottom);
+}
+
+void IDeferredPostProcessor::addImageTexture(RenderTarget &target)
+{
+    target.addTargetTexture(GL_RGB16F_ARB, GL_RGB, GL_LINEAR, Image::OSG_RGB_PF,
+                            Image::OSG_FLOAT16_IMAGEDATA, 1.0f, 1);
 }
 
 SHLChunkPtr IDeferredPostProcessor::createShader(const char *fragmentProgram)

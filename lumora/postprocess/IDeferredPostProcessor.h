@@ -61,6 +61,10 @@ class IDeferredPostProcessor
     // the rectangle's size, from the target's own origin.
     void initializeBase(WindowPtr window, int left, int bottom, int right, int top);
 
+    // Gives target the texture every effect passes on: half-float RGB,
+    // linearly filtered.
+    static void addImageTexture(RenderTarget &target);
+
     // A program of the shared vertex text and the given fragment text.
     static SHLChunkPtr createShader(const char *fragmentProgram);
 
