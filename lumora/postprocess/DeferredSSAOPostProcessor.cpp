@@ -73,15 +73,35 @@ const char *DeferredSSAOPostProcessor::s_strSSAOFragmentShader =
     "}\n";
 
 // A tap across a crease (normals apart) would carry the other surface's
-// occlusion over; it is replaced by the centre's own value instead.
+// occlusion over; it is replaced by the centre's own value instead. Shared
+// by both halves of the blur.
+#define LUMORA_SSAO_EDGE_AWARE_BLUR                                                        \
+    "uniform sampler2D texNormal;\n"                                                      \
+    "uniform sampler2D texSSAO;\n"                                                        \
+    "uniform vec2 pixelSize;\n"                                                           \
+    "uniform vec3 blurKernel[5];\n"                                                       \
+    "\n"                                                                                  \
+    "const float normalThreshold = 0.92;\n"                                               \
+    "\n"                                                                                  \
+    "float blurOcclusion(vec2 vTexCoord, vec3 vCentreNormal)\n"                           \
+    "{\n"                                                                                 \
+    "    float fCentre = texture2D(texSSAO, vTexCoord).r;\n"                              \
+    "    float fSum = 0.0;\n"                                                             \
+    "    for(int i = 0; i < 5; ++i)\n"                                                    \
+    "    {\n"                                                                             \
+    "        vec2 vTap = vTexCoord + blurKernel[i].xy * pixelSize.xy;\n"                  \
+    "        vec3 vTapNormal = normalize(texture2D(texNormal, vTap).xyz * 2.0 - 1.0);\n"  \
+    "        float fTap = fCentre;\n"                                                     \
+    "        if(dot(vCentreNormal, vTapNormal) > normalThreshold)\n"                      \
+    "            fTap = texture2D(texSSAO, vTap).r;\n"                                    \
+    "        fSum += fTap * blurKernel[i].z;\n"                                           \
+    "    }\n"                                                                             \
+    "    return fSum;\n"                                                                  \
+    "}\n"                                                                                 \
+    "\n"
+
 const char *DeferredSSAOPostProcessor::s_strBlurHFragmentShader =
-    "uniform sampler2D texNormal;\n"
-    "uniform sampler2D texSSAO;\n"
-    "uniform vec2 pixelSize;\n"
-    "uniform vec3 blurKernel[5];\n"
-    "\n"
-    "const float normalThreshold = 0.92;\n"
-    "\n"
+    LUMORA_SSAO_EDGE_AWARE_BLUR
     "void main()\n"
     "{\n"
     "    vec2 vTexCoord = gl_TexCoord[0].st;\n"
@@ -89,32 +109,14 @@ const char *DeferredSSAOPostProcessor::s_strBlurHFragmentShader =
     "    if(vNormalTexel.a == 0.0)\n"
     "        discard;\n"
     "\n"
-    "    vec3 vCentreNormal = normalize(vNormalTexel.xyz * 2.0 - 1.0);\n"
-    "    float fCentre = texture2D(texSSAO, vTexCoord).r;\n"
-    "    float fSum = 0.0;\n"
-    "    for(int i = 0; i < 5; ++i)\n"
-    "    {\n"
-    "        vec2 vTap = vTexCoord + blurKernel[i].xy * pixelSize.xy;\n"
-    "        vec3 vTapNormal = normalize(texture2D(texNormal, vTap).xyz * 2.0 - 1.0);\n"
-    "        float fTap = fCentre;\n"
-    "        if(dot(vCentreNormal, vTapNormal) > normalThreshold)\n"
-    "            fTap = texture2D(texSSAO, vTap).r;\n"
-    "        fSum += fTap * blurKernel[i].z;\n"
-    "    }\n"
-    "    gl_FragColor = vec4(fSum);\n"
+    "    gl_FragColor = vec4(blurOcclusion(vTexCoord, normalize(vNormalTexel.xyz * 2.0 - 1.0)));\n"
     "}\n";
 
 // The vertical half of the same blur, applied to the scene; pixels without
 // geometry pass through untouched.
 const char *DeferredSSAOPostProcessor::s_strBlurVFinalFragmentShader =
-    "uniform sampler2D texNormal;\n"
-    "uniform sampler2D texSSAO;\n"
     "uniform sampler2D texScene;\n"
-    "uniform vec2 pixelSize;\n"
-    "uniform vec3 blurKernel[5];\n"
-    "\n"
-    "const float normalThreshold = 0.92;\n"
-    "\n"
+    LUMORA_SSAO_EDGE_AWARE_BLUR
     "void main()\n"
     "{\n"
     "    vec2 vTexCoord = gl_TexCoord[0].st;\n"
@@ -126,20 +128,10 @@ const char *DeferredSSAOPostProcessor::s_strBlurVFinalFragmentShader =
     "        return;\n"
     "    }\n"
     "\n"
-    "    vec3 vCentreNormal = normalize(vNormalTexel.xyz * 2.0 - 1.0);\n"
-    "    float fCentre = texture2D(texSSAO, vTexCoord).r;\n"
-    "    float fSum = 0.0;\n"
-    "    for(int i = 0; i < 5; ++i)\n"
-    "    {\n"
-    "        vec2 vTap = vTexCoord + blurKernel[i].xy * pixelSize.xy;\n"
-    "        vec3 vTapNormal = normalize(texture2D(texNormal, vTap).xyz * 2.0 - 1.0);\n"
-    "        float fTap = fCentre;\n"
-    "        if(dot(vCentreNormal, vTapNormal) > normalThreshold)\n"
-    "            fTap = texture2D(texSSAO, vTap).r;\n"
-    "        fSum += fTap * blurKernel[i].z;\n"
-    "    }\n"
-    "    gl_FragColor = fSum * vScene;\n"
+    "    gl_FragColor = blurOcclusion(vTexCoord, normalize(vNormalTexel.xyz * 2.0 - 1.0)) * vScene;\n"
     "}\n";
+
+#undef LUMORA_SSAO_EDGE_AWARE_BLUR
 
 DeferredSSAOPostProcessor::DeferredSSAOPostProcessor(void) :
     IDeferredPostProcessor(),
