@@ -17,6 +17,12 @@
 
 #define OSG_NUM_ASPECTS 2
 
+// Where dlsym wants C symbols with their leading underscore; programs that
+// look up GL entry points by hand test it. Not on ELF systems.
+#if defined(__APPLE__)
+#define OSG_DLSYM_UNDERSCORE
+#endif
+
 #define OSG_ASSERT(e) assert(e)
 #define OSG_CHECK_ARG(x)
 

@@ -15,6 +15,8 @@ namespace osg
 class PrimitiveIterator;
 class TriangleIterator;
 class FaceIterator;
+class LineIterator;
+class EdgeIterator;
 
 OSG_FC_PTR_DECL(Geometry, MaterialDrawablePtr)
 
@@ -146,6 +148,10 @@ class Geometry : public MaterialDrawable
     TriangleIterator  endTriangles   (void) const;
     FaceIterator      beginFaces     (void) const;
     FaceIterator      endFaces       (void) const;
+    LineIterator      beginLines     (void) const;
+    LineIterator      endLines       (void) const;
+    EdgeIterator      beginEdges     (void) const;
+    EdgeIterator      endEdges       (void) const;
 
     virtual Action::ResultE drawPrimitives(DrawActionBase *action) override;
 
@@ -211,5 +217,6 @@ typedef CoredNodePtr<Geometry> GeometryNodePtr;
 #include <OpenSG/OSGPrimitiveIterator.h>
 #include <OpenSG/OSGTriangleIterator.h>
 #include <OpenSG/OSGFaceIterator.h>
+#include <OpenSG/OSGLineIterator.h>
 
 #endif

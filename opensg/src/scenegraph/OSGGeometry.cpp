@@ -305,6 +305,30 @@ FaceIterator Geometry::endFaces(void) const
     return it;
 }
 
+LineIterator Geometry::beginLines(void) const
+{
+    return LineIterator(GeometryPtr(this));
+}
+
+LineIterator Geometry::endLines(void) const
+{
+    LineIterator it(GeometryPtr(this));
+    it.setToEnd();
+    return it;
+}
+
+EdgeIterator Geometry::beginEdges(void) const
+{
+    return EdgeIterator(GeometryPtr(this));
+}
+
+EdgeIterator Geometry::endEdges(void) const
+{
+    EdgeIterator it(GeometryPtr(this));
+    it.setToEnd();
+    return it;
+}
+
 GeometryPtr Geometry::clone(void)
 {
     GeometryPtr geo = Geometry::create();

@@ -17,6 +17,8 @@
 
 #include <gtest/gtest.h>
 
+#include <dlfcn.h>
+
 using namespace osg;
 
 TEST(GLHeadersAfterTheRuntime, SystemGLReadsWhatTheRuntimeDrew)
@@ -39,4 +41,15 @@ TEST(GLHeadersAfterTheRuntime, SystemGLReadsWhatTheRuntimeDrew)
     EXPECT_EQ(bgra[1], 255);
     EXPECT_EQ(bgra[2], 0);
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
+// Programs that find GL entry points by hand name them as OSGConfig.h says.
+TEST(GLHeadersAfterTheRuntime, EntryPointsAreFoundUnderTheConfiguredSymbolName)
+{
+#ifdef OSG_DLSYM_UNDERSCORE
+    const char *name = "_glClear";
+#else
+    const char *name = "glClear";
+#endif
+    EXPECT_NE(dlsym(RTLD_DEFAULT, name), nullptr) << name;
 }

@@ -1,6 +1,8 @@
 #include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGSimpleGeometry.h>
 #include <OpenSG/OSGTriangleIterator.h>
+#include <OpenSG/OSGLineIterator.h>
+#include <OpenSG/OSGEdgeIterator.h>
 
 #include <gtest/gtest.h>
 
@@ -29,6 +31,8 @@ const Primitive s_primitives[] = {
     { GL_POLYGON,        4 },
     { GL_LINES,          2 },
     { GL_POINTS,         1 },
+    { GL_LINE_STRIP,     3 },
+    { GL_LINE_LOOP,      3 },
 };
 
 // The triangles GL draws for them, as vertex numbers, in GL's winding.
@@ -93,7 +97,7 @@ TEST_P(GeometryIterators, TrianglesFollowGLsDecompositionOfEveryPrimitive)
 {
     GeometryPtr geo = makeAllPrimitives(GetParam());
     addRefCP(geo);
-    const Real32 total = 33;   // vertices of s_primitives
+    const Real32 total = 39;   // vertices of s_primitives
 
     size_t n = 0;
     for(TriangleIterator it = geo->beginTriangles(); it != geo->endTriangles(); ++it, ++n)
@@ -151,6 +155,67 @@ TEST_P(GeometryIterators, PrimitivesAndFacesWalkTheSameGeometry)
     EXPECT_EQ(faces[9],  (std::vector<Int32>{ 20, 21, 23, 22 }));
     EXPECT_EQ(faces[10], (std::vector<Int32>{ 22, 23, 25, 24 }));
     EXPECT_EQ(faces[11], (std::vector<Int32>{ 26, 27, 28 }));
+    subRefCP(geo);
+}
+
+// Lines give their segments; edges add every face's outline in its
+// winding, so a wireframe walk sees what GL draws in line mode.
+TEST_P(GeometryIterators, LinesAndEdgesJoinTheVerticesGLJoins)
+{
+    typedef std::pair<Int32, Int32> Segment;
+    const std::vector<Segment> lines = {
+        { 30, 31 }, { 33, 34 }, { 34, 35 }, { 36, 37 }, { 37, 38 }, { 38, 36 } };
+
+    std::vector<Segment> edges;
+    auto outline = [&edges](std::vector<Int32> face)
+    {
+        for(size_t c = 0; c < face.size(); ++c)
+            edges.push_back(Segment(face[c], face[(c + 1) % face.size()]));
+    };
+    for(size_t t = 0; t < 8; ++t)   // triangles, strip and fan
+        outline({ s_triangles[t][0], s_triangles[t][1], s_triangles[t][2] });
+    outline({ 16, 17, 18, 19 });
+    outline({ 20, 21, 23, 22 });
+    outline({ 22, 23, 25, 24 });
+    outline({ 26, 27, 28, 29 });
+    edges.insert(edges.end(), lines.begin(), lines.end());
+
+    GeometryPtr geo = makeAllPrimitives(GetParam());
+    addRefCP(geo);
+    const Real32 total = 39;
+
+    auto walk = [total](auto it, auto end, const std::vector<Segment> &expected)
+    {
+        size_t n = 0;
+        for(; it != end; ++it, ++n)
+        {
+            ASSERT_LT(n, expected.size());
+            EXPECT_EQ(it.getIndex(), Int32(n));
+            const Int32 ends[2] = { expected[n].first, expected[n].second };
+            for(Int32 e = 0; e < 2; ++e)
+            {
+                EXPECT_EQ(it.getPositionIndex(e), ends[e]) << "segment " << n << " end " << e;
+                EXPECT_EQ(it.getPosition(e), Pnt3f(Real32(ends[e]), 0, 0));
+                const Real32 s = GetParam() ? total - 1 - Real32(ends[e]) : Real32(ends[e]);
+                EXPECT_EQ(it.getTexCoords(e), Vec2f(s, 1));
+            }
+            EXPECT_EQ(it.getPositionIndex(2), -1);
+        }
+        EXPECT_EQ(n, expected.size());
+    };
+    {
+        SCOPED_TRACE("lines");
+        walk(geo->beginLines(), geo->endLines(), lines);
+    }
+    {
+        SCOPED_TRACE("edges");
+        walk(geo->beginEdges(), geo->endEdges(), edges);
+    }
+
+    LineIterator seeker = geo->beginLines();
+    seeker.seek(5);
+    EXPECT_EQ(seeker.getPositionIndex(1), 36);
+    EXPECT_EQ(seeker.getPrimitiveIndex(), 9);
     subRefCP(geo);
 }
 
