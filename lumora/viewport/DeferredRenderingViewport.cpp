@@ -22,6 +22,7 @@
 #include <Lumora/DeferredSSAOPostProcessor.h>
 
 #include <chrono>
+#include <cmath>
 #include <limits>
 
 OSG_BEGIN_NAMESPACE
@@ -227,6 +228,11 @@ void DeferredRenderingViewport::dump(UInt32, const BitVector) const
 
 void DeferredRenderingViewport::prepareScene(NodePtr root)
 {
+    if(root == NullFC)
+    {
+        SWARNING << "DeferredRenderingViewport::prepareScene: no root!" << std::endl;
+        return;
+    }
     forwardNodes.clear();
     deferredNodes.clear();
 
@@ -318,7 +324,12 @@ Action::ResultE DeferredRenderingViewport::prepareNode(NodePtr &node)
 
 void DeferredRenderingViewport::addLight(LightPtr light)
 {
-    if(light == NullFC || !light->getOn() || lights.find(light) != lights.end())
+    if(light == NullFC)
+    {
+        SWARNING << "DeferredRenderingViewport::addLight: no light!" << std::endl;
+        return;
+    }
+    if(!light->getOn() || lights.find(light) != lights.end())
         return;
 
     IDeferredLight *deferredLight = createDeferredLight(light);
@@ -336,6 +347,12 @@ void DeferredRenderingViewport::addLight(LightPtr light)
 
 void DeferredRenderingViewport::subLight(LightPtr light)
 {
+    if(light == NullFC)
+    {
+        SWARNING << "DeferredRenderingViewport::subLight: no light!" << std::endl;
+        return;
+    }
+    nonFiniteLights.erase(light);
     LightMap::iterator it = lights.find(light);
     if(it == lights.end())
         return;
@@ -385,6 +402,74 @@ void DeferredRenderingViewport::initNewLights(void)
     }
 }
 
+namespace
+{
+
+bool isFinite(const Color4f &c)
+{
+    return std::isfinite(c[0]) && std::isfinite(c[1]) && std::isfinite(c[2]) &&
+           std::isfinite(c[3]);
+}
+
+bool isFinite(const Vec3f &v)
+{
+    return std::isfinite(v[0]) && std::isfinite(v[1]) && std::isfinite(v[2]);
+}
+
+bool isFinite(const Matrix &m)
+{
+    for(UInt32 i = 0; i < 4; ++i)
+        for(UInt32 j = 0; j < 4; ++j)
+            if(!std::isfinite(m[i][j]))
+                return false;
+    return true;
+}
+
+} // namespace
+
+bool DeferredRenderingViewport::hasFiniteFields(LightPtr light)
+{
+    if(!isFinite(light->getDiffuse()) || !isFinite(light->getSpecular()) ||
+       !isFinite(light->getAmbient()) ||
+       !std::isfinite(light->getConstantAttenuation()) ||
+       !std::isfinite(light->getLinearAttenuation())   ||
+       !std::isfinite(light->getQuadraticAttenuation()) ||
+       !std::isfinite(light->getShadowIntensity()))
+        return false;
+
+    if(light->getBeacon() != NullFC && !isFinite(light->getBeacon()->getToWorld()))
+        return false;
+
+    if(SpotLightPtr spot = SpotLightPtr::dcast(light))
+        return isFinite(spot->getPosition().subZero()) && isFinite(spot->getDirection()) &&
+               std::isfinite(spot->getSpotExponent()) && std::isfinite(spot->getSpotCutOff());
+    if(PointLightPtr point = PointLightPtr::dcast(light))
+        return isFinite(point->getPosition().subZero());
+    if(DirectionalLightPtr directional = DirectionalLightPtr::dcast(light))
+        return isFinite(directional->getDirection());
+    return true;
+}
+
+bool DeferredRenderingViewport::fitsTheTextureLimit(void)
+{
+    GLint maxSize = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &maxSize);
+    const Int32 width  = getPixelWidth();
+    const Int32 height = getPixelHeight();
+    if(width <= maxSize && height <= maxSize)
+    {
+        refusedWidth = refusedHeight = 0;
+        return true;
+    }
+    if(width != refusedWidth || height != refusedHeight)
+        SWARNING << "DeferredRenderingViewport::render: " << width << " x " << height
+                 << " is larger than the largest texture (" << maxSize
+                 << "), nothing drawn!" << std::endl;
+    refusedWidth  = width;
+    refusedHeight = height;
+    return false;
+}
+
 UInt16 DeferredRenderingViewport::countInitializedShadowmaps(IDeferredLight *light)
 {
     UInt16 count = 0;
@@ -399,6 +484,16 @@ UInt16 DeferredRenderingViewport::countInitializedShadowmaps(IDeferredLight *lig
 
 // --- post-processing ------------------------------------------------------
 
+bool DeferredRenderingViewport::isFiniteSetting(const char *operation, Real32 value)
+{
+    // One bad value would spread through every later frame's image.
+    if(std::isfinite(value))
+        return true;
+    SWARNING << "DeferredRenderingViewport::" << operation << ": " << value
+             << " is not a finite value, ignored!" << std::endl;
+    return false;
+}
+
 template <class EffectT>
 EffectT *DeferredRenderingViewport::effect(PostProcessSlot slot) const
 {
@@ -407,6 +502,8 @@ EffectT *DeferredRenderingViewport::effect(PostProcessSlot slot) const
 
 void DeferredRenderingViewport::setHDRExposure(Real32 value)
 {
+    if(!isFiniteSetting("setHDRExposure", value))
+        return;
     if(DeferredHDRPostProcessor *hdr = effect<DeferredHDRPostProcessor>(HDRPostProcess))
         hdr->exposure = value;
 }
@@ -419,6 +516,8 @@ Real32 DeferredRenderingViewport::getHDRExposure(void) const
 
 void DeferredRenderingViewport::setHDRBrightPassThreshold(Real32 value)
 {
+    if(!isFiniteSetting("setHDRBrightPassThreshold", value))
+        return;
     if(DeferredHDRPostProcessor *hdr = effect<DeferredHDRPostProcessor>(HDRPostProcess))
         hdr->brightPassThreshold = value;
 }
@@ -431,6 +530,8 @@ Real32 DeferredRenderingViewport::getHDRBrightPassThreshold(void) const
 
 void DeferredRenderingViewport::setDoFFocalDepth(Real32 value)
 {
+    if(!isFiniteSetting("setDoFFocalDepth", value))
+        return;
     if(DeferredDoFPostProcessor *dof = effect<DeferredDoFPostProcessor>(DoFPostProcess))
         dof->setFocalDepth(value);
 }
@@ -443,6 +544,8 @@ Real32 DeferredRenderingViewport::getDoFFocalDepth(void) const
 
 void DeferredRenderingViewport::setDoFBlurCutoff(Real32 value)
 {
+    if(!isFiniteSetting("setDoFBlurCutoff", value))
+        return;
     if(DeferredDoFPostProcessor *dof = effect<DeferredDoFPostProcessor>(DoFPostProcess))
         dof->setBlurCutoff(value);
 }
@@ -455,6 +558,8 @@ Real32 DeferredRenderingViewport::getDoFBlurCutoff(void) const
 
 void DeferredRenderingViewport::setCMBBlurScale(Real32 value)
 {
+    if(!isFiniteSetting("setCMBBlurScale", value))
+        return;
     if(DeferredCMBPostProcessor *cmb = effect<DeferredCMBPostProcessor>(CMBPostProcess))
         cmb->setBlurScale(value);
 }
@@ -467,6 +572,8 @@ Real32 DeferredRenderingViewport::getCMBBlurScale(void) const
 
 void DeferredRenderingViewport::setSSAOScale(Real32 value)
 {
+    if(!isFiniteSetting("setSSAOScale", value))
+        return;
     if(DeferredSSAOPostProcessor *ssao = effect<DeferredSSAOPostProcessor>(SSAOPostProcess))
         ssao->scale = value;
 }
@@ -479,6 +586,8 @@ Real32 DeferredRenderingViewport::getSSAOScale(void) const
 
 void DeferredRenderingViewport::setSSAOAttenuation(Real32 value)
 {
+    if(!isFiniteSetting("setSSAOAttenuation", value))
+        return;
     if(DeferredSSAOPostProcessor *ssao = effect<DeferredSSAOPostProcessor>(SSAOPostProcess))
         ssao->attenuation = value;
 }
@@ -602,6 +711,8 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
         SWARNING << "DeferredRenderingViewport::render: no Root!" << std::endl;
         return;
     }
+    if(!fitsTheTextureLimit())
+        return;
 
     if(lastWidth != window->getWidth() || lastHeight != window->getHeight())
     {
@@ -658,6 +769,18 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
     for(LightMap::iterator it = lights.begin(); it != lights.end(); ++it)
     {
         IDeferredLight *light = it->second;
+        if(!hasFiniteFields(it->first))
+        {
+            if(nonFiniteLights.insert(it->first).second)
+                SWARNING << "DeferredRenderingViewport::render: a "
+                         << it->first->getType().getCName()
+                         << " has non-finite fields; not drawn until they are finite!"
+                         << std::endl;
+            light->getVolumeRoot()->setTravMask(0);
+            continue;
+        }
+        nonFiniteLights.erase(it->first);
+
         light->update(viewing, projection, camNearFar, it->first, globalShadowIntensity);
         if(!light->getCastShadows())
             continue;

@@ -19,6 +19,7 @@
 #include <Lumora/LumoraInit.h>
 
 #include <map>
+#include <set>
 #include <vector>
 
 OSG_BEGIN_NAMESPACE
@@ -150,6 +151,9 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     template <class EffectT>
     EffectT *effect(PostProcessSlot slot) const;
     static UInt16   countInitializedShadowmaps(IDeferredLight *light);
+    static bool     hasFiniteFields           (LightPtr light);
+    static bool     isFiniteSetting           (const char *operation, Real32 value);
+    bool            fitsTheTextureLimit       (void);
 
     Int32                lastWidth;
     Int32                lastHeight;
@@ -169,6 +173,9 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     PassTimes            passTimes;
     Real32               globalShadowIntensity;
     LightMap             lights;
+    std::set<LightPtr>   nonFiniteLights;    // reported once until fixed
+    Int32                refusedWidth  = 0;  // last size beyond the GL limits
+    Int32                refusedHeight = 0;
     IDeferredLight      *emissiveLight;
     bool                    postProcessOn [NumPostProcessors];
     IDeferredPostProcessor *postProcessors[NumPostProcessors];

@@ -9,7 +9,16 @@
 #include <OpenSG/OSGLight.h>
 #include <OpenSG/OSGPointLight.h>
 #include <OpenSG/OSGSpotLight.h>
+#include <OpenSG/OSGBlendChunk.h>
+#include <OpenSG/OSGChunkMaterial.h>
+#include <OpenSG/OSGGroup.h>
+#include <OpenSG/OSGSHLChunk.h>
+#include <OpenSG/OSGSimpleGeometry.h>
+#include <OpenSG/OSGTransform.h>
 
+#include <cmath>
+#include <functional>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -406,4 +415,213 @@ TEST_F(DeferredLightRegistryTest, GlobalShadowIntensityBelowOneOverridesEveryLig
     }
     for(const Registered &r : registered)
         subRefCP(r.light);
+}
+
+// --- misuse and bad values: a clear warning, and nothing that was already
+// registered or drawn is lost ------------------------------------------------
+
+TEST_F(DeferredLightRegistryTest, NullContainersWarnAndKeepTheRegistryAndScene)
+{
+    addLitPlane();
+    LightPtr light = createLight(Kind::Point);
+    viewport->addLight(light);
+    renderFrame();
+    const float before = centre();
+    ASSERT_GT(before, 0.1f);
+
+    viewport->addLight(NullFC);
+    viewport->subLight(NullFC);
+    viewport->prepareScene(NullFC);
+    for(const char *operation : {"addLight", "subLight", "prepareScene"})
+        EXPECT_TRUE(log().contains(std::string("DeferredRenderingViewport::") + operation))
+            << operation << ": " << log().text();
+    EXPECT_EQ(viewport->getLights().size(), 1u);
+    EXPECT_EQ(viewport->getDeferredNodes().size(), 1u);
+
+    // An unknown light goes silently and takes nothing with it.
+    LightPtr stranger = createLight(Kind::Spot);
+    viewport->subLight(stranger);
+    EXPECT_EQ(viewport->getLights().size(), 1u);
+
+    window->render(action);
+    EXPECT_NEAR(centre(), before, 1e-4f);
+    subRefCP(stranger);
+    subRefCP(light);
+}
+
+TEST_F(DeferredLightRegistryTest, EmptyRootsAndRepeatedPreparationDrawWhatTheSceneHolds)
+{
+    NodePtr empty = makeNodeFor(Group::create());
+    addRefCP(empty);
+    viewport->prepareScene(empty);
+    EXPECT_TRUE(viewport->getDeferredNodes().empty());
+    EXPECT_TRUE(viewport->getForwardNodes().empty());
+
+    addLitPlane();
+    LightPtr light = createLight(Kind::Point);
+    viewport->addLight(light);
+    viewport->prepareScene(root);
+    viewport->prepareScene(root);
+    window->render(action);
+    EXPECT_EQ(viewport->getDeferredNodes().size(), 1u);
+    EXPECT_GT(centre(), 0.1f);
+    EXPECT_EQ(log().count("Warning"), 0u) << log().text();
+    subRefCP(light);
+    subRefCP(empty);
+}
+
+TEST_F(DeferredLightRegistryTest, ViewportBeyondTheTextureLimitWarnsOnceAndTheNextSaneFrameRenders)
+{
+    addLitPlane();
+    LightPtr light = createLight(Kind::Point);
+    viewport->addLight(light);
+    renderFrame();
+    const float before = centre();
+
+    GLint maxSize = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &maxSize);
+    window->resize(UInt16(maxSize + 1), Size);
+    window->render(action);
+    window->render(action);
+    EXPECT_EQ(log().count("is larger than the largest texture"), 1u) << log().text();
+    EXPECT_EQ(viewport->getLastWidth(), Size);
+
+    window->resize(Size, Size);
+    window->render(action);
+    EXPECT_NEAR(centre(), before, 1e-4f);
+    subRefCP(light);
+}
+
+// A light with a NaN or infinite field is left out of the frame with one
+// warning; once the field is finite again it lights exactly like a light
+// that was never spoiled.
+TEST_F(DeferredLightRegistryTest, NonFiniteLightFieldsLeaveNoTraceOnceFixed)
+{
+    const Real32 nan = std::numeric_limits<Real32>::quiet_NaN();
+    const Real32 inf = std::numeric_limits<Real32>::infinity();
+
+    struct Case
+    {
+        const char *name;
+        Kind        kind;
+        bool        shadows;
+        std::function<void(LightPtr, Real32)> set;
+        Real32      bad;
+        Real32      fixed;
+    };
+    const Case cases[] = {
+        {"point position", Kind::Point, false,
+         [](LightPtr l, Real32 v) { PointLightPtr::dcast(l)->setPosition(Pnt3f(0, v, 2)); }, nan, 0.5f},
+        {"point diffuse", Kind::Point, false,
+         [](LightPtr l, Real32 v) { l->setDiffuse(Color4f(v, 1, 1, 1)); }, inf, 0.5f},
+        {"point attenuation", Kind::Point, false,
+         [](LightPtr l, Real32 v) { l->setQuadraticAttenuation(v); }, nan, 0.2f},
+        {"spot cut-off", Kind::Spot, false,
+         [](LightPtr l, Real32 v) { SpotLightPtr::dcast(l)->setSpotCutOff(v); }, nan, 0.6f},
+        {"shadowed spot position", Kind::Spot, true,
+         [](LightPtr l, Real32 v) { SpotLightPtr::dcast(l)->setPosition(Pnt3f(v, 0, 2)); }, inf, 0.3f},
+        {"shadowed sun direction", Kind::Directional, true,
+         [](LightPtr l, Real32 v) { DirectionalLightPtr::dcast(l)->setDirection(Vec3f(0, v, 1)); }, nan, 0.5f},
+    };
+
+    addLitPlane();
+    viewport->prepareScene(root);
+    for(const Case &test : cases)
+    {
+        SCOPED_TRACE(test.name);
+        LightPtr light = createLight(test.kind);
+        LightPtr fresh = createLight(test.kind);
+        for(LightPtr l : {light, fresh})
+        {
+            beginEditCP(l);
+            l->setShadowIntensity(test.shadows ? 0.5f : 1.0f);
+            test.set(l, test.fixed);
+            endEditCP(l);
+        }
+        viewport->addLight(fresh);
+        window->render(action);
+        const float expected = centre();
+        ASSERT_GT(expected, 0.1f);
+        viewport->subLight(fresh);
+
+        viewport->addLight(light);
+        beginEditCP(light);
+        test.set(light, test.bad);
+        endEditCP(light);
+        const std::size_t warnings = log().count("non-finite fields");
+        window->render(action);
+        window->render(action);
+        EXPECT_EQ(log().count("non-finite fields"), warnings + 1) << log().text();
+        EXPECT_EQ(centre(), 0.0f);
+
+        beginEditCP(light);
+        test.set(light, test.fixed);
+        endEditCP(light);
+        window->render(action);
+        EXPECT_NEAR(centre(), expected, 1e-4f);
+
+        // Spoiled again later: reported again.
+        beginEditCP(light);
+        test.set(light, test.bad);
+        endEditCP(light);
+        window->render(action);
+        EXPECT_EQ(log().count("non-finite fields"), warnings + 2) << log().text();
+
+        viewport->subLight(light);
+        subRefCP(fresh);
+        subRefCP(light);
+    }
+}
+
+// An application shader that does not compile is reported by the runtime;
+// the rest of the frame is drawn as usual.
+TEST_F(DeferredLightRegistryTest, ShaderThatFailsToCompileSpoilsOnlyItsOwnObject)
+{
+    addLitPlane();
+    LightPtr light = createLight(Kind::Point);
+    viewport->addLight(light);
+    renderFrame();
+    const float before = centre();
+
+    SHLChunkPtr broken = SHLChunk::create();
+    beginEditCP(broken);
+    broken->setVertexProgram("void main(void) { gl_Position = ftransform(); }\n");
+    broken->setFragmentProgram("void main(void) { gl_FragColor = undefinedThing; }\n");
+    endEditCP(broken);
+    BlendChunkPtr blend = BlendChunk::create();
+    beginEditCP(blend);
+    blend->setSrcFactor(GL_SRC_ALPHA);
+    blend->setDestFactor(GL_ONE_MINUS_SRC_ALPHA);
+    endEditCP(blend);
+    ChunkMaterialPtr glass = ChunkMaterial::create();
+    beginEditCP(glass);
+    glass->addChunk(broken);
+    glass->addChunk(blend);
+    endEditCP(glass);
+
+    // A small pane in front, away from the pixel read below.
+    GeometryPtr pane = makePlaneGeo(0.5f, 0.5f, 1, 1);
+    beginEditCP(pane, Geometry::MaterialFieldMask);
+    pane->setMaterial(glass);
+    endEditCP(pane, Geometry::MaterialFieldMask);
+    Matrix m;
+    m.setTranslate(1.5f, 1.5f, 1.0f);
+    TransformPtr place = Transform::create();
+    beginEditCP(place);
+    place->setMatrix(m);
+    endEditCP(place);
+    NodePtr paneNode = makeNodeFor(place);
+    beginEditCP(paneNode, Node::ChildrenFieldMask);
+    paneNode->addChild(makeNodeFor(pane));
+    endEditCP(paneNode, Node::ChildrenFieldMask);
+    beginEditCP(root, Node::ChildrenFieldMask);
+    root->addChild(paneNode);
+    endEditCP(root, Node::ChildrenFieldMask);
+
+    expectGLErrors();
+    renderFrame();
+    EXPECT_TRUE(log().contains("undefinedThing")) << log().text();
+    EXPECT_EQ(viewport->getForwardNodes().size(), 1u);
+    EXPECT_NEAR(centre(), before, 1e-4f);
+    subRefCP(light);
 }

@@ -9,6 +9,7 @@
 #include "support/TextureImage.h"
 
 #include <cmath>
+#include <limits>
 
 using namespace osg;
 using lighttest::DeferredSceneTest;
@@ -88,10 +89,22 @@ TEST_F(PostProcessChainTest, SettingsReachTheirEffectsWhetherOnOrOff)
         {&DeferredRenderingViewport::setSSAOScale,              &DeferredRenderingViewport::getSSAOScale,              0.01f},
         {&DeferredRenderingViewport::setSSAOAttenuation,        &DeferredRenderingViewport::getSSAOAttenuation,        0.5f},
     };
+    // A NaN or infinity would reach every later frame: refused, with a
+    // warning, and the value set before stays.
+    const Real32 refused[] = {std::numeric_limits<Real32>::quiet_NaN(),
+                              std::numeric_limits<Real32>::infinity(),
+                              -std::numeric_limits<Real32>::infinity()};
     for(const Setting &s : settings)
     {
         (viewport.getCPtr()->*s.set)(s.value);
         EXPECT_FLOAT_EQ((viewport.getCPtr()->*s.get)(), s.value);
+        for(Real32 bad : refused)
+        {
+            const std::size_t warnings = log().count("is not a finite value");
+            (viewport.getCPtr()->*s.set)(bad);
+            EXPECT_FLOAT_EQ((viewport.getCPtr()->*s.get)(), s.value);
+            EXPECT_EQ(log().count("is not a finite value"), warnings + 1) << bad;
+        }
     }
 }
 
