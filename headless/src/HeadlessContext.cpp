@@ -3,6 +3,8 @@
 
 #include <Lumora/HeadlessContext.h>
 
+#include <dlfcn.h>
+
 #include <cstdio>
 #include <cstring>
 #include <iostream>
@@ -78,10 +80,31 @@ std::string eglErrorName(EGLint code)
     return s.str();
 }
 
+#if defined(__SANITIZE_ADDRESS__)
+// The driver is unloaded at exit, before the leak check, which then cannot
+// name it and so cannot apply the driver's suppressions. Pinning it keeps
+// it mapped.
+void pinGLDriver()
+{
+    static const char *const drivers[] = {
+        "/usr/lib/x86_64-linux-gnu/dri/swrast_dri.so",
+        "/usr/lib/aarch64-linux-gnu/dri/swrast_dri.so",
+    };
+    for(const char *driver : drivers)
+        dlopen(driver, RTLD_NOW | RTLD_NODELETE);
+}
+#else
+void pinGLDriver()
+{
+}
+#endif
+
 // Returns an initialized display: Mesa's surfaceless platform first, since
 // the default display may want an X server that is not there.
 EGLDisplay openDisplay()
 {
+    pinGLDriver();
+
     // Client extensions need EGL 1.5 or EGL_EXT_client_extensions; an older
     // library answers NULL here.
     const char *clientExts = eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS);

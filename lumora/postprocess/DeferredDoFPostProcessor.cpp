@@ -7,15 +7,6 @@
 
 OSG_BEGIN_NAMESPACE
 
-namespace
-{
-// A quarter of a size, truncated.
-int quarter(int size)
-{
-    return int(Real32(size) * 0.25f);
-}
-} // namespace
-
 // In front of the focal plane the blur grows to its full size at the near
 // plane; behind it, it grows towards the far plane but stops at the cut-off,
 // so a distant background stays recognisable.

@@ -10,12 +10,6 @@ OSG_BEGIN_NAMESPACE
 namespace
 {
 
-// The reduced passes run at a quarter of the width and height.
-int quarter(int size)
-{
-    return int(Real32(size) * 0.25f);
-}
-
 const Real32 BloomScale = 1.25f;
 
 } // namespace

@@ -65,6 +65,10 @@ class IDeferredPostProcessor
     // linearly filtered.
     static void addImageTexture(RenderTarget &target);
 
+    // A quarter of a size, truncated, but never less than one pixel: a
+    // target of no pixels cannot be drawn into.
+    static int quarter(int size) { return size / 4 > 0 ? size / 4 : 1; }
+
     // A program of the shared vertex text and the given fragment text.
     static SHLChunkPtr createShader(const char *fragmentProgram);
 

@@ -182,6 +182,11 @@ void DeferredRenderingViewport::onCreate(const DeferredRenderingViewport *)
 
 void DeferredRenderingViewport::onDestroy(void)
 {
+    // Materials outlive the viewport: each gets back what it had.
+    for(const Conversion &conversion : conversions)
+        undoConversion(conversion);
+    conversions.clear();
+
     for(LightMap::iterator it = lights.begin(); it != lights.end(); ++it)
     {
         releaseLight(it->second);
@@ -235,6 +240,7 @@ void DeferredRenderingViewport::prepareScene(NodePtr root)
     }
     forwardNodes.clear();
     deferredNodes.clear();
+    dropOrphanConversions();
 
     traverse(root, osgTypedMethodFunctor1ObjPtrCPtrRef<Action::ResultE,
                                                        DeferredRenderingViewport,
@@ -271,6 +277,8 @@ Action::ResultE DeferredRenderingViewport::prepareNode(NodePtr &node)
             beginEditCP(chunkMaterial, ChunkMaterial::ChunksFieldMask);
             chunkMaterial->addChunk(forwardDepth, State::AutoSlotReplace);
             endEditCP(chunkMaterial, ChunkMaterial::ChunksFieldMask);
+            addRefCP(chunkMaterial);
+            conversions.push_back(Conversion{chunkMaterial, NullFC, {}});
         }
         return Action::Continue;
     }
@@ -283,6 +291,7 @@ Action::ResultE DeferredRenderingViewport::prepareNode(NodePtr &node)
     if(chunkMaterial->find(gbufferShader) >= 0)
         return Action::Continue;
 
+    Conversion conversion{chunkMaterial, NullFC, {}};
     bool useDiffuseTexture = false;
     for(UInt32 i = 0; i < state->getChunks().size(); ++i)
     {
@@ -292,6 +301,8 @@ Action::ResultE DeferredRenderingViewport::prepareNode(NodePtr &node)
 
         if(BlendChunkPtr::dcast(chunk) != NullFC || SHLChunkPtr::dcast(chunk) != NullFC)
         {
+            if(!chunk->getIgnore())
+                conversion.silenced.push_back(chunk);
             beginEditCP(chunk, StateChunk::IgnoreFieldMask);
             chunk->setIgnore(true);
             endEditCP(chunk, StateChunk::IgnoreFieldMask);
@@ -317,7 +328,65 @@ Action::ResultE DeferredRenderingViewport::prepareNode(NodePtr &node)
     chunkMaterial->addChunk(parameters,    State::AutoSlotReplace);
     endEditCP(chunkMaterial, ChunkMaterial::ChunksFieldMask);
 
+    addRefCP(chunkMaterial);
+    conversion.parameters = parameters;
+    conversions.push_back(conversion);
+
     return Action::Continue;
+}
+
+void DeferredRenderingViewport::undoConversion(const Conversion &conversion)
+{
+    ChunkMaterialPtr material = conversion.material;
+    // The application may have taken some out itself.
+    auto remove = [material](StateChunkPtr chunk)
+    {
+        if(material->find(chunk) >= 0)
+            material->subChunk(chunk);
+    };
+    beginEditCP(material, ChunkMaterial::ChunksFieldMask);
+    if(conversion.parameters == NullFC)
+    {
+        remove(forwardDepth);
+    }
+    else
+    {
+        remove(gbufferShader);
+        remove(gbufferBlend);
+        remove(conversion.parameters);
+    }
+    endEditCP(material, ChunkMaterial::ChunksFieldMask);
+
+    // Another viewport still drawing the material into its G-buffer needs
+    // them silenced; it left its parameter chunk there.
+    bool convertedElsewhere = false;
+    for(UInt32 i = 0; i < material->getChunks().size(); ++i)
+        convertedElsewhere |= SHLParameterChunkPtr::dcast(material->getChunks()[i]) != NullFC;
+    if(!convertedElsewhere)
+    {
+        for(StateChunkPtr chunk : conversion.silenced)
+        {
+            beginEditCP(chunk, StateChunk::IgnoreFieldMask);
+            chunk->setIgnore(false);
+            endEditCP(chunk, StateChunk::IgnoreFieldMask);
+        }
+    }
+    subRefCP(material);
+}
+
+void DeferredRenderingViewport::dropOrphanConversions(void)
+{
+    // A material only this viewport still holds belongs to a scene that
+    // is gone; keeping it would grow with every model loaded and dropped.
+    std::vector<Conversion> kept;
+    for(const Conversion &conversion : conversions)
+    {
+        if(conversion.material.getRefCount() <= 1)
+            undoConversion(conversion);
+        else
+            kept.push_back(conversion);
+    }
+    conversions.swap(kept);
 }
 
 // --- light registry -------------------------------------------------------

@@ -140,6 +140,17 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     void showTextureFullscreen(RenderActionBase *action, TextureChunkPtr texture);
     void enableNodes         (const std::vector<NodePtr> &nodes, bool enable);
 
+    // What prepareScene added to a material, taken out again when the
+    // viewport goes or the material is left to the viewport alone.
+    struct Conversion
+    {
+        ChunkMaterialPtr             material;    // referenced
+        StateChunkPtr                parameters;  // null for transparent ones
+        std::vector<StateChunkPtr>   silenced;    // chunks set to be ignored
+    };
+    void undoConversion   (const Conversion &conversion);
+    void dropOrphanConversions(void);
+
     IDeferredLight *createDeferredLight(LightPtr light);
     void            initNewLights      (void);
     void            releaseLight       (IDeferredLight *light);
@@ -159,6 +170,7 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     Int32                lastHeight;
     std::vector<NodePtr> forwardNodes;
     std::vector<NodePtr> deferredNodes;
+    std::vector<Conversion> conversions;
     RenderTarget         gbufferTarget;
     RenderTarget         lightTarget;
     VSMShadowMapper      shadowMapper;

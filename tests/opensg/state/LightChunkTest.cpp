@@ -53,6 +53,9 @@ TEST_F(LightChunkGL, MakeChunkMirrorsEachKindOfLight)
     directional->setDirection(Vec3f(0, 0, 1));
     endEditCP(directional);
 
+    // No chunk until one is asked for.
+    EXPECT_EQ(spot->getChunk(), NullFC);
+
     const ChunkCase cases[] = {
         { "point",       point,       Vec4f(1, 2, 3, 1), 180.f },
         { "spot",        spot,        Vec4f(0, 1, 0, 1),  30.f },
@@ -78,7 +81,6 @@ TEST_F(LightChunkGL, MakeChunkMirrorsEachKindOfLight)
         EXPECT_EQ(c.light->getChunk(), chunk);
         subRefCP(c.light);
     }
-    EXPECT_EQ(spot->getChunk(), NullFC);
 }
 
 TEST_F(LightChunkGL, ActivateSetsAndEnablesTheSlotsGLLight)

@@ -1,0 +1,645 @@
+// Runs a deferred viewport for many frames while a seeded random sequence
+// adds, removes, switches and moves lights, toggles shadows and effects,
+// changes their parameters, resizes the window, replaces the viewport and
+// loads and drops a model. At the end everything is torn down and the live
+// GL objects and field containers must be back where they were; no GL
+// error and no warning may have appeared on the way.
+
+#include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGBlendChunk.h>
+#include <OpenSG/OSGChunkMaterial.h>
+#include <OpenSG/OSGDirectionalLight.h>
+#include <OpenSG/OSGGroup.h>
+#include <OpenSG/OSGMaterialChunk.h>
+#include <OpenSG/OSGMatrixUtility.h>
+#include <OpenSG/OSGPassiveWindow.h>
+#include <OpenSG/OSGPerspectiveCamera.h>
+#include <OpenSG/OSGPointLight.h>
+#include <OpenSG/OSGRenderAction.h>
+#include <OpenSG/OSGSceneFileHandler.h>
+#include <OpenSG/OSGSimpleGeometry.h>
+#include <OpenSG/OSGSimpleMaterial.h>
+#include <OpenSG/OSGSolidBackground.h>
+#include <OpenSG/OSGSpotLight.h>
+#include <OpenSG/OSGThread.h>
+#include <OpenSG/OSGTransform.h>
+
+#include <Lumora/DeferredRenderingViewport.h>
+#include <Lumora/HeadlessContext.h>
+#include <Lumora/LumoraInit.h>
+
+#include "support/LiveObjects.h"
+#include "support/LogCapture.h"
+
+#include <boost/random/mersenne_twister.hpp>
+#include <boost/random/uniform_int_distribution.hpp>
+#include <boost/random/uniform_real_distribution.hpp>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using namespace osg;
+
+namespace
+{
+
+typedef DeferredRenderingViewport DRV;
+
+struct Options
+{
+    unsigned seed        = 1;
+    int      frames      = 3000;
+    double   seconds     = 0;      // 0: no time limit
+    int      maxSize     = 128;    // largest window edge
+    int      maxLights   = 24;
+    double   rssLimitMB  = 48;     // allowed growth after the warm-up
+};
+
+const char *s_usage =
+    "usage: lumora-soak [options]\n"
+    "Renders a deferred viewport for many frames under a seeded random\n"
+    "sequence of light, effect, window, viewport and model changes, then\n"
+    "checks that GL objects and field containers are back where they\n"
+    "started, that no GL error and no warning appeared, and that resident\n"
+    "memory stayed flat. Exits 1 if any check fails.\n"
+    "\n"
+    "  --seed N          random seed (default 1)\n"
+    "  --frames N        frames to render (default 3000)\n"
+    "  --seconds S       stop after S seconds even if frames remain\n"
+    "  --max-size N      largest window width or height (default 128)\n"
+    "  --max-lights N    most lights at once (default 24)\n"
+    "  --rss-limit MB    allowed resident memory growth (default 48)\n"
+    "  --help            this text\n";
+
+bool parseNumber(const char *text, double minValue, double maxValue, double &result)
+{
+    char *end = nullptr;
+    const double value = std::strtod(text, &end);
+    if(end == text || *end != '\0' || !(value >= minValue && value <= maxValue))
+        return false;
+    result = value;
+    return true;
+}
+
+// 0: run; 1: help shown; 2: bad arguments.
+int parseArgs(int argc, char **argv, Options &opt)
+{
+    for(int i = 1; i < argc; ++i)
+    {
+        const std::string arg = argv[i];
+        if(arg == "--help" || arg == "-h")
+        {
+            std::cout << s_usage;
+            return 1;
+        }
+        struct Numeric { const char *name; double lo, hi; double value; };
+        Numeric numerics[] = {
+            {"--seed",       0, 4294967295.0, double(opt.seed)},
+            {"--frames",     1, 1e9,          double(opt.frames)},
+            {"--seconds",    0, 1e7,          opt.seconds},
+            {"--max-size",   2, 4096,         double(opt.maxSize)},
+            {"--max-lights", 1, 1000,         double(opt.maxLights)},
+            {"--rss-limit",  0, 1e6,          opt.rssLimitMB},
+        };
+        bool known = false;
+        for(Numeric &n : numerics)
+        {
+            if(arg != n.name)
+                continue;
+            known = true;
+            if(i + 1 >= argc || !parseNumber(argv[i + 1], n.lo, n.hi, n.value))
+            {
+                std::cerr << "lumora-soak: " << n.name << " needs a number from "
+                          << n.lo << " to " << n.hi << "\n";
+                return 2;
+            }
+            ++i;
+        }
+        if(!known)
+        {
+            std::cerr << "lumora-soak: unknown option '" << arg << "'\n" << s_usage;
+            return 2;
+        }
+        opt.seed       = unsigned(numerics[0].value);
+        opt.frames     = int(numerics[1].value);
+        opt.seconds    = numerics[2].value;
+        opt.maxSize    = int(numerics[3].value);
+        opt.maxLights  = int(numerics[4].value);
+        opt.rssLimitMB = numerics[5].value;
+    }
+    return 0;
+}
+
+double residentMB()
+{
+    std::ifstream statm("/proc/self/statm");
+    long size = 0, resident = 0;
+    statm >> size >> resident;
+    return double(resident) * double(sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
+}
+
+// A small model, read through the loader as a file would be.
+const char *s_modelObj =
+    "v -0.5 0 -0.5\nv 0.5 0 -0.5\nv 0.5 0 0.5\nv -0.5 0 0.5\nv 0 1 0\n"
+    "vt 0 0\nvt 1 0\nvt 1 1\nvt 0 1\nvt 0.5 0.5\n"
+    "f 1/1 2/2 5/5\nf 2/2 3/3 5/5\nf 3/3 4/4 5/5\nf 4/4 1/1 5/5\nf 1/1 4/4 3/3 2/2\n";
+
+NodePtr placed(NodePtr child, const Vec3f &at)
+{
+    Matrix m;
+    m.setTranslate(at);
+    TransformPtr transform = Transform::create();
+    beginEditCP(transform);
+    transform->setMatrix(m);
+    endEditCP(transform);
+    NodePtr node = makeNodeFor(transform);
+    beginEditCP(node, Node::ChildrenFieldMask);
+    node->addChild(child);
+    endEditCP(node, Node::ChildrenFieldMask);
+    return node;
+}
+
+void addChild(NodePtr parent, NodePtr child)
+{
+    beginEditCP(parent, Node::ChildrenFieldMask);
+    parent->addChild(child);
+    endEditCP(parent, Node::ChildrenFieldMask);
+}
+
+NodePtr withMaterial(GeometryPtr geometry, MaterialPtr material)
+{
+    beginEditCP(geometry, Geometry::MaterialFieldMask);
+    geometry->setMaterial(material);
+    endEditCP(geometry, Geometry::MaterialFieldMask);
+    return makeNodeFor(geometry);
+}
+
+SimpleMaterialPtr colour(Real32 r, Real32 g, Real32 b, Real32 transparency = 0)
+{
+    SimpleMaterialPtr material = SimpleMaterial::create();
+    beginEditCP(material);
+    material->setDiffuse(Color3f(r, g, b));
+    material->setSpecular(Color3f(0.5f, 0.5f, 0.5f));
+    material->setShininess(32);
+    material->setTransparency(transparency);
+    endEditCP(material);
+    return material;
+}
+
+class Soak
+{
+  public:
+    explicit Soak(const Options &opt) : _opt(opt), _rng(opt.seed) {}
+
+    int run();
+
+  private:
+    int    pick (int lo, int hi)       { return boost::random::uniform_int_distribution<int>(lo, hi)(_rng); }
+    Real32 value(Real32 lo, Real32 hi) { return boost::random::uniform_real_distribution<Real32>(lo, hi)(_rng); }
+    bool   chance(double p)            { return value(0, 1) < p; }
+
+    void buildScene   (void);
+    void createViewport(void);
+    void dropViewport (void);
+    void addLight     (void);
+    void removeLight  (void);
+    void step         (void);
+    void render       (void);
+    void tearDown     (void);
+
+    Options                       _opt;
+    boost::random::mt19937        _rng;
+    PassiveWindowPtr              _window;
+    RenderAction                 *_action = nullptr;
+    NodePtr                       _root;
+    NodePtr                       _model;
+    PerspectiveCameraPtr          _camera;
+    SolidBackgroundPtr            _background;
+    DeferredRenderingViewportPtr  _viewport;
+    std::vector<LightPtr>         _lights;
+    LightPtr                      _shadowed;  // at most one: maps are costly here
+    int                           _glErrors = 0;
+    int                           _viewports = 0, _resizes = 0, _models = 0;
+};
+
+void Soak::buildScene(void)
+{
+    _root = makeNodeFor(Group::create());
+    addRefCP(_root);
+    addChild(_root, withMaterial(makePlaneGeo(20, 20, 4, 4), colour(0.7f, 0.7f, 0.7f)));
+    for(int i = 0; i < 6; ++i)
+    {
+        const Real32 x = Real32(i % 3) * 3 - 3, y = Real32(i / 3) * 3 - 1.5f;
+        GeometryPtr shape = i % 2 ? makeSphereGeo(2, 0.8f) : makeBoxGeo(1.2f, 1.2f, 1.2f, 1, 1, 1);
+        addChild(_root, placed(withMaterial(shape, colour(0.2f * i, 0.5f, 1 - 0.1f * i)),
+                               Vec3f(x, y, 0.8f)));
+    }
+    addChild(_root, placed(withMaterial(makePlaneGeo(2, 2, 1, 1), colour(0.3f, 0.6f, 0.9f, 0.5f)),
+                           Vec3f(0, 0, 2.5f)));
+
+    Matrix view;
+    MatrixLookAt(view, Pnt3f(0, -9, 7), Pnt3f(0, 0, 0), Vec3f(0, 0, 1));
+    TransformPtr beacon = Transform::create();
+    beginEditCP(beacon);
+    beacon->setMatrix(view);
+    endEditCP(beacon);
+    NodePtr beaconNode = makeNodeFor(beacon);
+    addChild(_root, beaconNode);
+
+    _camera = PerspectiveCamera::create();
+    addRefCP(_camera);
+    beginEditCP(_camera);
+    _camera->setBeacon(beaconNode);
+    _camera->setFov(deg2rad(60));
+    _camera->setNear(0.5f);
+    _camera->setFar(40);
+    endEditCP(_camera);
+
+    _background = SolidBackground::create();
+    addRefCP(_background);
+    beginEditCP(_background);
+    _background->setColor(Color3f(0.1f, 0.1f, 0.15f));
+    endEditCP(_background);
+}
+
+void Soak::createViewport(void)
+{
+    _viewport = DeferredRenderingViewport::create();
+    addRefCP(_viewport);
+    beginEditCP(_viewport);
+    _viewport->setCamera(_camera);
+    _viewport->setBackground(_background);
+    _viewport->setRoot(_root);
+    _viewport->setSize(0, 0, 1, 1);
+    endEditCP(_viewport);
+    _viewport->prepareScene(_root);
+    for(LightPtr light : _lights)
+        _viewport->addLight(light);
+
+    beginEditCP(_window, Window::PortFieldMask);
+    _window->addPort(_viewport);
+    endEditCP(_window, Window::PortFieldMask);
+    ++_viewports;
+}
+
+void Soak::dropViewport(void)
+{
+    beginEditCP(_window, Window::PortFieldMask);
+    _window->subPort(_viewport);
+    endEditCP(_window, Window::PortFieldMask);
+    subRefCP(_viewport);
+    _viewport = NullFC;
+}
+
+void Soak::addLight(void)
+{
+    LightPtr light;
+    const int kind = pick(0, 9);
+    const Pnt3f at(value(-5, 5), value(-5, 5), value(0.5f, 4));
+    if(kind < 6)
+    {
+        PointLightPtr point = PointLight::create();
+        beginEditCP(point);
+        point->setPosition(at);
+        point->setAttenuation(1, value(0, 0.5f), value(0.05f, 0.5f));
+        endEditCP(point);
+        light = point;
+    }
+    else if(kind < 9)
+    {
+        SpotLightPtr spot = SpotLight::create();
+        beginEditCP(spot);
+        spot->setPosition(at);
+        spot->setDirection(Vec3f(value(-1, 1), value(-1, 1), -1));
+        spot->setSpotCutOff(deg2rad(value(10, 60)));
+        spot->setSpotExponent(value(0, 20));
+        spot->setAttenuation(1, 0, value(0.02f, 0.2f));
+        endEditCP(spot);
+        light = spot;
+    }
+    else
+    {
+        DirectionalLightPtr sun = DirectionalLight::create();
+        beginEditCP(sun);
+        sun->setDirection(Vec3f(value(-1, 1), value(-1, 1), 1));
+        endEditCP(sun);
+        light = sun;
+    }
+    addRefCP(light);
+    const bool shadows = _shadowed == NullFC && chance(0.1);
+    beginEditCP(light);
+    light->setDiffuse(Color4f(value(0, 1), value(0, 1), value(0, 1), 1));
+    light->setSpecular(Color4f(1, 1, 1, 1));
+    light->setShadowIntensity(shadows ? value(0, 0.8f) : 1.0f);
+    light->setOn(!chance(0.1));
+    endEditCP(light);
+    if(shadows)
+        _shadowed = light;
+    _lights.push_back(light);
+    _viewport->addLight(light);
+}
+
+void Soak::removeLight(void)
+{
+    const size_t i = size_t(pick(0, int(_lights.size()) - 1));
+    LightPtr light = _lights[i];
+    _viewport->subLight(light);
+    if(light == _shadowed)
+        _shadowed = NullFC;
+    _lights.erase(_lights.begin() + std::ptrdiff_t(i));
+    subRefCP(light);
+}
+
+void Soak::step(void)
+{
+    const int what = pick(0, 99);
+    if(what < 8 && int(_lights.size()) < _opt.maxLights)
+        addLight();
+    else if(what < 12 && !_lights.empty())
+        removeLight();
+    else if(what < 18 && !_lights.empty())
+    {
+        // Switched on after being added while off: registered only anew.
+        LightPtr light = _lights[size_t(pick(0, int(_lights.size()) - 1))];
+        beginEditCP(light, Light::OnFieldMask);
+        light->setOn(!light->getOn());
+        endEditCP(light, Light::OnFieldMask);
+        if(light->getOn())
+            _viewport->addLight(light);
+    }
+    else if(what < 40 && !_lights.empty())
+    {
+        LightPtr light = _lights[size_t(pick(0, int(_lights.size()) - 1))];
+        beginEditCP(light);
+        if(PointLightPtr point = PointLightPtr::dcast(light))
+            point->setPosition(point->getPosition() + Vec3f(value(-.5f, .5f), value(-.5f, .5f), 0));
+        else if(DirectionalLightPtr sun = DirectionalLightPtr::dcast(light))
+            sun->setDirection(Vec3f(value(-1, 1), value(-1, 1), 1));
+        endEditCP(light);
+    }
+    else if(what < 46)
+    {
+        void (DRV::*on[])(bool) = {&DRV::setAAPostProcessOn, &DRV::setSSAOPostProcessOn,
+                                   &DRV::setHDRPostProcessOn, &DRV::setDoFPostProcessOn,
+                                   &DRV::setCMBPostProcessOn};
+        const int slot = pick(0, DRV::NumPostProcessors - 1);
+        (_viewport.getCPtr()->*on[slot])(!_viewport->isPostProcessOn(UInt32(slot)));
+    }
+    else if(what < 52)
+    {
+        switch(pick(0, 6))
+        {
+            case 0: _viewport->setHDRExposure(value(0.2f, 4));           break;
+            case 1: _viewport->setHDRBrightPassThreshold(value(0.2f, 2)); break;
+            case 2: _viewport->setDoFFocalDepth(value(1, 30));           break;
+            case 3: _viewport->setDoFBlurCutoff(value(0.1f, 1));         break;
+            case 4: _viewport->setCMBBlurScale(value(0, 0.1f));          break;
+            case 5: _viewport->setSSAOScale(value(0.0005f, 0.01f));      break;
+            default: _viewport->setSSAOAttenuation(value(0.001f, 0.01f)); break;
+        }
+    }
+    else if(what < 54 && !_lights.empty())
+    {
+        LightPtr light = _lights[size_t(pick(0, int(_lights.size()) - 1))];
+        if(_shadowed == NullFC || _shadowed == light)
+        {
+            const bool cast = light->getShadowIntensity() >= 1.0f;
+            beginEditCP(light, Light::ShadowIntensityFieldMask);
+            light->setShadowIntensity(cast ? value(0, 0.8f) : 1.0f);
+            endEditCP(light, Light::ShadowIntensityFieldMask);
+            _shadowed = cast ? light : LightPtr(NullFC);
+        }
+    }
+    else if(what < 58)
+    {
+        const bool tiny = chance(0.15);
+        _window->resize(UInt16(tiny ? 1 : pick(2, _opt.maxSize)),
+                        UInt16(tiny ? 1 : pick(2, _opt.maxSize)));
+        ++_resizes;
+    }
+    else if(what < 59)
+    {
+        dropViewport();
+        createViewport();
+    }
+    else if(what < 62)
+    {
+        if(_model == NullFC)
+        {
+            std::istringstream obj(s_modelObj);
+            _model = SceneFileHandler::the().read(obj, "obj");
+            if(_model != NullFC)
+            {
+                NodePtr node = placed(_model, Vec3f(value(-4, 4), value(-4, 4), 0));
+                _model = node;
+                addChild(_root, node);
+                ++_models;
+            }
+        }
+        else
+        {
+            beginEditCP(_root, Node::ChildrenFieldMask);
+            _root->subChild(_model);
+            endEditCP(_root, Node::ChildrenFieldMask);
+            _model = NullFC;
+        }
+        _viewport->prepareScene(_root);
+    }
+}
+
+void Soak::render(void)
+{
+    _window->render(_action);
+    Thread::getCurrentChangeList()->clearAll();
+    for(GLenum error = glGetError(); error != GL_NO_ERROR; error = glGetError())
+    {
+        std::cerr << "lumora-soak: GL error 0x" << std::hex << error << std::dec << "\n";
+        ++_glErrors;
+    }
+}
+
+void Soak::tearDown(void)
+{
+    dropViewport();
+    for(LightPtr light : _lights)
+        subRefCP(light);
+    _lights.clear();
+    _shadowed = NullFC;
+    if(_model != NullFC)
+    {
+        beginEditCP(_root, Node::ChildrenFieldMask);
+        _root->subChild(_model);
+        endEditCP(_root, Node::ChildrenFieldMask);
+        _model = NullFC;
+    }
+    // Destroyed objects' GL names go at the end of the window's frame.
+    _window->frameInit();
+    _window->frameExit();
+    Thread::getCurrentChangeList()->clearAll();
+}
+
+int Soak::run(void)
+{
+    testsupport::LogCapture log(LOG_WARNING);
+
+    _window = PassiveWindow::create();
+    addRefCP(_window);
+    _window->init();
+    _window->resize(UInt16(_opt.maxSize), UInt16(_opt.maxSize));
+    _action = RenderAction::create();
+    buildScene();
+
+    // Warm-up: every light kind with shadows and every effect once, so that
+    // what lives for the whole process (shared shaders, tool programs) is
+    // there before the first count.
+    createViewport();
+    for(int i = 0; i < 3; ++i)
+    {
+        addLight();
+        beginEditCP(_lights.back());
+        _lights.back()->setOn(true);
+        _lights.back()->setShadowIntensity(0.5f);
+        endEditCP(_lights.back());
+        _viewport->addLight(_lights.back());
+    }
+    _viewport->setAAPostProcessOn(true);
+    _viewport->setSSAOPostProcessOn(true);
+    _viewport->setHDRPostProcessOn(true);
+    _viewport->setDoFPostProcessOn(true);
+    _viewport->setCMBPostProcessOn(true);
+    render();
+    render();
+    tearDown();
+    _viewports = 0;
+
+    const testsupport::LiveObjects before = testsupport::LiveObjects::count();
+    const double rssStart = residentMB();
+    double rssPeak = rssStart;
+
+    createViewport();
+    const auto start = std::chrono::steady_clock::now();
+    auto lastProgress = start;
+    int frame = 0;
+    for(; frame < _opt.frames; ++frame)
+    {
+        step();
+        render();
+
+        const auto now = std::chrono::steady_clock::now();
+        const double elapsed = std::chrono::duration<double>(now - start).count();
+        if(now - lastProgress > std::chrono::seconds(2))
+        {
+            lastProgress = now;
+            rssPeak = std::max(rssPeak, residentMB());
+            std::fprintf(stderr, "frame %d/%d, %zu lights, %.0f s, %.1f MB resident\n",
+                         frame + 1, _opt.frames, _lights.size(), elapsed, residentMB());
+        }
+        if(_opt.seconds > 0 && elapsed >= _opt.seconds)
+        {
+            ++frame;
+            break;
+        }
+    }
+    const double seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    const double rssRun = residentMB();
+    tearDown();
+
+    const testsupport::LiveObjects after = testsupport::LiveObjects::count();
+    const double rssEnd = residentMB();
+    rssPeak = std::max(rssPeak, rssRun);
+    const std::string changed = testsupport::differences(before, after);
+
+    int total = 0, totalAfter = 0;
+    for(const auto &kind : before.containers) total      += kind.second;
+    for(const auto &kind : after.containers)  totalAfter += kind.second;
+    int gl = 0, glAfter = 0;
+    for(const auto &kind : before.gl) gl      += kind.second;
+    for(const auto &kind : after.gl)  glAfter += kind.second;
+
+    std::printf("seed %u: %d frames in %.1f s (%.1f ms a frame); %d viewports, %d resizes, "
+                "%d model loads\n", _opt.seed, frame, seconds, 1000.0 * seconds / frame,
+                _viewports, _resizes, _models);
+    std::printf("resident memory: %.1f MB at start, %.1f MB peak, %.1f MB at end\n",
+                rssStart, rssPeak, rssEnd);
+    std::printf("field containers: %d at start, %d at end; GL objects: %d at start, %d at end\n",
+                total, totalAfter, gl, glAfter);
+
+    bool ok = true;
+    if(!changed.empty())
+    {
+        std::printf("live objects differ:\n%s", changed.c_str());
+        ok = false;
+    }
+    if(_glErrors != 0)
+    {
+        std::printf("%d GL errors\n", _glErrors);
+        ok = false;
+    }
+    if(!log.text().empty())
+    {
+        std::printf("unexpected log output:\n%s\n", log.text().c_str());
+        ok = false;
+    }
+    if(rssEnd - rssStart > _opt.rssLimitMB)
+    {
+        std::printf("resident memory grew by %.1f MB (limit %.1f MB)\n",
+                    rssEnd - rssStart, _opt.rssLimitMB);
+        ok = false;
+    }
+
+    delete _action;
+    subRefCP(_background);
+    subRefCP(_camera);
+    subRefCP(_root);
+    subRefCP(_window);
+    std::printf("%s\n", ok ? "soak passed" : "soak FAILED");
+    return ok ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    Options opt;
+    const int parsed = parseArgs(argc, argv, opt);
+    if(parsed != 0)
+        return parsed == 1 ? 0 : 2;
+
+    int glErrors = 0;
+    lumora::HeadlessContext context(opt.maxSize, opt.maxSize, true,
+        [&glErrors](GLenum type, GLenum, const std::string &message)
+        {
+            if(type == GL_DEBUG_TYPE_ERROR)
+            {
+                std::cerr << "lumora-soak: GL: " << message << "\n";
+                ++glErrors;
+            }
+        });
+    if(!context.isValid())
+    {
+        std::cerr << "lumora-soak: no OpenGL context: " << context.errorString() << "\n";
+        return 1;
+    }
+
+    osgInit(0, NULL);
+    initLumora();
+    int result = Soak(opt).run();
+    if(glErrors != 0)
+    {
+        std::printf("%d GL debug errors\n", glErrors);
+        result = 1;
+    }
+    osgExit();
+    return result;
+}
