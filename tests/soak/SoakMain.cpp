@@ -35,6 +35,7 @@
 #include <boost/random/uniform_int_distribution.hpp>
 #include <boost/random/uniform_real_distribution.hpp>
 
+#include <malloc.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -140,8 +141,11 @@ int parseArgs(int argc, char **argv, Options &opt)
     return 0;
 }
 
+// Free heap pages are handed back first: the allocator keeps freed
+// texture-sized blocks otherwise, which would read as growth.
 double residentMB()
 {
+    malloc_trim(0);
     std::ifstream statm("/proc/self/statm");
     long size = 0, resident = 0;
     statm >> size >> resident;

@@ -207,8 +207,10 @@ static InitFuncWrapper s_factoryInit(FieldContainerFactory::initializeFactory);
 
 FieldContainerFactory *FieldContainerFactory::the(void)
 {
-    static FieldContainerFactory factory;
-    return &factory;
+    // Never destroyed: containers still alive at exit are released while
+    // other statics go away, and must find the factory's store then.
+    static FieldContainerFactory *factory = new FieldContainerFactory;
+    return factory;
 }
 
 FieldContainerFactory::FieldContainerFactory(void) :

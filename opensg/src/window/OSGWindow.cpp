@@ -25,6 +25,7 @@ struct GLObject
     UInt32                  refCount;       // windows that initialised it
     UInt32                  lastRefresh;
     UInt32                  lastReinitialize;
+    bool                    destroyed;      // waiting in windows' queues
 };
 
 struct FunctionEntry
@@ -38,15 +39,17 @@ struct FunctionEntry
 // OpenSG: ids index _glObjects, 0 is never handed out.
 std::vector<GLObject *> &glObjects(void)
 {
-    static std::vector<GLObject *> objects(1, static_cast<GLObject *>(NULL));
-    return objects;
+    // Never destroyed, for the same reason as the container factory.
+    static std::vector<GLObject *> *objects =
+        new std::vector<GLObject *>(1, static_cast<GLObject *>(NULL));
+    return *objects;
 }
 
 std::vector<std::string>   &extensionNames(void) { static std::vector<std::string> v; return v; }
 std::vector<std::string>   &ignoredNames  (void) { static std::vector<std::string> v; return v; }
 std::vector<FunctionEntry> &functionNames (void) { static std::vector<FunctionEntry> v; return v; }
 std::vector<GLenum>        &constantNames (void) { static std::vector<GLenum> v; return v; }
-std::vector<Window *>      &allWindows    (void) { static std::vector<Window *> v; return v; }
+std::vector<Window *>      &allWindows    (void) { static auto *v = new std::vector<Window *>; return *v; }
 
 UInt32 &eventCounter(void)
 {
@@ -123,8 +126,13 @@ Window::~Window(void)
     for(UInt32 id = 1; id < objs.size() && id < _mfGlObjectLastReinitialize.size(); ++id)
     {
         if(objs[id] != NULL && _mfGlObjectLastReinitialize[id] != 0 &&
-           objs[id]->refCount > 0)
-            --objs[id]->refCount;
+           objs[id]->refCount > 0 && --objs[id]->refCount == 0 &&
+           objs[id]->destroyed)
+        {
+            // Its owner is gone and no other window will destroy it.
+            delete objs[id];
+            objs[id] = NULL;
+        }
     }
 }
 
@@ -511,7 +519,7 @@ UInt32 Window::registerGLObject(GLObjectFunctor functor, UInt32 num)
     std::vector<GLObject *> &objs = glObjects();
     UInt32 first = UInt32(objs.size());
     for(UInt32 i = 0; i < num; ++i)
-        objs.push_back(new GLObject{ functor, 0, 0, 0 });
+        objs.push_back(new GLObject{ functor, 0, 0, 0, false });
     return first;
 }
 
@@ -610,7 +618,11 @@ void Window::destroyGLObject(UInt32 id, UInt32 num)
                 queued = true;
             }
         }
-        if(!queued)
+        if(queued)
+        {
+            objs[i]->destroyed = true;
+        }
+        else
         {
             delete objs[i];
             objs[i] = NULL;

@@ -1,0 +1,52 @@
+#include "FuzzTargets.h"
+
+#include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGLog.h>
+#include <OpenSG/OSGSceneFileHandler.h>
+#include <OpenSG/OSGThread.h>
+
+#include <iterator>
+#include <sstream>
+#include <string>
+
+namespace fuzz
+{
+
+int loadModel(const std::uint8_t *data, std::size_t size)
+{
+    static const char *const suffixes[] = {
+        "obj", "ply", "off", "stl", "gltf", "glb", "3ds", "dae", "x", "ase",
+        "md2", "md3", "ms3d", "ac", "lwo", "nff", "raw", "smd", "cob", "b3d",
+        "irrmesh", "q3o", "ter", "hmp", "mdl", "xgl", "ogex", "bvh", "csm", "fbx",
+    };
+    static bool initialised = false;
+    if(!initialised)
+    {
+        osg::osgInit(0, NULL);
+        // Every refused input warns; the fuzzer only needs the outcome.
+        osg::osgLog().setLogLevel(osg::LOG_FATAL);
+        initialised = true;
+    }
+    if(size < 1)
+        return 0;
+
+    const char *suffix = suffixes[data[0] % std::size(suffixes)];
+    std::istringstream file(std::string(reinterpret_cast<const char *>(data) + 1, size - 1));
+    osg::NodePtr scene = osg::SceneFileHandler::the().read(file, suffix);
+    if(scene != osg::NullFC)
+    {
+        osg::addRefCP(scene);
+        osg::subRefCP(scene);
+    }
+    osg::Thread::getCurrentChangeList()->clearAll();
+    return 0;
+}
+
+} // namespace fuzz
+
+#ifdef LUMORA_FUZZ_ENTRY
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    return fuzz::loadModel(data, size);
+}
+#endif
