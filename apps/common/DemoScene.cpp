@@ -468,7 +468,7 @@ std::vector<LightPtr> makeLightsAround(NodePtr root, const Pnt3f &center, Real32
         DirectionalLightPtr light = DirectionalLight::create();
         beginEditCP(light);
         light->setDirection(0.5f, 1.f, 0.7f);
-        light->setDiffuse  (Color4f(0.7f, 0.7f, 0.7f, 1.f));
+        light->setDiffuse  (Color4f(0.5f, 0.5f, 0.5f, 1.f));
         light->setSpecular (Color4f(0.3f, 0.3f, 0.3f, 1.f));
         light->setShadowIntensity(shadows ? 0.35f : 1.f);
         light->setBeacon   (lightBeacon(root, center));
@@ -479,6 +479,10 @@ std::vector<LightPtr> makeLightsAround(NodePtr root, const Pnt3f &center, Real32
     // A ring above the model's middle; the attenuation scales with the
     // model, so that a light fades out over about its size.
     const Real32 quadratic = 4.f / (radius * radius);
+    // However many lights, together about as bright as a few: a model's
+    // white material would otherwise burn out.
+    const Real32 pointShare = std::min(1.f, 6.f / Real32(std::max(pointLights, 1)));
+    const Real32 spotShare  = std::min(1.f, 3.f / Real32(std::max(spotLights, 1)));
     for(int i = 0; i < pointLights; ++i)
     {
         Real32 angle  = 2.f * Pi * Real32(i) / Real32(pointLights);
@@ -490,7 +494,7 @@ std::vector<LightPtr> makeLightsAround(NodePtr root, const Pnt3f &center, Real32
         PointLightPtr light = PointLight::create();
         beginEditCP(light);
         light->setPosition   (0.f, 0.f, 0.f);
-        light->setDiffuse    (hueColor(Real32(i) / Real32(pointLights), 0.8f));
+        light->setDiffuse    (hueColor(Real32(i) / Real32(pointLights), 0.8f * pointShare));
         light->setSpecular   (Color4f(0.5f, 0.5f, 0.5f, 1.f));
         light->setAttenuation(1.f, 0.f, quadratic);
         light->setShadowIntensity(1.f);
@@ -514,7 +518,7 @@ std::vector<LightPtr> makeLightsAround(NodePtr root, const Pnt3f &center, Real32
         light->setSpotCutOff  (osgdegree2rad(25.f));
         light->setSpotExponent(2.f);
         light->setDiffuse     (hueColor(Real32(i) / Real32(spotLights) + 0.5f / spotLights,
-                                        1.f));
+                                        spotShare));
         light->setSpecular    (Color4f(0.6f, 0.6f, 0.6f, 1.f));
         light->setAttenuation (1.f, 0.f, 0.2f / (radius * radius));
         light->setShadowIntensity(shadows && i == 0 ? 0.3f : 1.f);
