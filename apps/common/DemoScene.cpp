@@ -456,6 +456,44 @@ std::vector<LightPtr> makeDemoLights(NodePtr root, int pointLights, int spotLigh
     return lights;
 }
 
+bool boundingSphere(NodePtr root, Pnt3f &center, Real32 &radius)
+{
+    const DynamicVolume &volume = root->getVolume(true);
+    if(volume.isEmpty())
+        return false;
+    Pnt3f lo, hi;
+    volume.getBounds(lo, hi);
+    const Real32 diagonal = (hi - lo).length();
+    if(!(diagonal > 0.f) || !std::isfinite(diagonal))
+        return false;
+    center = lo + (hi - lo) * 0.5f;
+    radius = diagonal * 0.5f;
+    return true;
+}
+
+PerspectiveCameraPtr makeFramingCamera(NodePtr parent, const Pnt3f &center, Real32 radius)
+{
+    const Real32 fov      = osgdegree2rad(50.f);
+    const Real32 distance = 1.1f * radius / std::sin(fov / 2.f);
+    // Off every axis plane, so that a flat model lying in one is not seen
+    // edge-on.
+    Vec3f        back(0.45f, 0.35f, 1.f);
+    back.normalize();
+    Matrix placement;
+    MatrixLookAt(placement, center + back * distance, center, Vec3f(0.f, 1.f, 0.f));
+    NodePtr beacon = makeTransformNode(placement);
+    addChild(parent, beacon);
+
+    PerspectiveCameraPtr camera = PerspectiveCamera::create();
+    beginEditCP(camera);
+    camera->setBeacon(beacon);
+    camera->setFov   (fov);
+    camera->setNear  (distance - 1.05f * radius);
+    camera->setFar   (distance + 1.05f * radius);
+    endEditCP(camera);
+    return camera;
+}
+
 std::vector<LightPtr> makeLightsAround(NodePtr root, const Pnt3f &center, Real32 radius,
                                        int pointLights, int spotLights, bool sun, bool shadows)
 {

@@ -47,6 +47,16 @@ osg::Pnt3f pointLightPosition(int i, int n);
 std::vector<osg::LightPtr> makeDemoLights(osg::NodePtr root, int pointLights,
                                           int spotLights, bool sun, bool shadows = false);
 
+// The sphere around the bounding box of everything under root; false if
+// there is nothing of finite, non-zero size.
+bool boundingSphere(osg::NodePtr root, osg::Pnt3f &center, osg::Real32 &radius);
+
+// A camera looking at the sphere from in front and a little above, near
+// and far planes just outside it, the sphere filling the view; its beacon
+// is hung under parent.
+osg::PerspectiveCameraPtr makeFramingCamera(osg::NodePtr parent, const osg::Pnt3f &center,
+                                            osg::Real32 radius);
+
 // Lights for a scene of any size around a sphere (center, radius): a sun, a
 // ring of coloured point lights and spot lights aimed at the centre from
 // above. With shadows, the sun and the first spot light cast them. Beacons

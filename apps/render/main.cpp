@@ -341,16 +341,12 @@ int loadModel(const Options &opt, Scene &scene)
     scene.root = makeGroupNode();
     addChild(scene.root, model);
 
-    Pnt3f lo, hi;
-    scene.root->getVolume(true).getBounds(lo, hi);
-    if(scene.root->getVolume(true).isEmpty() || !((hi - lo).length() > 0.f) ||
-       !std::isfinite((hi - lo).length()))
+    Real32 radius = 0.f;
+    if(!boundingSphere(scene.root, scene.center, radius))
     {
         std::cerr << "lumora-render: '" << opt.model << "' holds nothing to draw\n";
         return 1;
     }
-    scene.center = lo + (hi - lo) * 0.5f;
-    const Real32 radius = (hi - lo).length() * 0.5f;
 
     std::vector<CameraPtr> cameras = findCameras(model);
     if(opt.camera >= int(cameras.size()) && !opt.fit && (opt.camera > 0 || !cameras.empty()))
@@ -360,36 +356,21 @@ int loadModel(const Options &opt, Scene &scene)
         return 2;
     }
 
-    // The camera hangs under a beacon of our own, so that the orbit can
-    // turn it whatever the file's beacon is.
-    Matrix placement;
     if(!opt.fit && !cameras.empty())
     {
+        // The camera hangs under a beacon of our own, so that the orbit can
+        // turn it whatever the file's beacon is.
+        Matrix placement;
         scene.camera = cameras[opt.camera];
         scene.camera->getBeacon()->getToWorld(placement);
+        NodePtr beacon = makeTransformNode(placement);
+        addChild(scene.root, beacon);
+        beginEditCP(scene.camera, Camera::BeaconFieldMask);
+        scene.camera->setBeacon(beacon);
+        endEditCP(scene.camera, Camera::BeaconFieldMask);
     }
     else
-    {
-        const Real32 fov      = osgdegree2rad(50.f);
-        const Real32 distance = 1.1f * radius / std::sin(fov / 2.f);
-        Vec3f        back(0.f, 0.35f, 1.f);
-        back.normalize();
-        MatrixLookAt(placement, scene.center + back * distance, scene.center,
-                     Vec3f(0.f, 1.f, 0.f));
-
-        PerspectiveCameraPtr camera = PerspectiveCamera::create();
-        beginEditCP(camera);
-        camera->setFov (fov);
-        camera->setNear(std::max(distance - 1.5f * radius, 0.01f * radius));
-        camera->setFar (distance + 2.f * radius);
-        endEditCP(camera);
-        scene.camera = camera;
-    }
-    NodePtr beacon = makeTransformNode(placement);
-    addChild(scene.root, beacon);
-    beginEditCP(scene.camera, Camera::BeaconFieldMask);
-    scene.camera->setBeacon(beacon);
-    endEditCP(scene.camera, Camera::BeaconFieldMask);
+        scene.camera = makeFramingCamera(scene.root, scene.center, radius);
 
     collectLights(model, scene.lights);
     for(LightPtr light : scene.lights)
