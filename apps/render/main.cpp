@@ -111,7 +111,8 @@ void printUsage(std::ostream &os)
           "  --no-sun               leave out the directional light\n"
           "  --no-shadows           no light casts shadows (by default the sun, one\n"
           "                         point light and one spot light do; with a\n"
-          "                         model, the sun and one spot light)\n"
+          "                         model, the sun and one spot light, not the\n"
+          "                         file's own lights)\n"
           "  --shadow-intensity X   global shadow intensity; below 1 every light\n"
           "                         casts shadows this dark (slow on software GL)\n"
           "  --orbit DEGREES        turn the camera around the scene by this much\n"
@@ -374,7 +375,14 @@ int loadModel(const Options &opt, Scene &scene)
 
     collectLights(model, scene.lights);
     for(LightPtr light : scene.lights)
+    {
         addRefCP(light);
+        // Files say nothing of shadows; OpenSG's default intensity of 0
+        // would give each of their lights a costly shadow map.
+        beginEditCP(light, Light::ShadowIntensityFieldMask);
+        light->setShadowIntensity(1.f);
+        endEditCP(light, Light::ShadowIntensityFieldMask);
+    }
     std::vector<LightPtr> around = makeLightsAround(scene.root, scene.center, radius, opt.points,
                                                     opt.spots, opt.sun, opt.shadows);
     scene.lights.insert(scene.lights.end(), around.begin(), around.end());
