@@ -22,8 +22,14 @@ void         addChild         (osg::NodePtr parent, osg::NodePtr child);
 
 osg::SimpleMaterialPtr makeMaterial(osg::Real32 r, osg::Real32 g, osg::Real32 b);
 
-// A floor with spheres and a box; with glass, a half-transparent pane too.
+// A courtyard: a tiled floor, brick walls on three sides, columns with
+// glowing lamp globes, a fountain, crates, spheres, cones and a torus, all
+// textured or coloured in code; with glass, panes and a globe of glass too.
 osg::NodePtr buildObjects(bool withGlass);
+
+// The number of columns, each with a lamp globe, and the i-th globe's centre.
+int        demoColumnCount(void);
+osg::Pnt3f lampPosition   (int i);
 
 // A camera looking at the objects from above and in front; its beacon is
 // hung under root.
@@ -32,13 +38,32 @@ osg::PerspectiveCameraPtr makeCamera(osg::NodePtr root);
 // Beacon position of the i-th of n point lights circling the objects.
 osg::Pnt3f pointLightPosition(int i, int n);
 
-// Lights of the deferred demo, each with a beacon under root: one sun,
-// coloured point lights in rings around the objects and spot lights aimed
-// at them. With shadows, the sun, the first point light and the first spot
-// light cast them; no other light does. The light cores are not in the
+// Lights of the deferred demo, each with a beacon under root: one sun, a
+// lamp by the fountain, one light in each column globe, coloured point
+// lights in rings and spot lights on the walls aimed across the yard. With
+// shadows, the sun, the fountain lamp and the first spot light cast them;
+// no other light does. The light cores are not in the
 // scene; the caller holds one reference on each.
 std::vector<osg::LightPtr> makeDemoLights(osg::NodePtr root, int pointLights,
                                           int spotLights, bool sun, bool shadows = false);
+
+// The sphere around the bounding box of everything under root; false if
+// there is nothing of finite, non-zero size.
+bool boundingSphere(osg::NodePtr root, osg::Pnt3f &center, osg::Real32 &radius);
+
+// A camera looking at the sphere from in front and a little above, near
+// and far planes just outside it, the sphere filling the view; its beacon
+// is hung under parent.
+osg::PerspectiveCameraPtr makeFramingCamera(osg::NodePtr parent, const osg::Pnt3f &center,
+                                            osg::Real32 radius);
+
+// Lights for a scene of any size around a sphere (center, radius): a sun, a
+// ring of coloured point lights and spot lights aimed at the centre from
+// above. With shadows, the sun and the first spot light cast them. Beacons
+// and references as for makeDemoLights.
+std::vector<osg::LightPtr> makeLightsAround(osg::NodePtr root, const osg::Pnt3f &center,
+                                            osg::Real32 radius, int pointLights,
+                                            int spotLights, bool sun, bool shadows);
 
 // Writes the current read framebuffer's lower-left width x height pixels.
 bool writeFramebufferPng(const std::string &path, int width, int height);

@@ -1,10 +1,14 @@
-// Renders the demo scene headlessly through a DeferredRenderingViewport into
-// a PNG and prints how long each pass of the frame took.
+// Renders the demo scene or a model file headlessly through a
+// DeferredRenderingViewport into a PNG, optionally with pictures of the
+// G-buffer, and prints how long each pass of the frame took.
 
 #include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGCameraAttachment.h>
+#include <OpenSG/OSGImage.h>
 #include <OpenSG/OSGMatrixUtility.h>
 #include <OpenSG/OSGPassiveWindow.h>
 #include <OpenSG/OSGRenderAction.h>
+#include <OpenSG/OSGSceneFileHandler.h>
 #include <OpenSG/OSGSolidBackground.h>
 #include <OpenSG/OSGThread.h>
 #include <OpenSG/OSGTransform.h>
@@ -12,9 +16,14 @@
 #include <Lumora/DeferredRenderingViewport.h>
 #include <Lumora/HeadlessContext.h>
 
+#include "common/DebugView.h"
 #include "common/DemoScene.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <fstream>
 #include <cmath>
 #include <cstdio>
 #include <functional>
@@ -42,6 +51,10 @@ struct Options
     Real32      orbit   = 0.0f;  // degrees the camera turns per frame
     bool        effects[DRV::NumPostProcessors] = {false, false, false, false, false};
     std::string out     = "demo.png";
+    std::string model;              // empty: the demo scene
+    int         camera  = 0;        // which of the file's cameras
+    bool        fit     = false;    // frame the model even if it has cameras
+    std::string debugPrefix;        // empty: no debug views
 
     // Viewport settings given on the command line, applied in order.
     std::vector<std::function<void(DRV *)>> settings;
@@ -83,10 +96,12 @@ const Parameter Parameters[] =
 
 void printUsage(std::ostream &os)
 {
-    os << "usage: lumora-render [options]\n"
-          "Renders spheres, a box and a glass pane on a floor with deferred\n"
-          "shading, lit by coloured point and spot lights and a sun, into a PNG\n"
-          "and prints the time of each pass (min, median, max over the frames).\n"
+    os << "usage: lumora-render [options] [MODEL]\n"
+          "Renders a courtyard (or MODEL, any file the scene file handler reads:\n"
+          "OBJ, glTF, PLY, 3DS, Collada, FBX, ...) with deferred shading, lit by\n"
+          "coloured point and spot lights and a sun, into a PNG and prints the time\n"
+          "of each pass (min, median, max over the frames). A model keeps its own\n"
+          "lights and gets the generated ones around its bounding sphere.\n"
           "\n"
           "  --width N              image width in pixels (default 640)\n"
           "  --height N             image height in pixels (default 360)\n"
@@ -95,11 +110,16 @@ void printUsage(std::ostream &os)
           "  --spot-lights N        number of spot lights (default 8)\n"
           "  --no-sun               leave out the directional light\n"
           "  --no-shadows           no light casts shadows (by default the sun, one\n"
-          "                         point light and one spot light do)\n"
+          "                         point light and one spot light do; with a\n"
+          "                         model, the sun and one spot light, not the\n"
+          "                         file's own lights)\n"
           "  --shadow-intensity X   global shadow intensity; below 1 every light\n"
           "                         casts shadows this dark (slow on software GL)\n"
           "  --orbit DEGREES        turn the camera around the scene by this much\n"
-          "                         each frame (default 0)\n";
+          "                         each frame (default 0)\n"
+          "  --camera N             with a model: view through its N-th camera\n"
+          "                         (default 0, the first, if the file has any)\n"
+          "  --fit-camera           with a model: ignore its cameras and frame it\n";
     for(const Switch &s : Effects)
     {
         std::string name = s.name;
@@ -112,7 +132,14 @@ void printUsage(std::ostream &os)
         os << "  " << name << std::string(23 - name.size(), ' ') << p.help << "\n";
     }
     os << "  --out FILE             output PNG (default demo.png)\n"
-          "  --help                 show this text\n";
+          "  --debug-views PREFIX   also write the last frame's PREFIX-normals.png,\n"
+          "                         -diffuse, -specular, -shininess, -emissive,\n"
+          "                         -depth (linear, near black) and -light (lit\n"
+          "                         image before the effects)\n"
+          "  --help                 show this text\n"
+          "\n"
+          "Exit status: 0 done, 1 the model or the output could not be read or\n"
+          "written or OpenGL failed, 2 bad arguments or a size beyond OpenGL's limits.\n";
 }
 
 // 0: parsed, 1: help shown, 2: bad arguments (message written).
@@ -125,6 +152,22 @@ int parseArgs(int argc, char **argv, Options &opt)
         {
             printUsage(std::cout);
             return 1;
+        }
+        if(arg.compare(0, 1, "-") != 0)
+        {
+            if(!opt.model.empty())
+            {
+                std::cerr << "lumora-render: one model at a time ('" << opt.model << "' and '"
+                          << arg << "')\n";
+                return 2;
+            }
+            opt.model = arg;
+            continue;
+        }
+        if(arg == "--fit-camera")
+        {
+            opt.fit = true;
+            continue;
         }
         if(arg == "--no-sun" || arg == "--no-shadows" || arg == "--all-effects")
         {
@@ -148,7 +191,7 @@ int parseArgs(int argc, char **argv, Options &opt)
         const bool known = parameter != std::end(Parameters) ||
             arg == "--width" || arg == "--height" || arg == "--frames" || arg == "--out" ||
             arg == "--point-lights" || arg == "--spot-lights" || arg == "--orbit" ||
-            arg == "--shadow-intensity";
+            arg == "--shadow-intensity" || arg == "--camera" || arg == "--debug-views";
         if(!known)
         {
             std::cerr << "lumora-render: unknown option '" << arg << "'\n";
@@ -180,9 +223,16 @@ int parseArgs(int argc, char **argv, Options &opt)
                 });
         }
         else if(arg == "--width")
-            ok = parseInt(value, 1, 16384, opt.width);
+            ok = parseInt(value, 1, 1 << 20, opt.width);
         else if(arg == "--height")
-            ok = parseInt(value, 1, 16384, opt.height);
+            ok = parseInt(value, 1, 1 << 20, opt.height);
+        else if(arg == "--camera")
+            ok = parseInt(value, 0, 1 << 20, opt.camera);
+        else if(arg == "--debug-views")
+        {
+            opt.debugPrefix = value;
+            ok              = !opt.debugPrefix.empty();
+        }
         else if(arg == "--frames")
             ok = parseInt(value, 1, 100000, opt.frames);
         else if(arg == "--point-lights")
@@ -213,6 +263,132 @@ void printRow(const char *name, std::vector<Real64> times)
                 times.back());
 }
 
+// The largest image this GL renders to: textures, renderbuffers and the
+// viewport all have to hold it. Asked of a context of its own, since the
+// real one is made at the image's size.
+int maxImageSize(std::string &error)
+{
+    lumora::HeadlessContext probe(16, 16);
+    if(!probe.isValid())
+    {
+        error = probe.errorString();
+        return 0;
+    }
+    GLint texture = 0, renderbuffer = 0, viewport[2] = {0, 0};
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &texture);
+    glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &renderbuffer);
+    glGetIntegerv(GL_MAX_VIEWPORT_DIMS, viewport);
+    return std::min(std::min(texture, renderbuffer), std::min(viewport[0], viewport[1]));
+}
+
+void collectLights(NodePtr node, std::vector<LightPtr> &lights)
+{
+    LightPtr light = LightPtr::dcast(node->getCore());
+    if(light != NullFC)
+        lights.push_back(light);
+    for(UInt32 i = 0; i < node->getNChildren(); ++i)
+        collectLights(node->getChild(i), lights);
+}
+
+bool writeRgbPng(const std::string &path, const std::vector<UInt8> &rgb, int width, int height)
+{
+    ImagePtr image = Image::create();
+    addRefCP(image);
+    beginEditCP(image);
+    image->set(Image::OSG_RGB_PF, width, height, 1, 1, 1, 0.0, rgb.data());
+    endEditCP(image);
+    bool written = image->write(path.c_str());
+    subRefCP(image);
+    return written;
+}
+
+struct Scene
+{
+    NodePtr               root;
+    CameraPtr             camera;
+    Pnt3f                 center;    // the orbit turns about this
+    std::vector<LightPtr> lights;    // one reference held on each
+};
+
+void buildDemo(const Options &opt, Scene &scene)
+{
+    scene.root = makeGroupNode();
+    addChild(scene.root, buildObjects(true));
+    scene.camera = makeCamera(scene.root);
+    scene.center.setValues(0.f, 0.f, 0.f);
+    scene.lights = makeDemoLights(scene.root, opt.points, opt.spots, opt.sun, opt.shadows);
+}
+
+// 0 done, else the exit status, with the message written.
+int loadModel(const Options &opt, Scene &scene)
+{
+    // The loader says why a file it opened is no good; say why it cannot
+    // open one at all.
+    std::ifstream probe(opt.model.c_str(), std::ios::binary);
+    if(!probe)
+    {
+        std::cerr << "lumora-render: cannot open '" << opt.model << "': "
+                  << std::strerror(errno) << "\n";
+        return 1;
+    }
+    probe.close();
+
+    NodePtr model = SceneFileHandler::the().read(opt.model.c_str());
+    if(model == NullFC)
+    {
+        std::cerr << "lumora-render: cannot read '" << opt.model << "'\n";
+        return 1;
+    }
+    scene.root = makeGroupNode();
+    addChild(scene.root, model);
+
+    Real32 radius = 0.f;
+    if(!boundingSphere(scene.root, scene.center, radius))
+    {
+        std::cerr << "lumora-render: '" << opt.model << "' holds nothing to draw\n";
+        return 1;
+    }
+
+    std::vector<CameraPtr> cameras = findCameras(model);
+    if(opt.camera >= int(cameras.size()) && !opt.fit && (opt.camera > 0 || !cameras.empty()))
+    {
+        std::cerr << "lumora-render: '" << opt.model << "' has " << cameras.size()
+                  << " cameras, no camera " << opt.camera << "\n";
+        return 2;
+    }
+
+    if(!opt.fit && !cameras.empty())
+    {
+        // The camera hangs under a beacon of our own, so that the orbit can
+        // turn it whatever the file's beacon is.
+        Matrix placement;
+        scene.camera = cameras[opt.camera];
+        scene.camera->getBeacon()->getToWorld(placement);
+        NodePtr beacon = makeTransformNode(placement);
+        addChild(scene.root, beacon);
+        beginEditCP(scene.camera, Camera::BeaconFieldMask);
+        scene.camera->setBeacon(beacon);
+        endEditCP(scene.camera, Camera::BeaconFieldMask);
+    }
+    else
+        scene.camera = makeFramingCamera(scene.root, scene.center, radius);
+
+    collectLights(model, scene.lights);
+    for(LightPtr light : scene.lights)
+    {
+        addRefCP(light);
+        // Files say nothing of shadows; OpenSG's default intensity of 0
+        // would give each of their lights a costly shadow map.
+        beginEditCP(light, Light::ShadowIntensityFieldMask);
+        light->setShadowIntensity(1.f);
+        endEditCP(light, Light::ShadowIntensityFieldMask);
+    }
+    std::vector<LightPtr> around = makeLightsAround(scene.root, scene.center, radius, opt.points,
+                                                    opt.spots, opt.sun, opt.shadows);
+    scene.lights.insert(scene.lights.end(), around.begin(), around.end());
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -224,38 +400,51 @@ int main(int argc, char **argv)
     if(parsed != 0)
         return 2;
 
+    std::string error;
+    const int   maxSize = maxImageSize(error);
+    if(maxSize == 0)
+    {
+        std::cerr << "lumora-render: no OpenGL context: " << error << "\n";
+        return 1;
+    }
+    if(opt.width > maxSize || opt.height > maxSize)
+    {
+        std::cerr << "lumora-render: " << opt.width << "x" << opt.height
+                  << " exceeds the OpenGL limit of " << maxSize << " pixels a side\n";
+        return 2;
+    }
+
     lumora::HeadlessContext context(opt.width, opt.height);
     if(!context.isValid())
     {
         std::cerr << "lumora-render: no OpenGL context: " << context.errorString() << "\n";
         return 1;
     }
-    GLint maxSize = 0;
-    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &maxSize);
-    if(opt.width > maxSize || opt.height > maxSize)
-    {
-        std::cerr << "lumora-render: " << opt.width << "x" << opt.height
-                  << " exceeds the OpenGL limit of " << maxSize << " pixels\n";
-        return 2;
-    }
 
     osgInit(0, NULL);
     initLumora();
 
-    NodePtr root = makeGroupNode();
-    addChild(root, buildObjects(true));
-    PerspectiveCameraPtr camera = makeCamera(root);
-    TransformPtr cameraPlacement = TransformPtr::dcast(camera->getBeacon()->getCore());
-    const Matrix cameraStart = cameraPlacement->getMatrix();
+    Scene scene;
+    if(opt.model.empty())
+        buildDemo(opt, scene);
+    else if(int status = loadModel(opt, scene))
+    {
+        osgExit();
+        return status;
+    }
+    NodePtr      root            = scene.root;
+    TransformPtr cameraPlacement = TransformPtr::dcast(scene.camera->getBeacon()->getCore());
+    const Matrix cameraStart     = cameraPlacement->getMatrix();
 
     SolidBackgroundPtr background = SolidBackground::create();
     beginEditCP(background);
-    background->setColor(Color3f(0.15f, 0.15f, 0.2f));
+    background->setColor(opt.model.empty() ? Color3f(0.1f, 0.12f, 0.2f)
+                                           : Color3f(0.15f, 0.15f, 0.2f));
     endEditCP(background);
 
     DeferredRenderingViewportPtr viewport = DeferredRenderingViewport::create();
     beginEditCP(viewport);
-    viewport->setCamera(camera);
+    viewport->setCamera(scene.camera);
     viewport->setBackground(background);
     viewport->setRoot(root);
     viewport->setSize(0.f, 0.f, 1.f, 1.f);
@@ -275,8 +464,7 @@ int main(int argc, char **argv)
     for(const std::function<void(DRV *)> &setting : opt.settings)
         setting(viewport.getCPtr());
 
-    std::vector<LightPtr> lights = makeDemoLights(root, opt.points, opt.spots, opt.sun,
-                                                  opt.shadows);
+    std::vector<LightPtr> &lights = scene.lights;
     for(LightPtr light : lights)
         viewport->addLight(light);
 
@@ -296,12 +484,18 @@ int main(int argc, char **argv)
         {"anti-aliasing", "ambient occl.", "HDR + bloom", "depth of field", "motion blur"};
     std::vector<Real64> geometry, shadows, lightPass, forward, final, total;
     std::vector<Real64> effects[DRV::NumPostProcessors];
+    typedef std::chrono::steady_clock Clock;
+    Clock::time_point lastProgress = Clock::now();
     for(int frame = 0; frame < opt.frames; ++frame)
     {
         if(opt.orbit != 0.0f)
         {
-            Matrix turn;
-            turn.setRotate(Quaternion(Vec3f(0, 1, 0), osgdegree2rad(opt.orbit * (frame + 1))));
+            Matrix turn, rotate, back;
+            turn.setTranslate(Vec3f(scene.center));
+            rotate.setRotate(Quaternion(Vec3f(0, 1, 0), osgdegree2rad(opt.orbit * (frame + 1))));
+            back.setTranslate(-Vec3f(scene.center));
+            turn.mult(rotate);
+            turn.mult(back);
             turn.mult(cameraStart);
             beginEditCP(cameraPlacement, Transform::MatrixFieldMask);
             cameraPlacement->setMatrix(turn);
@@ -325,15 +519,34 @@ int main(int argc, char **argv)
             sum += t.effects[slot];
         }
         total.push_back(sum);
-        std::cerr << "\rframe " << frame + 1 << "/" << opt.frames << std::flush;
+        // Long runs say how far they are, once a second.
+        if(Clock::now() - lastProgress >= std::chrono::seconds(1))
+        {
+            lastProgress = Clock::now();
+            std::cerr << "frame " << frame + 1 << "/" << opt.frames << std::endl;
+        }
     }
-    std::cerr << "\n";
 
     bool written = writeFramebufferPng(opt.out, opt.width, opt.height);
+    std::vector<std::string> unwritten;
+    if(!written)
+        unwritten.push_back(opt.out);
+    for(int view = NormalsView; view < NumDebugViews && !opt.debugPrefix.empty(); ++view)
+    {
+        std::vector<UInt8> rgb;
+        int                width = 0, height = 0;
+        std::string        path  = opt.debugPrefix + "-" +
+                                   debugViewName(DebugView(view)) + ".png";
+        if(!readDebugView(viewport, DebugView(view), rgb, width, height) ||
+           !writeRgbPng(path, rgb, width, height))
+            unwritten.push_back(path);
+        else
+            std::cout << "wrote " << path << "\n";
+    }
 
-    std::printf("deferred frame %dx%d, %d point, %d spot, %d directional lights, "
-                "%d frames (ms):\n", opt.width, opt.height, opt.points, opt.spots,
-                opt.sun ? 1 : 0, opt.frames);
+    std::printf("deferred frame %dx%d, %s, %d lights, %d frames (ms):\n", opt.width,
+                opt.height, opt.model.empty() ? "courtyard" : opt.model.c_str(),
+                int(lights.size()), opt.frames);
     std::printf("  %-16s %9s %9s %9s\n", "pass", "min", "median", "max");
     printRow("geometry pass", geometry);
     printRow("shadow maps", shadows);
@@ -352,11 +565,10 @@ int main(int argc, char **argv)
         subRefCP(light);
     osgExit();
 
-    if(!written)
-    {
-        std::cerr << "lumora-render: could not write '" << opt.out << "'\n";
+    for(const std::string &path : unwritten)
+        std::cerr << "lumora-render: could not write '" << path << "'\n";
+    if(!unwritten.empty())
         return 1;
-    }
     std::cout << "wrote " << opt.out << "\n";
     return 0;
 }

@@ -409,8 +409,16 @@ class SceneConverter
             material->setShininess(std::min(std::max(value, 0.f), 128.f));
         if(source.Get(AI_MATKEY_COLOR_EMISSIVE, color) == aiReturn_SUCCESS)
             material->setEmission(toColor3f(color));
+        // An opacity of 0 would hide the surface entirely: exporters that
+        // write it (Collada's transparency is inverted by some) mean opaque.
         if(source.Get(AI_MATKEY_OPACITY, value) == aiReturn_SUCCESS)
-            material->setTransparency(1.f - std::min(std::max(value, 0.f), 1.f));
+        {
+            if(value > 0.f)
+                material->setTransparency(1.f - std::min(value, 1.f));
+            else
+                SWARNING << "SceneFileHandler: " << _fileName
+                         << ": a material of opacity 0 is drawn opaque" << std::endl;
+        }
 
         if(textured != NullFC)
         {

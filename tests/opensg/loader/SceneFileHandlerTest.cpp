@@ -242,6 +242,36 @@ TEST_F(SceneFileTest, MissingTextureLeavesAnUntexturedMaterialAndAWarning)
     expectColor(SimpleMaterialPtr::dcast(mat)->getDiffuse(), 0.2f, 0.4f, 0.6f, "diffuse");
 }
 
+// Opacity maps to transparency, except that a surface no file means to hide
+// (opacity 0) stays opaque, with a warning.
+TEST_F(SceneFileTest, OpacityBecomesTransparencyButZeroStaysOpaque)
+{
+    const struct { const char *opacity; Real32 transparency; bool warned; } cases[] =
+    {
+        {"1",    0.f,  false},
+        {"0.4",  0.6f, false},
+        {"0",    0.f,  true},
+    };
+    for(const auto &c : cases)
+    {
+        SCOPED_TRACE(c.opacity);
+        write("quad.mtl", std::string("newmtl Painted\nKd 0.2 0.4 0.6\nd ") + c.opacity + "\n");
+        const std::string file = write("quad.obj", s_quadObj);
+
+        testsupport::LogCapture log;
+        Scene scene(SceneFileHandler::the().read(file.c_str()));
+        ASSERT_NE(scene.root, NullFC);
+        std::vector<NodePtr> geos = geometryNodes(scene.root);
+        ASSERT_EQ(geos.size(), 1u);
+        SimpleMaterialPtr mat =
+            SimpleMaterialPtr::dcast(GeometryPtr::dcast(geos[0]->getCore())->getMaterial());
+        ASSERT_NE(mat, NullFC);
+        EXPECT_NEAR(mat->getTransparency(), c.transparency, s_tol);
+        EXPECT_EQ(log.contains("opacity 0"), c.warned) << log.text();
+        EXPECT_TRUE(!c.warned || log.contains(file)) << log.text();
+    }
+}
+
 TEST_F(SceneFileTest, PlyQuadWithVertexColours)
 {
     const std::string file = write("quad.ply",
