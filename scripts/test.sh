@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds everything with warnings as errors and runs the tests.
+# Builds everything with warnings as errors and runs the tests, then does
+# the same in a second build with the sanitizers.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
@@ -10,3 +11,5 @@ install_deps
 cmake -S . -B build -DLUMORA_WERROR=ON
 cmake --build build -j2
 ctest --test-dir build --output-on-failure -j2
+
+./scripts/test-sanitizers.sh
