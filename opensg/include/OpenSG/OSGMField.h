@@ -46,8 +46,8 @@ class MField : public Field
     MField(const MField &obj) : Field(obj), _values(obj._values) {}
     explicit MField(const UInt32 size) : Field(), _values(size) {}
 
-    virtual const FieldType &getType(void) const { return getClassType(); }
-    virtual UInt32           getSize(void) const { return UInt32(_values.size()); }
+    virtual const FieldType &getType(void) const override { return getClassType(); }
+    virtual UInt32           getSize(void) const override { return UInt32(_values.size()); }
 
     static constexpr bool HoldsContainers =
         std::is_base_of<FieldContainerPtrBase, FieldTypeT>::value;

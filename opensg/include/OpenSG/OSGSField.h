@@ -31,8 +31,8 @@ class SField : public Field
     SField(const SField &obj) : Field(obj), _value(obj._value) {}
     explicit SField(ArgumentType value) : Field(), _value(value) {}
 
-    virtual const FieldType &getType(void) const { return getClassType(); }
-    virtual UInt32           getSize(void) const { return 1; }
+    virtual const FieldType &getType(void) const override { return getClassType(); }
+    virtual UInt32           getSize(void) const override { return 1; }
 
     static constexpr bool HoldsContainers =
         std::is_base_of<FieldContainerPtrBase, FieldTypeT>::value;
