@@ -81,6 +81,14 @@ std::string eglErrorName(EGLint code)
 }
 
 #if defined(__SANITIZE_ADDRESS__)
+# define LUMORA_ADDRESS_SANITIZER 1
+#elif defined(__has_feature)
+# if __has_feature(address_sanitizer)
+#  define LUMORA_ADDRESS_SANITIZER 1
+# endif
+#endif
+
+#if defined(LUMORA_ADDRESS_SANITIZER)
 // The driver is unloaded at exit, before the leak check, which then cannot
 // name it and so cannot apply the driver's suppressions. Pinning it keeps
 // it mapped.

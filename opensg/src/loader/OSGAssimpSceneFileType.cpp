@@ -18,13 +18,23 @@
 #include <OpenSG/OSGSpotLight.h>
 #include <OpenSG/OSGTransform.h>
 
+#include <assimp/Exporter.hpp>
 #include <assimp/Importer.hpp>
 #include <assimp/material.h>
 #include <assimp/postprocess.h>
 #include <assimp/scene.h>
 
+#include <poll.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <chrono>
+#include <cstring>
+#include <functional>
 #include <cctype>
+#include <cerrno>
 #include <cstdlib>
 #include <exception>
 #include <stdexcept>
@@ -676,13 +686,12 @@ class SceneConverter
 };
 
 NodePtr convertScene(const aiScene *scene, const Char8 *fileName, bool gltf,
-                     const Assimp::Importer &importer)
+                     const std::string &failure)
 {
     if(scene == NULL)
     {
-        const std::string reason = importer.GetErrorString();
         SWARNING << "SceneFileHandler: " << fileName << ": "
-                 << (reason.empty() ? std::string("the importer gave no scene") : reason)
+                 << (failure.empty() ? std::string("the importer gave no scene") : failure)
                  << std::endl;
         return NullFC;
     }
@@ -693,6 +702,147 @@ NodePtr convertScene(const aiScene *scene, const Char8 *fileName, bool gltf,
         return NullFC;
     }
     return SceneConverter(*scene, fileName, gltf).convert();
+}
+
+// Longest an import may take before it counts as hung.
+const int s_importSeconds = 120;
+
+bool writeAll(int fd, const char *data, std::size_t size)
+{
+    while(size > 0)
+    {
+        const ssize_t written = ::write(fd, data, size);
+        if(written < 0 && errno == EINTR)
+            continue;
+        if(written <= 0)
+            return false;
+        data += written;
+        size -= std::size_t(written);
+    }
+    return true;
+}
+
+// What the child process tells: 'S' and the scene in assimp's binary
+// format, 'E' and the reason there is none, or 'R': read it here.
+std::string importInChild(const std::function<const aiScene *(Assimp::Importer &)> &import)
+{
+    try
+    {
+        Assimp::Importer importer;
+        const aiScene *scene = import(importer);
+        if(scene == NULL)
+            return "E" + std::string(importer.GetErrorString());
+
+        Assimp::Exporter exporter;
+        const aiExportDataBlob *blob = exporter.ExportToBlob(scene, "assbin");
+        // Not every scene can be written; this file did not crash the
+        // importer, so reading it again in the parent is safe.
+        if(blob == NULL)
+            return "R";
+        return "S" + std::string(static_cast<const char *>(blob->data), blob->size);
+    }
+    catch(const std::exception &e)
+    {
+        return "E" + std::string(e.what());
+    }
+    catch(...)
+    {
+        return "Eunknown import error";
+    }
+}
+
+// Some of assimp's importers crash or hang on malformed files, which would
+// take the application with them. The import runs in a child process; the
+// parent reads the scene back from assimp's own binary format, or reports
+// how the child failed. `importer` holds the scene afterwards.
+const aiScene *importIsolated(const std::function<const aiScene *(Assimp::Importer &)> &import,
+                              Assimp::Importer &importer, std::string &failure)
+{
+    int channel[2];
+    if(::pipe(channel) != 0)
+    {
+        failure = "no pipe to the importer: " + std::string(std::strerror(errno));
+        return NULL;
+    }
+    const pid_t child = ::fork();
+    if(child < 0)
+    {
+        failure = "no process for the importer: " + std::string(std::strerror(errno));
+        ::close(channel[0]);
+        ::close(channel[1]);
+        return NULL;
+    }
+    if(child == 0)
+    {
+        ::close(channel[0]);
+        const std::string answer = importInChild(import);
+        writeAll(channel[1], answer.data(), answer.size());
+        ::_exit(0);
+    }
+    ::close(channel[1]);
+
+    std::string answer;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(s_importSeconds);
+    bool hung = false;
+    for(;;)
+    {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+            deadline - std::chrono::steady_clock::now()).count();
+        if(left <= 0)
+        {
+            hung = true;
+            break;
+        }
+        pollfd wait = {channel[0], POLLIN, 0};
+        const int ready = ::poll(&wait, 1, int(left));
+        if(ready < 0 && errno == EINTR)
+            continue;
+        if(ready <= 0)
+        {
+            hung = ready == 0;
+            break;
+        }
+        char buffer[65536];
+        const ssize_t got = ::read(channel[0], buffer, sizeof(buffer));
+        if(got < 0 && errno == EINTR)
+            continue;
+        if(got <= 0)
+            break;
+        answer.append(buffer, std::size_t(got));
+    }
+    ::close(channel[0]);
+    if(hung)
+        ::kill(child, SIGKILL);
+
+    int status = 0;
+    while(::waitpid(child, &status, 0) < 0 && errno == EINTR)
+        ;
+
+    if(hung)
+        failure = "the importer did not finish within " + std::to_string(s_importSeconds) + " s";
+    else if(WIFSIGNALED(status))
+        failure = "the importer crashed on it (" + std::string(strsignal(WTERMSIG(status))) + ")";
+    else if(answer.empty())
+        failure = "the importer ended without an answer";
+    else if(answer[0] == 'R')
+    {
+        const aiScene *scene = import(importer);
+        if(scene == NULL)
+            failure = importer.GetErrorString();
+        return scene;
+    }
+    else if(answer[0] != 'S')
+        failure = answer.substr(1);
+    else
+    {
+        const aiScene *scene = importer.ReadFileFromMemory(answer.data() + 1, answer.size() - 1,
+                                                           0, "assbin");
+        if(scene == NULL)
+            failure = "the imported scene did not come back: " +
+                      std::string(importer.GetErrorString());
+        return scene;
+    }
+    return NULL;
 }
 
 } // namespace
@@ -742,8 +892,12 @@ NodePtr AssimpSceneFileType::readFile(const Char8 *fileName) const
         }
 
         Assimp::Importer importer;
-        const aiScene *scene = importer.ReadFile(fileName, s_postProcessFlags);
-        return convertScene(scene, fileName, suffix == "gltf" || suffix == "glb", importer);
+        std::string      failure;
+        const aiScene   *scene = importIsolated(
+            [fileName](Assimp::Importer &imp)
+            { return imp.ReadFile(fileName, s_postProcessFlags); },
+            importer, failure);
+        return convertScene(scene, fileName, suffix == "gltf" || suffix == "glb", failure);
     }
     catch(const std::exception &e)
     {
@@ -778,10 +932,16 @@ NodePtr AssimpSceneFileType::read(std::istream &is, const Char8 *fileNameOrExten
         }
 
         Assimp::Importer importer;
-        const aiScene *scene = importer.ReadFileFromMemory(bytes.data(), bytes.size(),
-                                                           s_postProcessFlags, hint.c_str());
+        std::string      failure;
+        const aiScene   *scene = importIsolated(
+            [&bytes, &hint](Assimp::Importer &imp)
+            {
+                return imp.ReadFileFromMemory(bytes.data(), bytes.size(),
+                                              s_postProcessFlags, hint.c_str());
+            },
+            importer, failure);
         return convertScene(scene, ("stream '" + name + "'").c_str(),
-                            hint == "gltf" || hint == "glb", importer);
+                            hint == "gltf" || hint == "glb", failure);
     }
     catch(const std::exception &e)
     {

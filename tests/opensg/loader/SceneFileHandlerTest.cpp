@@ -578,13 +578,16 @@ TEST_F(SceneFileTest, UnreadableFilesGiveNullAndAWarningNamingThem)
 
 TEST(SceneFileHandler, UnreadableStreamsGiveNullAndAWarning)
 {
-    struct Case { const char *ext; const char *contents; };
+    struct Case { const char *ext; const char *contents; const char *reason; };
     const Case cases[] =
     {
-        { "notamodel", "v 0 0 0\n" },
-        { "obj",       ""          },
-        { "gltf",      "{ \"asset\": " },
-        { "ply",       "ply\nformat ascii 1.0\nelement vertex 3\n" },
+        { "notamodel", "v 0 0 0\n",                                 "" },
+        { "obj",       "",                                          "" },
+        { "gltf",      "{ \"asset\": ",                             "" },
+        { "ply",       "ply\nformat ascii 1.0\nelement vertex 3\n", "" },
+        // Crashes assimp's reader: the process survives, the reason is told.
+        { "off",       "OFF\n3 1 0\n0 08 061 0 0\n0 1 0\n3 0 1@2\n\x02OFF\n\n\"00' irr_sceneF\n",
+                       "crashed" },
     };
     for(const Case &c : cases)
     {
@@ -592,6 +595,7 @@ TEST(SceneFileHandler, UnreadableStreamsGiveNullAndAWarning)
         testsupport::LogCapture log;
         EXPECT_EQ(SceneFileHandler::the().read(is, c.ext), NullFC) << c.ext;
         EXPECT_TRUE(log.contains(c.ext)) << c.ext << ": " << log.text();
+        EXPECT_TRUE(log.contains(c.reason)) << c.ext << ": " << log.text();
     }
 }
 
