@@ -25,6 +25,7 @@
 #include <assimp/scene.h>
 
 #include <poll.h>
+#include <sys/prctl.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -774,6 +775,10 @@ const aiScene *importIsolated(const std::function<const aiScene *(Assimp::Import
     }
     if(child == 0)
     {
+        // A parent that dies takes a hung import with it.
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if(::getppid() == 1)
+            ::_exit(1);
         ::close(channel[0]);
         const std::string answer = importInChild(import);
         writeAll(channel[1], answer.data(), answer.size());
