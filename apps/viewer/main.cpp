@@ -492,7 +492,9 @@ void frameScene(Viewer &v)
     v.manager->showAll();
     Navigator   *nav  = v.manager->getNavigator();
     const Real32 dist = nav->getDistance();
-    nav->set(nav->getAt() + Vec3f(0.f, 0.45f, 0.89f) * dist, nav->getAt(), Vec3f(0.f, 1.f, 0.f));
+    // The bounding sphere of a box leaves much room; come closer.
+    nav->set(nav->getAt() + Vec3f(0.f, 0.45f, 0.89f) * (0.7f * dist), nav->getAt(),
+             Vec3f(0.f, 1.f, 0.f));
 }
 
 } // namespace
