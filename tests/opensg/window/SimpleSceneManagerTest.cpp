@@ -144,7 +144,7 @@ TEST(SimpleSceneManagerNavigation, MiddleDragMovesThePointLookedAtWithTheMouse)
         for(const Vec2f &size : {Vec2f(250.f, 250.f), Vec2f(300.f, 150.f)})
         {
             const Pnt3f center(1.f, 2.f, -3.f);
-            Managed     m(int(size[0]), int(size[1]), center);
+            Managed     m(static_cast<int>(size[0]), static_cast<int>(size[1]), center);
             const Vec3f view = m.nav()->getAt() - m.nav()->getFrom();
             const Vec2f start = m.toWindow(center);
 
