@@ -106,8 +106,8 @@ TEST_F(SimpleSceneManagerPortTest, KeepsTheApplicationsPortAndDrivesIt)
             if(c.kind == DeferredPort)
             {
                 ASSERT_NE(deferred, NullFC);
-                EXPECT_EQ(deferred->getLastWidth(),  ContextWidth);
-                EXPECT_EQ(deferred->getLastHeight(), ContextHeight);
+                EXPECT_EQ(deferred->getLastWidth(),  Int32(ContextWidth));
+                EXPECT_EQ(deferred->getLastHeight(), Int32(ContextHeight));
             }
             else
                 EXPECT_EQ(deferred, NullFC);
