@@ -186,9 +186,6 @@ TEST(SimpleSceneManagerNavigation, RightDragAndWheelMoveAlongTheViewOnly)
     m.manager->mouseButtonPress(SimpleSceneManager::MouseUp, 10, 10);
     m.manager->mouseButtonRelease(SimpleSceneManager::MouseUp, 10, 10);
     EXPECT_NEAR(m.nav()->getDistance(), start - step, 1e-4f);
-    // The wheel is no drag: moving the mouse afterwards changes nothing.
-    m.manager->mouseMove(200, 200);
-    EXPECT_NEAR(m.nav()->getDistance(), start - step, 1e-4f);
     m.manager->mouseButtonPress(SimpleSceneManager::MouseDown, 10, 10);
     m.manager->mouseButtonRelease(SimpleSceneManager::MouseDown, 10, 10);
     EXPECT_NEAR(m.nav()->getDistance(), start, 1e-4f);
