@@ -132,7 +132,7 @@ TEST_F(ViewerTest, ScriptedFramesShowTheSceneAndFollowKeysAndDrags)
     const Step steps[] = {
         {"normals", "--frames 2 --keys v",     0.3},
         {"diffuse", "--frames 2 --keys vv",    0.3},
-        {"back",    "--frames 3 --keys vV0",   0.0},
+        {"back",    "--frames 2 --keys vV",    0.0},
         {"dragged", "--frames 2 --drag 60,0",  0.3},
         {"hdr",     "--frames 2 --keys 3",     0.3},
     };
