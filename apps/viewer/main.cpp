@@ -253,7 +253,7 @@ void report(const Viewer &v, const std::string &what)
         std::cout << what << std::endl;
 }
 
-void setTitle(Viewer &v)
+std::string makeTitle(const Viewer &v)
 {
     const DRV::PassTimes &t = v.viewport->getPassTimes();
     std::ostringstream title;
@@ -269,7 +269,7 @@ void setTitle(Viewer &v)
     title << "  final " << t.final << " ms";
     if(v.view != NoDebugView)
         title << "  [" << debugViewName(v.view) << "]";
-    glutSetWindowTitle(title.str().c_str());
+    return title.str();
 }
 
 void keyboard(unsigned char key, int x, int y)
@@ -401,11 +401,12 @@ void display(void)
         finishScript(v);
     v.window->swap();
     v.window->frameExit();
-    setTitle(v);
+    const std::string title = makeTitle(v);
+    glutSetWindowTitle(title.c_str());
 
     if(last)
     {
-        std::cout << "rendered " << v.frame << " frames\n";
+        std::cout << "rendered " << v.frame << " frames; last: " << title << "\n";
         std::exit(v.status);
     }
 }
