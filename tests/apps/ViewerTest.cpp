@@ -1,0 +1,190 @@
+#include <OpenSG/OSGImage.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace osg;
+
+namespace
+{
+
+// Exit status of a shell command; -1 if it did not exit normally.
+int runShell(const std::string &command)
+{
+    const int status = std::system(command.c_str());
+    return status != -1 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::string tempPath(const std::string &name)
+{
+    std::ostringstream path;
+    path << ::testing::TempDir() << "lumora-viewer-" << getpid() << "-" << name;
+    return path.str();
+}
+
+std::string readFile(const std::string &path)
+{
+    std::ifstream     in(path.c_str());
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+struct Picture
+{
+    int                width = 0, height = 0;
+    std::vector<UInt8> rgb;
+
+    Vec3f at(int i) const { return Vec3f(rgb[3 * i], rgb[3 * i + 1], rgb[3 * i + 2]); }
+};
+
+bool loadPicture(const std::string &path, Picture &picture)
+{
+    ImagePtr image = Image::create();
+    addRefCP(image);
+    bool good = image->read(path.c_str()) && image->getDepth() == 1;
+    if(good)
+    {
+        picture.width  = image->getWidth();
+        picture.height = image->getHeight();
+        const int channels = image->getPixelFormat() == Image::OSG_RGBA_PF ? 4 :
+                             image->getPixelFormat() == Image::OSG_RGB_PF  ? 3 : 0;
+        good = channels != 0;
+        const UInt8 *data = image->getData();
+        for(int i = 0; good && i < picture.width * picture.height; ++i)
+            picture.rgb.insert(picture.rgb.end(), data + channels * i, data + channels * i + 3);
+    }
+    subRefCP(image);
+    return good;
+}
+
+// Share of pixels whose colour differs by more than a little.
+double changedShare(const Picture &a, const Picture &b)
+{
+    int changed = 0;
+    const int n = a.width * a.height;
+    for(int i = 0; i < n; ++i)
+        changed += (a.at(i) - b.at(i)).length() > 12.f;
+    return double(changed) / n;
+}
+
+class ViewerTest : public ::testing::Test
+{
+  protected:
+    void SetUp() override
+    {
+        if(runShell("command -v xvfb-run >/dev/null 2>&1") != 0)
+            GTEST_SKIP() << "xvfb-run is not installed";
+    }
+
+    // Runs the viewer under a virtual X server for a few frames and loads
+    // its last frame.
+    void shoot(const std::string &name, const std::string &script, Picture &picture)
+    {
+        const std::string png = tempPath(name + ".png"), log = tempPath(name + ".log");
+        std::remove(png.c_str());
+        const std::string command = "xvfb-run -a -s '-screen 0 640x480x24' " LUMORA_VIEWER
+            " --width 240 --height 160 --point-lights 4 --spot-lights 2 " + script +
+            " --screenshot " + png + " >" + log + " 2>&1";
+        ASSERT_EQ(runShell(command), 0) << command << "\n" << readFile(log);
+        ASSERT_TRUE(loadPicture(png, picture)) << png;
+        EXPECT_EQ(picture.width,  240);
+        EXPECT_EQ(picture.height, 160);
+        std::remove(png.c_str());
+        std::remove(log.c_str());
+    }
+};
+
+TEST_F(ViewerTest, ScriptedFramesShowTheSceneAndFollowKeysAndDrags)
+{
+    Picture plain;
+    shoot("plain", "--frames 2", plain);
+    ASSERT_FALSE(HasFailure());
+
+    // Not blank: many colours, spread over the picture.
+    std::set<UInt32> colours;
+    Vec3f mean(0.f, 0.f, 0.f);
+    for(int i = 0; i < plain.width * plain.height; ++i)
+    {
+        colours.insert(UInt32(plain.rgb[3 * i]) << 16 | UInt32(plain.rgb[3 * i + 1]) << 8 |
+                       plain.rgb[3 * i + 2]);
+        mean += plain.at(i);
+    }
+    mean /= Real32(plain.width * plain.height);
+    EXPECT_GT(colours.size(), 200u);
+    EXPECT_GT(mean.length(), 20.f);
+
+    struct Step
+    {
+        const char *name;
+        const char *script;
+        double      minChanged;   // share of pixels that must differ from plain
+    };
+    const Step steps[] = {
+        {"normals", "--frames 2 --keys v",     0.3},
+        {"diffuse", "--frames 2 --keys vv",    0.3},
+        {"back",    "--frames 2 --keys vV",    0.0},
+        {"dragged", "--frames 2 --drag 60,0",  0.3},
+        {"hdr",     "--frames 2 --keys 3",     0.3},
+    };
+    Picture normals;
+    for(const Step &s : steps)
+    {
+        SCOPED_TRACE(s.name);
+        Picture shot;
+        shoot(s.name, s.script, shot);
+        if(HasFailure())
+            return;
+        const double changed = changedShare(plain, shot);
+        if(s.minChanged > 0.0)
+            EXPECT_GT(changed, s.minChanged);
+        else
+            EXPECT_LT(changed, 0.01) << "turning the views off again shows the image";
+        if(std::string(s.name) == "normals")
+            normals = shot;
+        if(std::string(s.name) == "diffuse")
+        {
+            EXPECT_GT(changedShare(normals, shot), 0.3);
+        }
+    }
+}
+
+TEST(ViewerCommandLine, HelpAndBadArgumentsNeedNoDisplay)
+{
+    struct Case
+    {
+        const char *args;
+        int         status;
+        const char *says;
+    };
+    const Case cases[] = {
+        {"--help",                      0, "usage: lumora-viewer"},
+        {"--frames x",                  2, "bad value 'x' for --frames"},
+        {"--keys vv",                   2, "need --frames"},
+        {"--frames 1 --keys vvv",       2, "do not fit"},
+        {"--drag 5 --frames 1",         2, "bad value '5' for --drag"},
+        {"--bogus",                     2, "unknown option '--bogus'"},
+        {"/nonexistent/model.obj --frames 1", 1, "cannot open '/nonexistent/model.obj'"},
+    };
+    for(const Case &c : cases)
+    {
+        SCOPED_TRACE(c.args);
+        const std::string log = tempPath("cli.log");
+        const std::string command = std::string("DISPLAY= ") + LUMORA_VIEWER + " " + c.args +
+                                    " >" + log + " 2>&1";
+        EXPECT_EQ(runShell(command), c.status);
+        EXPECT_NE(readFile(log).find(c.says), std::string::npos) << readFile(log);
+        std::remove(log.c_str());
+    }
+}
+
+} // namespace
