@@ -506,3 +506,90 @@ TEST_F(DeferredPointLightTest, SamplersGetTheUnitsOfTheirTextures)
     subRefCP(spot);
     subRefCP(point);
 }
+
+// Lights without shadows draw with one shared program and a shadow caster
+// with its own; either way the lights together must add up to each alone,
+// which fails if one light's values reach another's volume.
+TEST_F(DeferredPointLightTest, LightsSharingAProgramEachAddTheirOwnLight)
+{
+    addPlane(4.0f, 0.0f, material(Color3f(0.8f, 0.7f, 0.6f), Color3f(0.5f, 0.5f, 0.5f), 8.0f));
+
+    struct Case
+    {
+        const char *name;
+        Real32      middleShadowIntensity;
+    };
+    const Case cases[] = { {"none casts shadows", 1.0f}, {"the middle one casts shadows", 0.5f} };
+
+    for(const Case &c : cases)
+    {
+        SCOPED_TRACE(c.name);
+        PointLightPtr lights[3] =
+        {
+            createPointLight(Pnt3f(-1.0f, 0.5f, 1.0f), Color3f(1, 0, 0), Color3f(1, 1, 1),
+                             Vec3f(1, 0, 0.3f)),
+            createPointLight(Pnt3f(0.5f, -0.5f, 1.5f), Color3f(0, 1, 0), Color3f(0, 0, 1),
+                             Vec3f(1, 0.2f, 0.1f)),
+            createPointLight(Pnt3f(1.0f, 1.0f, 0.8f), Color3f(0.3f, 0.3f, 1), Black,
+                             Vec3f(1, 0, 0.5f)),
+        };
+        for(int i = 0; i < 3; ++i)
+        {
+            beginEditCP(lights[i], Light::ShadowIntensityFieldMask);
+            lights[i]->setShadowIntensity(i == 1 ? c.middleShadowIntensity : 1.0f);
+            endEditCP(lights[i], Light::ShadowIntensityFieldMask);
+        }
+
+        // Each light alone, summed.
+        std::vector<Vec3f> sum(Size * Size, Vec3f(0, 0, 0));
+        for(PointLightPtr light : lights)
+        {
+            viewport->addLight(light);
+            renderFrame();
+            for(int y = 0; y < Size; ++y)
+                for(int x = 0; x < Size; ++x)
+                {
+                    const testsupport::RGBAf p = lit(x, y);
+                    sum[y * Size + x] += Vec3f(p[0], p[1], p[2]);
+                }
+            viewport->subLight(light);
+        }
+
+        for(PointLightPtr light : lights)
+            viewport->addLight(light);
+        renderFrame();
+
+        SHLChunkPtr programs[3];
+        for(int i = 0; i < 3; ++i)
+        {
+            ASSERT_NE(deferred(lights[i]), nullptr);
+            programs[i] = deferred(lights[i])->getParameterChunk()->getSHLChunk();
+        }
+        EXPECT_EQ(programs[0], programs[2]);
+        EXPECT_EQ(programs[0] == programs[1], c.middleShadowIntensity >= 1.0f);
+
+        int wrong = 0;
+        Real32 lit0 = 0.0f;
+        for(int y = 0; y < Size; ++y)
+            for(int x = 0; x < Size; ++x)
+            {
+                const testsupport::RGBAf p = lit(x, y);
+                const Vec3f &s = sum[y * Size + x];
+                lit0 += s[0] + s[1] + s[2];
+                // Half floats: a step of 1/255 or a part in 500 of the value.
+                for(int k = 0; k < 3; ++k)
+                {
+                    if(std::fabs(p[k] - s[k]) > osgMax(1.0f / 255.0f, s[k] / 500.0f))
+                        ++wrong;
+                }
+            }
+        EXPECT_GT(lit0, 1.0f);   // the lights reach the plane
+        EXPECT_EQ(wrong, 0);
+
+        for(PointLightPtr light : lights)
+        {
+            viewport->subLight(light);
+            subRefCP(light);
+        }
+    }
+}
