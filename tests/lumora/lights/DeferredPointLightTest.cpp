@@ -512,7 +512,8 @@ TEST_F(DeferredPointLightTest, SamplersGetTheUnitsOfTheirTextures)
 // which fails if one light's values reach another's volume.
 TEST_F(DeferredPointLightTest, LightsSharingAProgramEachAddTheirOwnLight)
 {
-    addPlane(4.0f, 0.0f, material(Color3f(0.8f, 0.7f, 0.6f), Color3f(0.5f, 0.5f, 0.5f), 8.0f));
+    const Color3f kd(0.8f, 0.7f, 0.6f), ks(0.5f, 0.5f, 0.5f);
+    addPlane(4.0f, 0.0f, material(kd, ks, 8.0f));
 
     struct Case
     {
@@ -524,15 +525,16 @@ TEST_F(DeferredPointLightTest, LightsSharingAProgramEachAddTheirOwnLight)
     for(const Case &c : cases)
     {
         SCOPED_TRACE(c.name);
-        PointLightPtr lights[3] =
-        {
-            createPointLight(Pnt3f(-1.0f, 0.5f, 1.0f), Color3f(1, 0, 0), Color3f(1, 1, 1),
-                             Vec3f(1, 0, 0.3f)),
-            createPointLight(Pnt3f(0.5f, -0.5f, 1.5f), Color3f(0, 1, 0), Color3f(0, 0, 1),
-                             Vec3f(1, 0.2f, 0.1f)),
-            createPointLight(Pnt3f(1.0f, 1.0f, 0.8f), Color3f(0.3f, 0.3f, 1), Black,
-                             Vec3f(1, 0, 0.5f)),
-        };
+        const Pnt3f   positions   [3] = {Pnt3f(-1.0f, 0.5f, 1.0f), Pnt3f(0.5f, -0.5f, 1.5f),
+                                         Pnt3f(1.0f, 1.0f, 0.8f)};
+        const Color3f diffuse     [3] = {Color3f(1, 0, 0), Color3f(0, 1, 0),
+                                         Color3f(0.3f, 0.3f, 1)};
+        const Color3f specular    [3] = {Color3f(1, 1, 1), Color3f(0, 0, 1), Black};
+        const Vec3f   attenuations[3] = {Vec3f(1, 0, 0.3f), Vec3f(1, 0.2f, 0.1f),
+                                         Vec3f(1, 0, 0.5f)};
+        PointLightPtr lights[3];
+        for(int i = 0; i < 3; ++i)
+            lights[i] = createPointLight(positions[i], diffuse[i], specular[i], attenuations[i]);
         for(int i = 0; i < 3; ++i)
         {
             beginEditCP(lights[i], Light::ShadowIntensityFieldMask);
@@ -540,12 +542,26 @@ TEST_F(DeferredPointLightTest, LightsSharingAProgramEachAddTheirOwnLight)
             endEditCP(lights[i], Light::ShadowIntensityFieldMask);
         }
 
-        // Each light alone, summed.
+        // Each light alone, summed; without shadows, as the lighting model
+        // says, so that no light draws with another's values.
         std::vector<Vec3f> sum(Size * Size, Vec3f(0, 0, 0));
-        for(PointLightPtr light : lights)
+        for(int i = 0; i < 3; ++i)
         {
+            PointLightPtr light = lights[i];
             viewport->addLight(light);
             renderFrame();
+            const int probes[][2] = {{32, 32}, {12, 40}, {50, 20}, {40, 50}};
+            for(const auto &q : probes)
+            {
+                if(i == 1 && c.middleShadowIntensity < 1.0f)
+                    break;
+                const Vec3f want = expected(q[0], q[1], positions[i], kd, ks, 8.0f,
+                                            diffuse[i], specular[i], attenuations[i]);
+                const testsupport::RGBAf got = lit(q[0], q[1]);
+                for(int k = 0; k < 3; ++k)
+                    EXPECT_NEAR(got[k], want[k], 0.02f)
+                        << "light " << i << " pixel " << q[0] << "," << q[1];
+            }
             for(int y = 0; y < Size; ++y)
                 for(int x = 0; x < Size; ++x)
                 {
