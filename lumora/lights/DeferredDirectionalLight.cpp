@@ -50,6 +50,7 @@ DeferredDirectionalLight::~DeferredDirectionalLight(void)
 void DeferredDirectionalLight::initialize(RenderTarget &gbuffer, UInt16 numGBufferTextures)
 {
     setPrograms(shaderChunk, ShaderManager::DIRECTIONAL_LIGHT, numGBufferTextures, 3);
+    shareProgram(shaderChunk, ShaderManager::DIRECTIONAL_LIGHT, numGBufferTextures, 3);
 
     attachGBuffer(gbuffer, numGBufferTextures);
 
@@ -85,6 +86,7 @@ void DeferredDirectionalLight::update(const Matrix &viewing,
     eyeDirection = normalizedOrAsIs(eyeDirection);
 
     updateShadowFlags(light, globalShadowIntensity);
+    selectProgram();
 
     camView = viewing;
 

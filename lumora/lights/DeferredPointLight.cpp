@@ -96,6 +96,7 @@ DeferredPointLight::~DeferredPointLight(void)
 void DeferredPointLight::initialize(RenderTarget &gbuffer, UInt16 numGBufferTextures)
 {
     setPrograms(shaderChunk, ShaderManager::POINT_LIGHT, numGBufferTextures, 1);
+    shareProgram(shaderChunk, ShaderManager::POINT_LIGHT, numGBufferTextures, 1);
 
     attachGBuffer(gbuffer, numGBufferTextures);
 
@@ -133,6 +134,7 @@ void DeferredPointLight::update(const Matrix &viewing,
                       light->getQuadraticAttenuation());
 
     updateShadowFlags(light, globalShadowIntensity);
+    selectProgram();
 
     lightRange = maxLightDistance(attenuation[1], attenuation[2]);
 

@@ -44,6 +44,7 @@ DeferredSpotLight::~DeferredSpotLight(void)
 void DeferredSpotLight::initialize(RenderTarget &gbuffer, UInt16 numGBufferTextures)
 {
     setPrograms(shaderChunk, ShaderManager::SPOT_LIGHT, numGBufferTextures, 1);
+    shareProgram(shaderChunk, ShaderManager::SPOT_LIGHT, numGBufferTextures, 1);
 
     attachGBuffer(gbuffer, numGBufferTextures);
 
@@ -97,6 +98,7 @@ void DeferredSpotLight::update(const Matrix &viewing,
     eyeDirection = normalizedOrAsIs(eyeDirection);
 
     updateShadowFlags(light, globalShadowIntensity);
+    selectProgram();
 
     viewing.inverse(camInvView);
     Matrix invProjection;

@@ -12,6 +12,7 @@ BlendChunkPtr IDeferredLight::s_LightBufferBlending        = NullFC;
 DepthChunkPtr IDeferredLight::s_LightRenderingNoDepthTest = NullFC;
 
 UInt32                               IDeferredLight::s_numLights = 0;
+std::map<UInt32, SHLChunkPtr>        IDeferredLight::s_sharedPrograms;
 std::vector<FieldContainerPtrBase *> IDeferredLight::s_sharedSlots;
 
 IDeferredLight::IDeferredLight(void) :
@@ -22,7 +23,10 @@ IDeferredLight::IDeferredLight(void) :
     parameterChunk (NullFC),
     castShadows    (false),
     shadowIntensity(1.0f),
-    nextTextureUnit(0)
+    nextTextureUnit(0),
+    ownProgram     (NullFC),
+    activeProgram  (NullFC),
+    sharedProgram  (NULL)
 {
     ++s_numLights;
     if(s_LightBufferBlending != NullFC)
@@ -52,6 +56,8 @@ IDeferredLight::~IDeferredLight(void)
     // The volume holds the geometry, which holds the material and chunks.
     if(volumeRoot != NullFC)
         subRefCP(volumeRoot);
+    if(ownProgram != NullFC)
+        subRefCP(ownProgram);
 
     if(--s_numLights == 0)
         releaseShared();
@@ -146,6 +152,55 @@ void IDeferredLight::setPrograms(SHLChunkPtr shader, ShaderManager::LightType ty
                                                                    numSplits));
     endEditCP(shader, ShaderChunk::VertexProgramFieldMask |
                       ShaderChunk::FragmentProgramFieldMask);
+}
+
+void IDeferredLight::shareProgram(SHLChunkPtr own, ShaderManager::LightType type,
+                                  UInt16 numGBufferTextures, UInt16 numSplits)
+{
+    if(ownProgram == NullFC)
+    {
+        // Kept while the shared one is in the material.
+        ownProgram = own;
+        addRefCP(ownProgram);
+    }
+    activeProgram = own;
+
+    const UInt32 key = UInt32(type) | (UInt32(numGBufferTextures) << 8) |
+                       (UInt32(numSplits) << 16);
+    sharedProgram = &s_sharedPrograms[key];
+    if(*sharedProgram != NullFC)
+        return;
+
+    *sharedProgram = SHLChunk::create();
+    addRefCP(*sharedProgram);
+    holdShared(*sharedProgram);
+    ShaderManager &shaders = ShaderManager::getInstance();
+    beginEditCP(*sharedProgram, ShaderChunk::VertexProgramFieldMask |
+                                ShaderChunk::FragmentProgramFieldMask);
+    (*sharedProgram)->setVertexProgram  (shaders.generateLightVertexShader(type));
+    (*sharedProgram)->setFragmentProgram(
+        shaders.generateLightFragmentShader(type, numGBufferTextures, numSplits, false));
+    endEditCP(*sharedProgram, ShaderChunk::VertexProgramFieldMask |
+                              ShaderChunk::FragmentProgramFieldMask);
+}
+
+void IDeferredLight::selectProgram(void)
+{
+    if(sharedProgram == NULL)
+        return;
+    SHLChunkPtr wanted = castShadows ? ownProgram : *sharedProgram;
+    if(wanted == activeProgram)
+        return;
+
+    beginEditCP(material, ChunkMaterial::ChunksFieldMask);
+    material->subChunk(activeProgram);
+    material->addChunk(wanted, State::AutoSlotReplace);
+    endEditCP(material, ChunkMaterial::ChunksFieldMask);
+
+    beginEditCP(parameterChunk, SHLParameterChunk::SHLChunkFieldMask);
+    parameterChunk->setSHLChunk(wanted);
+    endEditCP(parameterChunk, SHLParameterChunk::SHLChunkFieldMask);
+    activeProgram = wanted;
 }
 
 void IDeferredLight::setLightCamera(MatrixCameraPtr camera, const Matrix &view,

@@ -24,6 +24,7 @@
 #include <Lumora/OSGRenderTarget.h>
 #include <Lumora/ShaderManager.h>
 
+#include <map>
 #include <vector>
 
 OSG_BEGIN_NAMESPACE
@@ -122,6 +123,15 @@ class IDeferredLight
     static void setPrograms(SHLChunkPtr shader, ShaderManager::LightType type,
                             UInt16 numGBufferTextures, UInt16 numSplits);
 
+    // Lights of a kind that cast no shadow share one program without the
+    // shadow test: one program for many volumes, no switches between them.
+    // A light casting shadows draws with its own chunk, whose text is set.
+    // selectProgram picks by the shadow flag; call it after each update of
+    // the flag.
+    void shareProgram(SHLChunkPtr own, ShaderManager::LightType type,
+                      UInt16 numGBufferTextures, UInt16 numSplits);
+    void selectProgram(void);
+
     static void setLightCamera(MatrixCameraPtr camera, const Matrix &view,
                                const Matrix &projection, Real32 nearDist, Real32 farDist);
 
@@ -156,7 +166,12 @@ class IDeferredLight
   private:
     static void releaseShared(void);
 
+    SHLChunkPtr  ownProgram;
+    SHLChunkPtr  activeProgram;
+    SHLChunkPtr *sharedProgram;
+
     static UInt32                               s_numLights;
+    static std::map<UInt32, SHLChunkPtr>        s_sharedPrograms;
     static std::vector<FieldContainerPtrBase *> s_sharedSlots;
 
     IDeferredLight(const IDeferredLight &) = delete;

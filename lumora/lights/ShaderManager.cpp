@@ -211,6 +211,15 @@ const char *ShaderManager::s_strLightingMain =
     "gl_FragColor = vec4(shadePixel(data) * fShadowFactor, 1.0); "
     "}";
 
+const char *ShaderManager::s_strUnshadowedLightingMain =
+    "varying vec4 vScreenCoord; "
+    "void main(void) "
+    "{ "
+    "vec2 vCoord = vScreenCoord.xy / vScreenCoord.w; "
+    "GeometryData data = getGeometryData(vCoord); "
+    "gl_FragColor = vec4(shadePixel(data), 1.0); "
+    "}";
+
 ShaderManager &ShaderManager::getInstance(void)
 {
     static ShaderManager instance;
@@ -303,7 +312,8 @@ std::string ShaderManager::generateVSMSplitData(UInt16 numSplits)
 
 std::string ShaderManager::generateLightFragmentShader(LightType type,
                                                        UInt16    numGBufferTextures,
-                                                       UInt16    numSplits)
+                                                       UInt16    numSplits,
+                                                       bool      shadows)
 {
     std::string text = generateGBufferAccessHeader(numGBufferTextures);
 
@@ -324,7 +334,7 @@ std::string ShaderManager::generateLightFragmentShader(LightType type,
             break;
     }
 
-    text += s_strLightingMain;
+    text += shadows ? s_strLightingMain : s_strUnshadowedLightingMain;
     return text;
 }
 

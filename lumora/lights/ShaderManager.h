@@ -28,9 +28,12 @@ class ShaderManager
     std::string generateLightVertexShader  (LightType type);
     std::string generateGBufferAccessHeader(UInt16 numGBufferTextures);
     std::string generateVSMSplitData       (UInt16 numSplits);
+    // Without shadows, main skips the shadow test, which costs every pixel
+    // even where the flag is off.
     std::string generateLightFragmentShader(LightType type,
                                             UInt16    numGBufferTextures,
-                                            UInt16    numSplits);
+                                            UInt16    numSplits,
+                                            bool      shadows = true);
 
     static const char *s_strSpotPointVertex;
     static const char *s_strDirVertex;
@@ -40,6 +43,7 @@ class ShaderManager
     static const char *s_strSpotFragmentInclude;
     static const char *s_strDirFragmentInclude;
     static const char *s_strLightingMain;
+    static const char *s_strUnshadowedLightingMain;
 
   private:
     ShaderManager(void);

@@ -22,6 +22,7 @@
 #include <Lumora/DeferredSSAOPostProcessor.h>
 
 #include <chrono>
+#include <ctime>
 #include <cmath>
 #include <limits>
 
@@ -741,6 +742,13 @@ void DeferredRenderingViewport::showTextureFullscreen(RenderActionBase *action,
 namespace
 {
 // Milliseconds since `start` once the GPU has finished; restarts the clock.
+Real64 threadCpuMilliseconds(void)
+{
+    timespec now;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return Real64(now.tv_sec) * 1000.0 + Real64(now.tv_nsec) * 1e-6;
+}
+
 Real64 lapMilliseconds(std::chrono::steady_clock::time_point &start)
 {
     glFinish();
@@ -821,6 +829,7 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
 
     // Light stage: new lights get their shaders and join the light scene,
     // then every light takes this frame's camera and its OpenSG light.
+    const Real64 lightsCpuStart = passTiming ? threadCpuMilliseconds() : 0.0;
     if(!emissiveLight->isInitialized())
         emissiveLight->initialize(gbufferTarget, 5);
     initNewLights();
@@ -873,7 +882,22 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
     camera->setFar(std::numeric_limits<Real32>::max());
     endEditCP(camera, Camera::FarFieldMask);
 
+    GLuint pixelQuery = 0;
+    if(passTiming)
+    {
+        glGenQueries(1, &pixelQuery);
+        glBeginQuery(GL_SAMPLES_PASSED, pixelQuery);
+    }
     lightTarget.renderScene(lightRoot, camera, lightRenderAction, NullFC);
+    if(passTiming)
+    {
+        glEndQuery(GL_SAMPLES_PASSED);
+        passTimes.lightsCpu = threadCpuMilliseconds() - lightsCpuStart;
+        GLuint64 pixels = 0;
+        glGetQueryObjectui64v(pixelQuery, GL_QUERY_RESULT, &pixels);
+        glDeleteQueries(1, &pixelQuery);
+        passTimes.lightPixels = UInt64(pixels);
+    }
 
     beginEditCP(camera, Camera::FarFieldMask);
     camera->setFar(farDistance);

@@ -106,6 +106,11 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
         Real64 forward  = 0.0;
         Real64 effects[NumPostProcessors] = {0.0, 0.0, 0.0, 0.0, 0.0};
         Real64 final    = 0.0;
+        // The light stage (updates, shadow maps, light pass) on the
+        // rendering thread's CPU clock, and the fragments the light pass
+        // drew, emissive screen pass included.
+        Real64 lightsCpu   = 0.0;
+        UInt64 lightPixels = 0;
     };
 
     void             setPassTiming(bool enabled) { passTiming = enabled; }

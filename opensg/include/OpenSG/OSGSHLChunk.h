@@ -7,6 +7,8 @@
 #include <map>
 #include <set>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
 namespace osg
 {
@@ -113,12 +115,28 @@ class SHLChunk : public ShaderChunk
     void  releaseProgram(void);
     GLint uniformLocation(const std::string &name);
 
+    // What applying a parameter object needs, found once per program: its
+    // uniform's location and whether a callback supplies it. The name is
+    // kept to notice a new parameter at a freed one's address.
+    struct ParameterSlot
+    {
+        std::string name;
+        GLint       location;
+        bool        callback;
+        UInt32      callbackGeneration;
+    };
+    ParameterSlot &parameterSlot(ShaderParameter *param);
+
     GLuint                       _program;
     bool                         _needsBuild;
     bool                         _failed;
     bool                         _paramsChanged;
     std::map<std::string, GLint> _locations;
     std::set<std::string>        _reportedUnknown;
+    std::unordered_map<const ShaderParameter *, ParameterSlot> _slots;
+    // The bytes last uploaded to each location: many materials share a
+    // program, and most of their values are the same.
+    std::unordered_map<GLint, std::vector<UInt8> >              _sent;
     bool                         _windowHandled;  // a window deletes the program
 };
 

@@ -21,6 +21,7 @@
 
 #include "OSGStateGL.h"
 
+#include <cstring>
 #include <vector>
 
 namespace osg
@@ -264,6 +265,8 @@ void SHLChunk::releaseProgram(void)
     _program = 0;
     _locations.clear();
     _reportedUnknown.clear();
+    _slots.clear();
+    _sent.clear();
 }
 
 void SHLChunk::buildProgram(void)
@@ -339,41 +342,62 @@ GLint SHLChunk::uniformLocation(const std::string &name)
 namespace
 {
 
-// The program must be current unless glProgramUniform is available.
-void uploadUniform(GLuint program, GLint loc, ShaderParameter *param, bool direct)
+// False, and last takes the value, when it differs from what was sent.
+bool alreadySent(std::vector<UInt8> &last, const void *data, size_t bytes)
+{
+    if(last.size() == bytes && std::memcmp(last.data(), data, bytes) == 0)
+        return true;
+    last.assign(static_cast<const UInt8 *>(data), static_cast<const UInt8 *>(data) + bytes);
+    return false;
+}
+
+// The program must be current unless glProgramUniform is available. A value
+// equal to the location's last one is not sent again.
+void uploadUniform(GLuint program, GLint loc, ShaderParameter *param, bool direct,
+                   std::vector<UInt8> &last)
 {
     if(ShaderParameterBool *p = dynamic_cast<ShaderParameterBool *>(param))
     {
+        const GLint value = p->getValue() ? 1 : 0;
+        if(alreadySent(last, &value, sizeof(value))) return;
         if(direct) glProgramUniform1i(program, loc, p->getValue() ? 1 : 0);
         else       glUniform1i(loc, p->getValue() ? 1 : 0);
     }
     else if(ShaderParameterInt *p = dynamic_cast<ShaderParameterInt *>(param))
     {
+        const GLint value = p->getValue();
+        if(alreadySent(last, &value, sizeof(value))) return;
         if(direct) glProgramUniform1i(program, loc, p->getValue());
         else       glUniform1i(loc, p->getValue());
     }
     else if(ShaderParameterReal *p = dynamic_cast<ShaderParameterReal *>(param))
     {
+        const GLfloat value = p->getValue();
+        if(alreadySent(last, &value, sizeof(value))) return;
         if(direct) glProgramUniform1f(program, loc, p->getValue());
         else       glUniform1f(loc, p->getValue());
     }
     else if(ShaderParameterVec2f *p = dynamic_cast<ShaderParameterVec2f *>(param))
     {
+        if(alreadySent(last, p->getValue().getValues(), 2 * sizeof(GLfloat))) return;
         if(direct) glProgramUniform2fv(program, loc, 1, p->getValue().getValues());
         else       glUniform2fv(loc, 1, p->getValue().getValues());
     }
     else if(ShaderParameterVec3f *p = dynamic_cast<ShaderParameterVec3f *>(param))
     {
+        if(alreadySent(last, p->getValue().getValues(), 3 * sizeof(GLfloat))) return;
         if(direct) glProgramUniform3fv(program, loc, 1, p->getValue().getValues());
         else       glUniform3fv(loc, 1, p->getValue().getValues());
     }
     else if(ShaderParameterVec4f *p = dynamic_cast<ShaderParameterVec4f *>(param))
     {
+        if(alreadySent(last, p->getValue().getValues(), 4 * sizeof(GLfloat))) return;
         if(direct) glProgramUniform4fv(program, loc, 1, p->getValue().getValues());
         else       glUniform4fv(loc, 1, p->getValue().getValues());
     }
     else if(ShaderParameterMatrix *p = dynamic_cast<ShaderParameterMatrix *>(param))
     {
+        if(alreadySent(last, p->getValue().getValues(), 16 * sizeof(GLfloat))) return;
         if(direct) glProgramUniformMatrix4fv(program, loc, 1, GL_FALSE, p->getValue().getValues());
         else       glUniformMatrix4fv(loc, 1, GL_FALSE, p->getValue().getValues());
     }
@@ -382,6 +406,7 @@ void uploadUniform(GLuint program, GLint loc, ShaderParameter *param, bool direc
         const MFInt32 &v = p->getValue();
         if(v.empty()) return;
         std::vector<GLint> values(v.begin(), v.end());
+        if(alreadySent(last, values.data(), values.size() * sizeof(GLint))) return;
         if(direct) glProgramUniform1iv(program, loc, GLsizei(values.size()), values.data());
         else       glUniform1iv(loc, GLsizei(values.size()), values.data());
     }
@@ -389,6 +414,7 @@ void uploadUniform(GLuint program, GLint loc, ShaderParameter *param, bool direc
     {
         const MFReal32 &v = p->getValue();
         if(v.empty()) return;
+        if(alreadySent(last, &v[0], v.size() * sizeof(GLfloat))) return;
         if(direct) glProgramUniform1fv(program, loc, GLsizei(v.size()), &v[0]);
         else       glUniform1fv(loc, GLsizei(v.size()), &v[0]);
     }
@@ -399,6 +425,7 @@ void uploadUniform(GLuint program, GLint loc, ShaderParameter *param, bool direc
         std::vector<GLfloat> values;
         for(UInt32 i = 0; i < v.size(); ++i)
             values.insert(values.end(), v[i].getValues(), v[i].getValues() + 2);
+        if(alreadySent(last, values.data(), values.size() * sizeof(GLfloat))) return;
         if(direct) glProgramUniform2fv(program, loc, GLsizei(v.size()), values.data());
         else       glUniform2fv(loc, GLsizei(v.size()), values.data());
     }
@@ -409,6 +436,7 @@ void uploadUniform(GLuint program, GLint loc, ShaderParameter *param, bool direc
         std::vector<GLfloat> values;
         for(UInt32 i = 0; i < v.size(); ++i)
             values.insert(values.end(), v[i].getValues(), v[i].getValues() + 3);
+        if(alreadySent(last, values.data(), values.size() * sizeof(GLfloat))) return;
         if(direct) glProgramUniform3fv(program, loc, GLsizei(v.size()), values.data());
         else       glUniform3fv(loc, GLsizei(v.size()), values.data());
     }
@@ -419,6 +447,7 @@ void uploadUniform(GLuint program, GLint loc, ShaderParameter *param, bool direc
         std::vector<GLfloat> values;
         for(UInt32 i = 0; i < v.size(); ++i)
             values.insert(values.end(), v[i].getValues(), v[i].getValues() + 4);
+        if(alreadySent(last, values.data(), values.size() * sizeof(GLfloat))) return;
         if(direct) glProgramUniform4fv(program, loc, GLsizei(v.size()), values.data());
         else       glUniform4fv(loc, GLsizei(v.size()), values.data());
     }
@@ -429,6 +458,7 @@ void uploadUniform(GLuint program, GLint loc, ShaderParameter *param, bool direc
         std::vector<GLfloat> values;
         for(UInt32 i = 0; i < v.size(); ++i)
             values.insert(values.end(), v[i].getValues(), v[i].getValues() + 16);
+        if(alreadySent(last, values.data(), values.size() * sizeof(GLfloat))) return;
         if(direct) glProgramUniformMatrix4fv(program, loc, GLsizei(v.size()), GL_FALSE, values.data());
         else       glUniformMatrix4fv(loc, GLsizei(v.size()), GL_FALSE, values.data());
     }
@@ -590,6 +620,14 @@ void osgLightActive(PFNGLGETUNIFORMLOCATIONARBPROC getLocation, DrawActionBase *
                (activeLightsMask(action) >> LightI) & 1u);
 }
 
+// Counts registrations, so that a cached parameter slot notices a callback
+// added after it; never 0, which a fresh slot holds.
+UInt32 &callbackGeneration(void)
+{
+    static UInt32 generation = 1;
+    return generation;
+}
+
 std::map<std::string, SHLChunk::parametercbfp> &parameterCallbacks(void)
 {
     static std::map<std::string, SHLChunk::parametercbfp> callbacks = {
@@ -662,7 +700,8 @@ void SHLChunk::applyParameters(const MFShaderParameterPtr &params,
         if(param == NULL)
             continue;
 
-        const GLint loc = uniformLocation(param->getName());
+        ParameterSlot &slot = parameterSlot(param);
+        const GLint loc = slot.location;
         if(loc < 0)
         {
             if(warnUnknown && getUnknownParameterWarning() &&
@@ -675,9 +714,22 @@ void SHLChunk::applyParameters(const MFShaderParameterPtr &params,
             continue;
         }
 
-        if(!callParameterCallback(param->getName(), action, _program))
-            uploadUniform(_program, loc, param, direct);
+        if(!slot.callback || !callParameterCallback(param->getName(), action, _program))
+            uploadUniform(_program, loc, param, direct, _sent[loc]);
     }
+}
+
+SHLChunk::ParameterSlot &SHLChunk::parameterSlot(ShaderParameter *param)
+{
+    ParameterSlot &slot = _slots[param];
+    if(slot.name != param->getName() || slot.callbackGeneration != callbackGeneration())
+    {
+        slot.name               = param->getName();
+        slot.location           = uniformLocation(slot.name);
+        slot.callback           = parameterCallbacks().count(slot.name) != 0;
+        slot.callbackGeneration = callbackGeneration();
+    }
+    return slot;
 }
 
 void SHLChunk::addParameterCallback(const char *name, parametercbfp fp)
@@ -689,6 +741,7 @@ void SHLChunk::addParameterCallback(const char *name, parametercbfp fp)
         return;
     }
     parameterCallbacks()[name] = fp;
+    ++callbackGeneration();
 }
 
 void SHLChunk::updateCallbackParameters(DrawActionBase *action)

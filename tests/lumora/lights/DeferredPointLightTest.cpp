@@ -506,3 +506,106 @@ TEST_F(DeferredPointLightTest, SamplersGetTheUnitsOfTheirTextures)
     subRefCP(spot);
     subRefCP(point);
 }
+
+// Lights without shadows draw with one shared program and a shadow caster
+// with its own; either way the lights together must add up to each alone,
+// which fails if one light's values reach another's volume.
+TEST_F(DeferredPointLightTest, LightsSharingAProgramEachAddTheirOwnLight)
+{
+    const Color3f kd(0.8f, 0.7f, 0.6f), ks(0.5f, 0.5f, 0.5f);
+    addPlane(4.0f, 0.0f, material(kd, ks, 8.0f));
+
+    struct Case
+    {
+        const char *name;
+        Real32      middleShadowIntensity;
+    };
+    const Case cases[] = { {"none casts shadows", 1.0f}, {"the middle one casts shadows", 0.5f} };
+
+    for(const Case &c : cases)
+    {
+        SCOPED_TRACE(c.name);
+        const Pnt3f   positions   [3] = {Pnt3f(-1.0f, 0.5f, 1.0f), Pnt3f(0.5f, -0.5f, 1.5f),
+                                         Pnt3f(1.0f, 1.0f, 0.8f)};
+        const Color3f diffuse     [3] = {Color3f(1, 0, 0), Color3f(0, 1, 0),
+                                         Color3f(0.3f, 0.3f, 1)};
+        const Color3f specular    [3] = {Color3f(1, 1, 1), Color3f(0, 0, 1), Black};
+        const Vec3f   attenuations[3] = {Vec3f(1, 0, 0.3f), Vec3f(1, 0.2f, 0.1f),
+                                         Vec3f(1, 0, 0.5f)};
+        PointLightPtr lights[3];
+        for(int i = 0; i < 3; ++i)
+            lights[i] = createPointLight(positions[i], diffuse[i], specular[i], attenuations[i]);
+        for(int i = 0; i < 3; ++i)
+        {
+            beginEditCP(lights[i], Light::ShadowIntensityFieldMask);
+            lights[i]->setShadowIntensity(i == 1 ? c.middleShadowIntensity : 1.0f);
+            endEditCP(lights[i], Light::ShadowIntensityFieldMask);
+        }
+
+        // Each light alone, summed; without shadows, as the lighting model
+        // says, so that no light draws with another's values.
+        std::vector<Vec3f> sum(Size * Size, Vec3f(0, 0, 0));
+        for(int i = 0; i < 3; ++i)
+        {
+            PointLightPtr light = lights[i];
+            viewport->addLight(light);
+            renderFrame();
+            const int probes[][2] = {{32, 32}, {12, 40}, {50, 20}, {40, 50}};
+            for(const auto &q : probes)
+            {
+                if(i == 1 && c.middleShadowIntensity < 1.0f)
+                    break;
+                const Vec3f want = expected(q[0], q[1], positions[i], kd, ks, 8.0f,
+                                            diffuse[i], specular[i], attenuations[i]);
+                const testsupport::RGBAf got = lit(q[0], q[1]);
+                for(int k = 0; k < 3; ++k)
+                    EXPECT_NEAR(got[k], want[k], 0.02f)
+                        << "light " << i << " pixel " << q[0] << "," << q[1];
+            }
+            for(int y = 0; y < Size; ++y)
+                for(int x = 0; x < Size; ++x)
+                {
+                    const testsupport::RGBAf p = lit(x, y);
+                    sum[y * Size + x] += Vec3f(p[0], p[1], p[2]);
+                }
+            viewport->subLight(light);
+        }
+
+        for(PointLightPtr light : lights)
+            viewport->addLight(light);
+        renderFrame();
+
+        SHLChunkPtr programs[3];
+        for(int i = 0; i < 3; ++i)
+        {
+            ASSERT_NE(deferred(lights[i]), nullptr);
+            programs[i] = deferred(lights[i])->getParameterChunk()->getSHLChunk();
+        }
+        EXPECT_EQ(programs[0], programs[2]);
+        EXPECT_EQ(programs[0] == programs[1], c.middleShadowIntensity >= 1.0f);
+
+        int wrong = 0;
+        Real32 lit0 = 0.0f;
+        for(int y = 0; y < Size; ++y)
+            for(int x = 0; x < Size; ++x)
+            {
+                const testsupport::RGBAf p = lit(x, y);
+                const Vec3f &s = sum[y * Size + x];
+                lit0 += s[0] + s[1] + s[2];
+                // Half floats: a step of 1/255 or a part in 500 of the value.
+                for(int k = 0; k < 3; ++k)
+                {
+                    if(std::fabs(p[k] - s[k]) > osgMax(1.0f / 255.0f, s[k] / 500.0f))
+                        ++wrong;
+                }
+            }
+        EXPECT_GT(lit0, 1.0f);   // the lights reach the plane
+        EXPECT_EQ(wrong, 0);
+
+        for(PointLightPtr light : lights)
+        {
+            viewport->subLight(light);
+            subRefCP(light);
+        }
+    }
+}

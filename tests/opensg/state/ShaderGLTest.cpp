@@ -18,6 +18,7 @@
 #include <algorithm>
 #include <cctype>
 #include <string>
+#include <vector>
 
 using namespace osg;
 
@@ -205,6 +206,77 @@ TEST_F(SHLChunkGL, ParameterChunkOverridesTheShadersOwnUniforms)
 
     EXPECT_FLOAT_EQ(level, 0.75f);
     EXPECT_FALSE(log().contains("fNotInProgram")) << log().text();
+}
+
+// Uploads skip values a location already holds; whatever the order of the
+// materials sharing the program, each must still see its own.
+TEST_F(SHLChunkGL, MaterialsSharingAProgramEachGetTheirOwnValues)
+{
+    struct Step
+    {
+        int    chunk;      // whose state is activated
+        Real32 edit;       // a new value for that chunk first; < 0: none
+        bool   rebuild;    // the program text is edited first
+        Real32 expected;
+    };
+    struct Case
+    {
+        const char       *name;
+        std::vector<Step> steps;
+    };
+    const Case cases[] =
+    {
+        { "alternating materials",
+          { {0, -1.f, false, 0.25f}, {1, -1.f, false, 0.75f},
+            {0, -1.f, false, 0.25f}, {1, -1.f, false, 0.75f} } },
+        { "the same value after a rebuilt program",
+          { {0, -1.f, false, 0.25f}, {0, -1.f, true, 0.25f}, {1, -1.f, false, 0.75f} } },
+        { "edited to the other material's value and back",
+          { {0, 0.75f, false, 0.75f}, {1, -1.f, false, 0.75f},
+            {0, 0.25f, false, 0.25f}, {1, -1.f, false, 0.75f} } },
+    };
+
+    for(const Case &c : cases)
+    {
+        SCOPED_TRACE(c.name);
+        std::string text = "uniform float fLevel;\n"
+                           "void main() { gl_FragColor = vec4(fLevel); }\n";
+        beginEditCP(shl, ShaderChunk::FragmentProgramFieldMask);
+        shl->setFragmentProgram(text);
+        endEditCP(shl, ShaderChunk::FragmentProgramFieldMask);
+
+        SHLParameterChunkPtr params[2];
+        StateRefPtr states[2];
+        for(int i = 0; i < 2; ++i)
+        {
+            params[i] = SHLParameterChunk::create();
+            params[i]->setSHLChunk(shl);
+            params[i]->setUniformParameter("fLevel", i == 0 ? 0.25f : 0.75f);
+            states[i] = stateWith(shl, params[i]);
+        }
+
+        for(const Step &step : c.steps)
+        {
+            if(step.edit >= 0.f)
+            {
+                beginEditCP(params[step.chunk], ShaderParameterChunk::ParametersFieldMask);
+                params[step.chunk]->setUniformParameter("fLevel", step.edit);
+                endEditCP(params[step.chunk], ShaderParameterChunk::ParametersFieldMask);
+            }
+            if(step.rebuild)
+            {
+                text += "// edited\n";
+                beginEditCP(shl, ShaderChunk::FragmentProgramFieldMask);
+                shl->setFragmentProgram(text);
+                endEditCP(shl, ShaderChunk::FragmentProgramFieldMask);
+            }
+            states[step.chunk]->activate(NULL);
+            GLfloat level = -1.f;
+            glGetUniformfv(shl->getProgram(), location("fLevel"), &level);
+            states[step.chunk]->deactivate(NULL);
+            EXPECT_FLOAT_EQ(level, step.expected);
+        }
+    }
 }
 
 TEST_F(SHLChunkGL, EditedProgramTextIsRebuilt)

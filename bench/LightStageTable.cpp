@@ -1,0 +1,271 @@
+// The light stage against its floor, side by side in one process: the
+// library's volume path on the demo scene, and the same number of point
+// lights in raw OpenGL, drawn one by one and looped in one screen pass.
+// Costs compare per light-pixel, the fragments an occlusion query counts.
+
+#include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGChangeList.h>
+#include <OpenSG/OSGPassiveWindow.h>
+#include <OpenSG/OSGPointLight.h>
+#include <OpenSG/OSGRenderAction.h>
+#include <OpenSG/OSGSolidBackground.h>
+#include <OpenSG/OSGThread.h>
+
+#include <Lumora/DeferredRenderingViewport.h>
+#include <Lumora/HeadlessContext.h>
+
+#include "common/DemoScene.h"
+#include "LightFloor.h"
+
+#include <cstdio>
+#include <cstring>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using namespace osg;
+
+namespace
+{
+
+struct Options
+{
+    std::vector<int> lightCounts = {1, 8, 64, 256};
+    std::vector<int> heights     = {360, 720};
+    int              frames      = 3;
+};
+
+struct LibraryFigures
+{
+    double stageMs  = 0.0;   // light updates and light pass, waited for
+    double cpuMs    = 0.0;   // the same on the rendering thread's clock
+    double pixels   = 0.0;
+};
+
+void usage(FILE *out)
+{
+    std::fprintf(out,
+        "usage: lumora_light_table [--lights N,N,...] [--sizes 360,720] [--frames N]\n"
+        "Prints the library's light stage against a raw OpenGL floor, per\n"
+        "light-pixel, at 16:9 sizes given by their heights.\n"
+        "  --lights   point light counts (default 1,8,64,256)\n"
+        "  --sizes    image heights, width 16/9 of each (default 360,720)\n"
+        "  --frames   measured frames per figure after one warm-up (default 3)\n");
+}
+
+bool parseList(const char *text, int minValue, int maxValue, std::vector<int> &out)
+{
+    out.clear();
+    std::stringstream stream(text);
+    std::string item;
+    while(std::getline(stream, item, ','))
+    {
+        int value = 0;
+        if(!demo::parseInt(item.c_str(), minValue, maxValue, value))
+            return false;
+        out.push_back(value);
+    }
+    return !out.empty();
+}
+
+// Light stage figures of the demo scene with count point lights; the same
+// lights in eye space, and the camera, go to the floor.
+LibraryFigures measureLibrary(int width, int height, int count, int frames,
+                              std::vector<LightFloor::PointLight> &eyeLights,
+                              Matrix &projection, Vec2f &nearFar)
+{
+    NodePtr root = demo::makeGroupNode();
+    demo::addChild(root, demo::buildObjects(true));
+    std::vector<LightPtr> lights = demo::makeDemoLights(root, count, 0, false);
+    PerspectiveCameraPtr camera = demo::makeCamera(root);
+
+    DeferredRenderingViewportPtr viewport = DeferredRenderingViewport::create();
+    beginEditCP(viewport);
+    viewport->setCamera(camera);
+    viewport->setBackground(SolidBackground::create());
+    viewport->setRoot(root);
+    viewport->setSize(0.f, 0.f, 1.f, 1.f);
+    endEditCP(viewport);
+    viewport->setPassTiming(true);
+
+    PassiveWindowPtr window = PassiveWindow::create();
+    addRefCP(window);
+    beginEditCP(window);
+    window->addPort(viewport);
+    endEditCP(window);
+    window->init();
+    window->resize(width, height);
+    viewport->prepareScene(root);
+    for(LightPtr light : lights)
+        viewport->addLight(light);
+
+    RenderAction *action = RenderAction::create();
+    LibraryFigures sum;
+    for(int frame = -1; frame < frames; ++frame)
+    {
+        window->render(action);
+        Thread::getCurrentChangeList()->clearAll();
+        if(frame < 0)
+            continue;
+        const DeferredRenderingViewport::PassTimes &t = viewport->getPassTimes();
+        sum.stageMs += t.shadows + t.lights;
+        sum.cpuMs   += t.lightsCpu;
+        sum.pixels  += double(t.lightPixels);
+    }
+    sum.stageMs /= frames;
+    sum.cpuMs   /= frames;
+    sum.pixels  /= frames;
+
+    Matrix viewing;
+    camera->getViewing   (viewing,    width, height);
+    camera->getProjection(projection, width, height);
+    nearFar.setValues(camera->getNear(), camera->getFar());
+    eyeLights.clear();
+    for(LightPtr light : lights)
+    {
+        PointLightPtr point = PointLightPtr::dcast(light);
+        if(point == NullFC || light->getType() != PointLight::getClassType())
+            continue;
+        Pnt3f position = point->getPosition();
+        if(light->getBeacon() != NullFC)
+            light->getBeacon()->getToWorld().multFullMatrixPnt(position);
+        viewing.multFullMatrixPnt(position);
+        LightFloor::PointLight l;
+        for(int k = 0; k < 3; ++k)
+        {
+            l.position[k] = position[k];
+            l.diffuse [k] = light->getDiffuse ()[k];
+            l.specular[k] = light->getSpecular()[k];
+        }
+        l.attenuation[0] = light->getConstantAttenuation();
+        l.attenuation[1] = light->getLinearAttenuation();
+        l.attenuation[2] = light->getQuadraticAttenuation();
+        eyeLights.push_back(l);
+    }
+
+    delete action;
+    subRefCP(window);
+    for(LightPtr light : lights)
+        subRefCP(light);
+    return sum;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    Options options;
+    for(int i = 1; i < argc; ++i)
+    {
+        const bool hasValue = i + 1 < argc;
+        if(std::strcmp(argv[i], "--help") == 0)
+        {
+            usage(stdout);
+            return 0;
+        }
+        else if(std::strcmp(argv[i], "--lights") == 0 && hasValue)
+        {
+            if(!parseList(argv[++i], 1, 4096, options.lightCounts))
+            {
+                std::fprintf(stderr, "lumora_light_table: bad --lights '%s'\n", argv[i]);
+                return 2;
+            }
+        }
+        else if(std::strcmp(argv[i], "--sizes") == 0 && hasValue)
+        {
+            if(!parseList(argv[++i], 9, 2160, options.heights))
+            {
+                std::fprintf(stderr, "lumora_light_table: bad --sizes '%s'\n", argv[i]);
+                return 2;
+            }
+        }
+        else if(std::strcmp(argv[i], "--frames") == 0 && hasValue)
+        {
+            if(!demo::parseInt(argv[++i], 1, 1000, options.frames))
+            {
+                std::fprintf(stderr, "lumora_light_table: bad --frames '%s'\n", argv[i]);
+                return 2;
+            }
+        }
+        else
+        {
+            std::fprintf(stderr, "lumora_light_table: unknown argument '%s'\n", argv[i]);
+            usage(stderr);
+            return 2;
+        }
+    }
+
+    int maxHeight = 0;
+    for(int h : options.heights)
+        maxHeight = std::max(maxHeight, h);
+    lumora::HeadlessContext context(maxHeight * 16 / 9, maxHeight);
+    if(!context.isValid())
+    {
+        std::fprintf(stderr, "lumora_light_table: no GL context: %s\n",
+                     context.errorString().c_str());
+        return 1;
+    }
+    osgInit(0, NULL);
+
+    std::printf("%-9s %6s | %10s %10s %8s | %10s %8s %6s | %10s %8s %6s | %9s\n",
+                "size", "lights", "stage ms", "Mpixels", "ns/lpx",
+                "floor ms", "ns/lpx", "ratio",
+                "1pass ms", "ns/lpx", "ratio", "cpu us/l");
+    int status = 0;
+    for(int height : options.heights)
+    {
+        const int width = height * 16 / 9;
+        LightFloor floor;
+        std::string error;
+        if(!floor.initialize(width, height, error))
+        {
+            std::fprintf(stderr, "lumora_light_table: floor: %s\n", error.c_str());
+            status = 1;
+            break;
+        }
+        for(int count : options.lightCounts)
+        {
+            std::vector<LightFloor::PointLight> eyeLights;
+            Matrix projection, inverse;
+            Vec2f  nearFar;
+            LibraryFigures lib = measureLibrary(width, height, count, options.frames,
+                                                eyeLights, projection, nearFar);
+            projection.inverse(inverse);
+            floor.setCamera(nearFar[0], nearFar[1], inverse.getValues());
+
+            double volumeMs = 0.0, onePassMs = 0.0, floorPixels = 0.0;
+            for(int frame = -1; frame < options.frames; ++frame)
+            {
+                const double v = floor.renderVolumes(eyeLights);
+                const double pixels = double(floor.getLastPixels());
+                const double o = floor.renderOnePass(eyeLights);
+                if(frame < 0)
+                    continue;
+                volumeMs += v;
+                onePassMs += o;
+                floorPixels += pixels;
+            }
+            volumeMs    /= options.frames;
+            onePassMs   /= options.frames;
+            floorPixels /= options.frames;
+
+            // The one-pass floor reads each pixel once but shades it for
+            // every light: its light-pixels are the screen's times the lights.
+            const double screen      = double(width) * double(height);
+            const double libNs       = lib.stageMs * 1e6 / lib.pixels;
+            const double volumeNs    = volumeMs * 1e6 / floorPixels;
+            const double onePassNs   = onePassMs * 1e6 / (screen * (eyeLights.size() + 1));
+            char size[32];
+            std::snprintf(size, sizeof(size), "%dx%d", width, height);
+            std::printf("%-9s %6zu | %10.2f %10.2f %8.2f | %10.2f %8.2f %6.2f |"
+                        " %10.2f %8.2f %6.2f | %9.1f\n",
+                        size, eyeLights.size(), lib.stageMs, lib.pixels * 1e-6, libNs,
+                        volumeMs, volumeNs, libNs / volumeNs,
+                        onePassMs, onePassNs, libNs / onePassNs,
+                        lib.cpuMs * 1000.0 / double(eyeLights.size()));
+            std::fflush(stdout);
+        }
+    }
+    osgExit();
+    return status;
+}
