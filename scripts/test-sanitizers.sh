@@ -16,4 +16,7 @@ cmake -S . -B build-sanitize -DLUMORA_WERROR=ON -DLUMORA_SANITIZE=ON \
       -DLUMORA_BUILD_BENCH=OFF -DCMAKE_BUILD_TYPE=Debug
 cmake --build build-sanitize -j2
 # The install test rebuilds the project from scratch: the plain run covers it.
-ctest --test-dir build-sanitize --output-on-failure -j2 -LE install
+# LeakSanitizer's thread tracer now and then crashes at exit while the
+# driver's threads wind down ("Tracer caught signal 11"); a second run tells
+# that apart from a real finding, which fails both times.
+ctest --test-dir build-sanitize --output-on-failure -j2 -LE install --repeat until-pass:2
