@@ -55,6 +55,14 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     Real32       &getGlobalShadowIntensity(void)                { return globalShadowIntensity;  }
     const Real32 &getGlobalShadowIntensity(void) const          { return globalShadowIntensity;  }
 
+    // Off by default. When on, every point and spot light that casts no
+    // shadow is drawn in one screen pass that reads the G-buffer once per
+    // pixel, looping over the lights that touch the pixel's screen tile;
+    // shadowed and directional lights stay volumes. Pays from a few dozen
+    // lights on.
+    void setLightBatching(bool on)       { lightBatching = on;   }
+    bool getLightBatching(void) const    { return lightBatching; }
+
     // The effects run in this order on the lit image, each switched on or
     // off; a switched-off effect is skipped and keeps its settings.
     enum PostProcessSlot
@@ -189,6 +197,7 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     bool                 passTiming = false;
     PassTimes            passTimes;
     Real32               globalShadowIntensity;
+    bool                 lightBatching = false;
     LightMap             lights;
     std::set<LightPtr>   nonFiniteLights;    // reported once until fixed
     Int32                refusedWidth  = 0;  // last size beyond the GL limits
