@@ -134,12 +134,22 @@ void DeferredPointLight::update(const Matrix &viewing,
                       light->getQuadraticAttenuation());
 
     updateShadowFlags(light, globalShadowIntensity);
-    selectProgram();
-
     lightRange = maxLightDistance(attenuation[1], attenuation[2]);
 
     Pnt3f eyePosition;
     viewing.multFullMatrixPnt(lightPosition, eyePosition);
+
+    if(joinBatch(light->getOn()))
+    {
+        batchRecord.position    = Vec3f(eyePosition);
+        batchRecord.radius      = 1.1f * lightRange;
+        batchRecord.diffuse     = Vec3f(diffuse[0], diffuse[1], diffuse[2]);
+        batchRecord.specular    = Vec3f(specular[0], specular[1], specular[2]);
+        batchRecord.attenuation = attenuation;
+        batchRecord.cosCutoff   = -2.0f;
+        return;
+    }
+    selectProgram();
 
     Matrix invProjection, invViewing;
     projection.inverse(invProjection);

@@ -89,8 +89,6 @@ void DeferredSpotLight::update(const Matrix &viewing,
 
     lightRange = maxLightDistance(attenuation[1], attenuation[2]);
 
-    Matrix cone = getConeTransform(lightPosition, lightDirection, lightRange, cutOffDegrees);
-
     Pnt3f eyePosition;
     viewing.multFullMatrixPnt(Pnt3f(lightPosition), eyePosition);
     Vec3f eyeDirection;
@@ -98,6 +96,19 @@ void DeferredSpotLight::update(const Matrix &viewing,
     eyeDirection = normalizedOrAsIs(eyeDirection);
 
     updateShadowFlags(light, globalShadowIntensity);
+    const Real32 cosCutoff = std::cos(cutOffDegrees / 360.0f * 2.0f * 3.1415927f);
+    if(joinBatch(light->getOn()))
+    {
+        batchRecord.position    = Vec3f(eyePosition);
+        batchRecord.radius      = 1.1f * lightRange;
+        batchRecord.diffuse     = Vec3f(diffuse[0], diffuse[1], diffuse[2]);
+        batchRecord.specular    = Vec3f(specular[0], specular[1], specular[2]);
+        batchRecord.attenuation = attenuation;
+        batchRecord.cosCutoff   = cosCutoff;
+        batchRecord.exponent    = spot->getSpotExponent();
+        batchRecord.direction   = eyeDirection;
+        return;
+    }
     selectProgram();
 
     viewing.inverse(camInvView);
@@ -110,8 +121,7 @@ void DeferredSpotLight::update(const Matrix &viewing,
     parameterChunk->setUniformParameter("fShadowIntensity", shadowIntensity);
     parameterChunk->setUniformParameter("vLightPosition",   Vec3f(eyePosition));
     parameterChunk->setUniformParameter("vLightDirection",  eyeDirection);
-    parameterChunk->setUniformParameter("vLightCutoff",
-        Real32(std::cos(cutOffDegrees / 360.0f * 2.0f * 3.1415927f)));
+    parameterChunk->setUniformParameter("vLightCutoff",     cosCutoff);
     parameterChunk->setUniformParameter("vLightExponent",   spot->getSpotExponent());
     parameterChunk->setUniformParameter("vAttenuation",     attenuation);
     parameterChunk->setUniformParameter("vLightDiffuse",
@@ -126,6 +136,7 @@ void DeferredSpotLight::update(const Matrix &viewing,
         shadowMapAttached = true;
     }
 
+    Matrix cone = getConeTransform(lightPosition, lightDirection, lightRange, cutOffDegrees);
     beginEditCP(volumeTransform, Transform::MatrixFieldMask);
     volumeTransform->setMatrix(cone);
     endEditCP(volumeTransform, Transform::MatrixFieldMask);

@@ -258,6 +258,14 @@ Vec3f IDeferredLight::normalizedOrAsIs(const Vec3f &v)
     return length < 1e-6f ? v : v * (1.0f / length);
 }
 
+bool IDeferredLight::joinBatch(bool on)
+{
+    batched = batchingOffered && on && !castShadows;
+    if(batched)
+        showVolume(false);
+    return batched;
+}
+
 void IDeferredLight::showVolume(bool on)
 {
     // Written directly, like the viewport's per-pass masks.

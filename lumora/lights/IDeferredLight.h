@@ -60,6 +60,26 @@ class IDeferredLight
                                    DynamicVolume   &sceneVolume,
                                    MatrixCameraPtr  lightCamera) = 0;
 
+    // What a screen pass over many lights needs of a point or spot light,
+    // in eye space. Beyond radius the volume draws nothing either.
+    struct BatchRecord
+    {
+        Vec3f  position;
+        Real32 radius      = 0.0f;
+        Vec3f  diffuse;
+        Real32 cosCutoff   = -2.0f;  // below -1: a point light
+        Vec3f  specular;
+        Real32 exponent    = 0.0f;
+        Vec3f  attenuation;
+        Vec3f  direction;
+    };
+
+    // While batching is offered, an update of a light that can join the
+    // batch fills its record and hides the volume instead of setting it up.
+    void               setBatchingOffered(bool offered) { batchingOffered = offered; }
+    bool               isBatched     (void) const { return batched; }
+    const BatchRecord &getBatchRecord(void) const { return batchRecord; }
+
     bool                 isInitialized     (void) const { return initialized;     }
     bool                 isEnabled         (void) const { return enabled;         }
     bool                 getCastShadows    (void) const { return castShadows;     }
@@ -154,8 +174,15 @@ class IDeferredLight
     // Hides the volume of a switched-off light from the light pass.
     void showVolume(bool on);
 
+    // For point and spot lights after the shadow flags are current: true
+    // when the light joins the batch this frame, its volume then hidden.
+    bool joinBatch(bool on);
+
     bool                 enabled;
     bool                 initialized;
+    bool                 batchingOffered = false;
+    bool                 batched         = false;
+    BatchRecord          batchRecord;
     NodePtr              volumeRoot;
     ChunkMaterialPtr     material;
     SHLParameterChunkPtr parameterChunk;

@@ -13,6 +13,7 @@
 
 #include <Lumora/DeferredDirectionalLight.h>
 #include <Lumora/DeferredEmissiveLight.h>
+#include <Lumora/DeferredLightBatch.h>
 #include <Lumora/DeferredPointLight.h>
 #include <Lumora/DeferredSpotLight.h>
 #include <Lumora/DeferredAAPostProcessor.h>
@@ -179,6 +180,12 @@ void DeferredRenderingViewport::onCreate(const DeferredRenderingViewport *)
     beginEditCP(lightRoot, Node::ChildrenFieldMask);
     lightRoot->addChild(emissiveLight->getVolumeRoot());
     endEditCP(lightRoot, Node::ChildrenFieldMask);
+
+    lightBatch = new DeferredLightBatch();
+    lightBatch->setShown(false);
+    beginEditCP(lightRoot, Node::ChildrenFieldMask);
+    lightRoot->addChild(lightBatch->getVolumeRoot());
+    endEditCP(lightRoot, Node::ChildrenFieldMask);
 }
 
 void DeferredRenderingViewport::onDestroy(void)
@@ -211,6 +218,8 @@ void DeferredRenderingViewport::onDestroy(void)
 
     delete emissiveLight;
     emissiveLight = NULL;
+    delete lightBatch;
+    lightBatch = NULL;
 
     subRefCP(gbufferBlend);
     subRefCP(forwardDepth);
@@ -443,6 +452,20 @@ void DeferredRenderingViewport::releaseLight(IDeferredLight *light)
         endEditCP(lightRoot, Node::ChildrenFieldMask);
     }
     delete light;
+}
+
+void DeferredRenderingViewport::updateLightBatch(const Matrix &projection,
+                                                 const Vec2f  &camNearFar)
+{
+    lightBatch->setShown(lightBatching);
+    emissiveLight->getVolumeRoot()->setTravMask(lightBatching ? 0 : 0xFFFFFFFF);
+    if(!lightBatching)
+        return;
+
+    if(!lightBatch->isInitialized())
+        lightBatch->initialize(gbufferTarget, 5);
+    lightBatch->setLights(batchRecords, projection, camNearFar,
+                          getPixelWidth(), getPixelHeight());
 }
 
 IDeferredLight *DeferredRenderingViewport::createDeferredLight(LightPtr light)
@@ -843,6 +866,7 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
 
     // Shadow stage inside it: transparent geometry is still hidden, so it
     // casts no shadow.
+    batchRecords.clear();
     shadowMapper.beginShadowmapRendering(getRoot(), camera, this);
     for(LightMap::iterator it = lights.begin(); it != lights.end(); ++it)
     {
@@ -859,7 +883,10 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
         }
         nonFiniteLights.erase(it->first);
 
+        light->setBatchingOffered(lightBatching);
         light->update(viewing, projection, camNearFar, it->first, globalShadowIntensity);
+        if(light->isBatched())
+            batchRecords.push_back(&light->getBatchRecord());
         if(!light->getCastShadows())
             continue;
 
@@ -871,6 +898,7 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
             light->update(viewing, projection, camNearFar, it->first, globalShadowIntensity);
     }
     shadowMapper.endShadowmapRendering(getRoot());
+    updateLightBatch(projection, camNearFar);
     if(passTiming)
         passTimes.shadows = lapMilliseconds(clock);
 

@@ -14,6 +14,7 @@
 #include <OpenSG/OSGLight.h>
 
 #include <Lumora/DeferredRenderingViewportBase.h>
+#include <Lumora/IDeferredLight.h>
 #include <Lumora/OSGRenderTarget.h>
 #include <Lumora/VSMShadowMapper.h>
 #include <Lumora/LumoraInit.h>
@@ -25,6 +26,7 @@
 OSG_BEGIN_NAMESPACE
 
 class IDeferredLight;
+class DeferredLightBatch;
 class IDeferredPostProcessor;
 
 // A viewport that draws its scene with deferred shading: geometry into a
@@ -137,6 +139,7 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     DepthChunkPtr               getForwardDepth     (void) const { return forwardDepth;      }
     const LightMap             &getLights           (void) const { return lights;            }
     IDeferredLight             *getEmissiveLight    (void) const { return emissiveLight;     }
+    DeferredLightBatch         *getLightBatch       (void) const { return lightBatch;        }
     VSMShadowMapper            &getShadowMapper     (void)       { return shadowMapper;      }
 
   protected:
@@ -164,6 +167,8 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     void undoConversion   (const Conversion &conversion);
     void dropOrphanConversions(void);
 
+    // Either the batch pass or the emissive one adds the emissive colour.
+    void            updateLightBatch   (const Matrix &projection, const Vec2f &camNearFar);
     IDeferredLight *createDeferredLight(LightPtr light);
     void            initNewLights      (void);
     void            releaseLight       (IDeferredLight *light);
@@ -203,6 +208,8 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     Int32                refusedWidth  = 0;  // last size beyond the GL limits
     Int32                refusedHeight = 0;
     IDeferredLight      *emissiveLight;
+    DeferredLightBatch  *lightBatch = NULL;
+    std::vector<const IDeferredLight::BatchRecord *> batchRecords;
     bool                    postProcessOn [NumPostProcessors];
     IDeferredPostProcessor *postProcessors[NumPostProcessors];
 

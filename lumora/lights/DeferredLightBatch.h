@@ -1,0 +1,100 @@
+#ifndef _LUMORA_DEFERREDLIGHTBATCH_H_
+#define _LUMORA_DEFERREDLIGHTBATCH_H_
+
+#include <OpenSG/OSGImage.h>
+#include <OpenSG/OSGPolygonChunk.h>
+#include <OpenSG/OSGSHLChunk.h>
+#include <OpenSG/OSGTextureChunk.h>
+
+#include <Lumora/IDeferredLight.h>
+
+#include <vector>
+
+OSG_BEGIN_NAMESPACE
+
+// Many point and spot lights without shadows in one screen pass, which
+// also adds the emissive colour. The screen is cut into tiles; each tile
+// lists the lights whose sphere of influence may touch it, and each pixel
+// reads the G-buffer once and loops over its tile's lights. Lights and
+// tile lists live in float textures, so their number is bounded by the
+// texture size rather than by the uniform limit.
+class DeferredLightBatch : public IDeferredLight
+{
+  public:
+    // Pixels along a tile's side.
+    static constexpr Int32 TileSize = 32;
+    // Texels of one light's record in the light texture.
+    static constexpr Int32 RecordTexels = 5;
+
+    DeferredLightBatch(void);
+    virtual ~DeferredLightBatch(void);
+
+    virtual void initialize(RenderTarget &gbuffer, UInt16 numGBufferTextures) override;
+
+    // Nothing to do: the batch has no OpenSG light; see setLights.
+    virtual void update(const Matrix &viewing,
+                        const Matrix &projection,
+                        const Vec2f  &camNearFar,
+                        LightPtr      light,
+                        Real32        globalShadowIntensity) override;
+
+    // This frame's lights, in eye space, for a viewport of width x height.
+    void setLights(const std::vector<const BatchRecord *> &records,
+                   const Matrix &projection,
+                   const Vec2f  &camNearFar,
+                   Int32         width,
+                   Int32         height);
+
+    // The pass is drawn only while shown.
+    void setShown(bool on) { showVolume(on); }
+
+    virtual UInt16        getNumShadowmaps(void)         override;
+    virtual RenderTarget *getShadowmap    (UInt16 index) override;
+
+    virtual bool updateLightCamera(UInt16           index,
+                                   FrustumVolume   &cameraFrustum,
+                                   DynamicVolume   &sceneVolume,
+                                   MatrixCameraPtr  lightCamera) override;
+
+    // The pixel rectangle [x0, x1) x [y0, y1) that a sphere around an
+    // eye-space centre can cover, clipped to the viewport; false when it
+    // covers nothing. Whole-screen when the sphere reaches the near plane.
+    static bool screenBounds(const Vec3f &center, Real32 radius, const Matrix &projection,
+                             Real32 nearDist, Int32 width, Int32 height,
+                             Int32 &x0, Int32 &y0, Int32 &x1, Int32 &y1);
+
+    // For tools and tests: the lights each tile lists, and their total.
+    UInt32 getNumTileEntries(void) const { return numEntries; }
+    Int32  getTilesX        (void) const { return tilesX;     }
+    Int32  getTilesY        (void) const { return tilesY;     }
+
+    static PolygonChunkPtr s_CullingOptions;
+
+  protected:
+    // The first rows of texels into the texture, reallocated when its
+    // width or its number of rows (at least rows) changes.
+    static void upload(TextureChunkPtr texture, Int32 width, Int32 rows, Int32 capacityRows,
+                       const std::vector<Real32> &texels);
+
+    SHLChunkPtr     shaderChunk;
+    ImagePtr        tileImage;
+    ImagePtr        lightImage;
+    TextureChunkPtr tileTexture;
+    TextureChunkPtr lightTexture;
+    Int32           tilesX;
+    Int32           tilesY;
+    UInt32          numEntries;
+
+    // Kept between frames to spare the allocations.
+    std::vector<UInt32> tileCounts;
+    std::vector<UInt32> tileStarts;
+    std::vector<Int32>  lightRects;
+    std::vector<Real32> tileTexels;
+    std::vector<Real32> lightTexels;
+
+    static const char *s_strBatchFragmentMain;
+};
+
+OSG_END_NAMESPACE
+
+#endif

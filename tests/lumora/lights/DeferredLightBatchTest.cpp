@@ -1,0 +1,342 @@
+// The batched light pass against the volume path it replaces: the same
+// scene drawn both ways must give the same lit image.
+
+#include "DeferredSceneTest.h"
+#include "LitImage.h"
+
+#include <Lumora/DeferredLightBatch.h>
+
+#include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGDirectionalLight.h>
+#include <OpenSG/OSGMatrixUtility.h>
+#include <OpenSG/OSGPointLight.h>
+#include <OpenSG/OSGSimpleGeometry.h>
+#include <OpenSG/OSGSpotLight.h>
+#include <OpenSG/OSGTransform.h>
+
+#include <boost/random/mersenne_twister.hpp>
+#include <boost/random/uniform_real_distribution.hpp>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+using namespace osg;
+using namespace lighttest;
+
+namespace
+{
+
+struct BatchCase
+{
+    const char *name;
+    int         points;
+    int         spots;
+    Real32      spread;        // lights in a box of +-spread around the view's centre
+    Real32      range;         // of each light, from its attenuation
+    bool        lightAtCamera; // one more light whose range holds the camera
+};
+
+class DeferredLightBatchTest : public DeferredSceneTest
+{
+  protected:
+    void TearDown() override
+    {
+        for(LightPtr light : lights)
+            subRefCP(light);
+        DeferredSceneTest::TearDown();
+    }
+
+    // A floor, a tilted shiny box in front of it and a glowing sphere, so
+    // that depth, normals, specular and emission all vary over the image.
+    void buildScene()
+    {
+        addPlane(8.0f, 0.0f, material(Color3f(0.8f, 0.7f, 0.6f), Color3f(0.5f, 0.5f, 0.5f), 20.0f));
+
+        addObject(makeBoxGeo(1.5f, 1.5f, 1.5f, 1, 1, 1), Vec3f(-0.8f, 0.3f, 1.0f), 0.6f,
+                  material(Color3f(0.2f, 0.6f, 0.9f), Color3f(0.9f, 0.9f, 0.9f), 60.0f));
+        addObject(makeSphereGeo(2, 0.6f), Vec3f(1.0f, -0.6f, 1.5f), 0.0f,
+                  material(Color3f(0.9f, 0.3f, 0.2f), Color3f(0, 0, 0), 1.0f,
+                           Color3f(0.2f, 0.1f, 0.0f)));
+    }
+
+    void addObject(GeometryPtr geometry, const Vec3f &at, Real32 turn, MaterialPtr mat)
+    {
+        beginEditCP(geometry, Geometry::MaterialFieldMask);
+        geometry->setMaterial(mat);
+        endEditCP(geometry, Geometry::MaterialFieldMask);
+        Matrix m = rotateXThenTranslate(turn, at);
+        TransformPtr transform = Transform::create();
+        beginEditCP(transform, Transform::MatrixFieldMask);
+        transform->setMatrix(m);
+        endEditCP(transform, Transform::MatrixFieldMask);
+        NodePtr node = makeNodeFor(transform);
+        beginEditCP(node, Node::ChildrenFieldMask);
+        node->addChild(makeNodeFor(geometry));
+        endEditCP(node, Node::ChildrenFieldMask);
+        beginEditCP(root, Node::ChildrenFieldMask);
+        root->addChild(node);
+        endEditCP(root, Node::ChildrenFieldMask);
+    }
+
+    // Quadratic attenuation whose reach is range; colours kept dim so that
+    // hundreds of lights stay within the half-float buffer's fine steps.
+    void addLight(LightPtr light, const Pnt3f &position, Real32 range, Real32 brightness,
+                  boost::random::mt19937 &random)
+    {
+        boost::random::uniform_real_distribution<Real32> colour(0.3f, 1.0f);
+        beginEditCP(light);
+        light->setDiffuse (Color4f(brightness * colour(random), brightness * colour(random),
+                                   brightness * colour(random), 1));
+        light->setSpecular(Color4f(brightness, brightness, brightness, 1));
+        light->setConstantAttenuation (1.0f);
+        light->setLinearAttenuation   (0.0f);
+        light->setQuadraticAttenuation(1.0f / (0.001f * range * range));
+        light->setShadowIntensity(1.0f);
+        endEditCP(light);
+        if(PointLightPtr point = PointLightPtr::dcast(light))
+        {
+            beginEditCP(point, PointLight::PositionFieldMask);
+            point->setPosition(position);
+            endEditCP(point, PointLight::PositionFieldMask);
+        }
+        addRefCP(light);
+        lights.push_back(light);
+        viewport->addLight(light);
+    }
+
+    void addLights(const BatchCase &c)
+    {
+        boost::random::mt19937 random(1234);
+        boost::random::uniform_real_distribution<Real32> across(-c.spread, c.spread);
+        boost::random::uniform_real_distribution<Real32> height(0.3f, 3.0f);
+        boost::random::uniform_real_distribution<Real32> angle(0.3f, 0.9f);
+        const Real32 brightness = 1.5f / std::sqrt(Real32(c.points + c.spots));
+
+        for(int i = 0; i < c.points; ++i)
+            addLight(PointLight::create(), Pnt3f(across(random), across(random), height(random)),
+                     c.range, brightness, random);
+        for(int i = 0; i < c.spots; ++i)
+        {
+            SpotLightPtr spot = SpotLight::create();
+            beginEditCP(spot);
+            Vec3f direction(across(random) * 0.2f, across(random) * 0.2f, -1.0f);
+            direction.normalize();
+            spot->setDirection(direction);
+            spot->setSpotCutOff(angle(random));
+            spot->setSpotExponent(angle(random) * 10.0f);
+            endEditCP(spot);
+            addLight(spot, Pnt3f(across(random), across(random), 2.0f + height(random)),
+                     c.range * 1.5f, brightness, random);
+        }
+        if(c.lightAtCamera)
+            addLight(PointLight::create(), Pnt3f(0.3f, -0.2f, 4.2f), 6.0f, 0.5f, random);
+    }
+
+    std::vector<LightPtr> lights;
+};
+
+// Texels differing by more than a tolerance in any colour channel: how
+// many, the largest difference anywhere and where the first one is.
+struct Differences
+{
+    int         count   = 0;
+    float       largest = 0.0f;
+    std::string first;
+};
+
+Differences compare(const LitImage &a, const LitImage &b, float tolerance)
+{
+    Differences result;
+    for(int y = 0; y < a.height(); ++y)
+        for(int x = 0; x < a.width(); ++x)
+            for(int c = 0; c < 3; ++c)
+            {
+                const float d = std::fabs(a.at(x, y, c) - b.at(x, y, c));
+                result.largest = std::max(result.largest, d);
+                if(d <= tolerance)
+                    continue;
+                if(result.count++ == 0)
+                    result.first = "pixel " + std::to_string(x) + "," + std::to_string(y) +
+                                   " channel " + std::to_string(c) + ": " +
+                                   std::to_string(a.at(x, y, c)) + " against " +
+                                   std::to_string(b.at(x, y, c));
+            }
+    return result;
+}
+
+const BatchCase s_cases[] =
+{
+    // name                points spots spread range camera
+    {"OneLight",              1,    0,  1.0f,  4.0f, false},
+    {"SeventeenMixed",       12,    5,  3.0f,  2.5f, false},
+    {"ThreeHundredLocal",   260,   40,  4.0f,  1.2f, false},
+    {"PartlyOffScreen",      20,    4,  7.0f,  2.0f, false},
+    {"CameraInsideARange",    8,    2,  2.0f,  2.0f, true },
+};
+
+class DeferredLightBatchCaseTest : public DeferredLightBatchTest,
+                                   public ::testing::WithParamInterface<BatchCase>
+{
+};
+
+TEST_P(DeferredLightBatchCaseTest, MatchesTheVolumePathWithinOneStep)
+{
+    const BatchCase &c = GetParam();
+    buildScene();
+    addLights(c);
+
+    renderFrame();
+    LitImage volumes(viewport);
+
+    viewport->setLightBatching(true);
+    renderFrame();
+    LitImage batched(viewport);
+    for(const auto &entry : viewport->getLights())
+    {
+        EXPECT_TRUE(entry.second->isBatched());
+    }
+    EXPECT_GT(viewport->getLightBatch()->getNumTileEntries(), 0u);
+
+    // Switching back restores every volume and the emissive pass.
+    viewport->setLightBatching(false);
+    renderFrame();
+    LitImage volumesAgain(viewport);
+
+    ASSERT_GT(volumes.maxValue(), 0.1f);
+    const Differences batchedOff = compare(volumes, batched, 1.0f / 255.0f);
+    EXPECT_EQ(batchedOff.count, 0) << batchedOff.first << "; largest " << batchedOff.largest;
+    const Differences restoredOff = compare(volumes, volumesAgain, 1e-6f);
+    EXPECT_EQ(restoredOff.count, 0) << restoredOff.first;
+}
+
+INSTANTIATE_TEST_SUITE_P(Scenes, DeferredLightBatchCaseTest, ::testing::ValuesIn(s_cases),
+                         [](const ::testing::TestParamInfo<BatchCase> &info)
+                         { return std::string(info.param.name); });
+
+TEST_F(DeferredLightBatchTest, ShadowedAndDirectionalLightsStayVolumes)
+{
+    buildScene();
+    boost::random::mt19937 random(7);
+    addLight(PointLight::create(), Pnt3f(0.5f, 0.5f, 2.0f), 3.0f, 0.6f, random);
+
+    SpotLightPtr shadowed = SpotLight::create();
+    beginEditCP(shadowed);
+    shadowed->setDirection(Vec3f(0, 0, -1));
+    shadowed->setSpotCutOff(0.6f);
+    endEditCP(shadowed);
+    addLight(shadowed, Pnt3f(-0.5f, 0.0f, 3.0f), 5.0f, 0.6f, random);
+    beginEditCP(shadowed, Light::ShadowIntensityFieldMask);
+    shadowed->setShadowIntensity(0.3f);
+    endEditCP(shadowed, Light::ShadowIntensityFieldMask);
+
+    DirectionalLightPtr sun = DirectionalLight::create();
+    beginEditCP(sun);
+    sun->setDirection(Vec3f(0.3f, 0.2f, 1.0f));
+    sun->setDiffuse(Color4f(0.3f, 0.3f, 0.3f, 1));
+    sun->setSpecular(Color4f(0.0f, 0.0f, 0.0f, 1));
+    sun->setShadowIntensity(1.0f);
+    endEditCP(sun);
+    addRefCP(sun);
+    lights.push_back(sun);
+    viewport->addLight(sun);
+
+    renderFrame();
+    LitImage volumes(viewport);
+
+    viewport->setLightBatching(true);
+    renderFrame();
+    LitImage batched(viewport);
+
+    int batchedLights = 0;
+    for(const auto &entry : viewport->getLights())
+        batchedLights += entry.second->isBatched() ? 1 : 0;
+    EXPECT_EQ(batchedLights, 1);
+
+    const Differences off = compare(volumes, batched, 1.0f / 255.0f);
+    EXPECT_EQ(off.count, 0) << off.first << "; largest " << off.largest;
+}
+
+TEST_F(DeferredLightBatchTest, LightsOffOrOutOfViewListNowhere)
+{
+    buildScene();
+    boost::random::mt19937 random(3);
+    // Behind the camera, far to the side, and one that is off.
+    addLight(PointLight::create(), Pnt3f(0.0f, 0.0f, 9.0f), 1.0f, 0.5f, random);
+    addLight(PointLight::create(), Pnt3f(30.0f, 0.0f, 0.0f), 1.0f, 0.5f, random);
+    addLight(PointLight::create(), Pnt3f(0.0f, 0.0f, 1.0f), 1.0f, 0.5f, random);
+    beginEditCP(lights.back(), Light::OnFieldMask);
+    lights.back()->setOn(false);
+    endEditCP(lights.back(), Light::OnFieldMask);
+
+    viewport->setLightBatching(true);
+    renderFrame();
+    EXPECT_EQ(viewport->getLightBatch()->getNumTileEntries(), 0u);
+
+    // Only emission is left.
+    LitImage image(viewport);
+    EXPECT_NEAR(image.at(2, 2, 0), 0.0f, 1e-6f);
+    EXPECT_GT(image.maxValue(), 0.1f);
+}
+
+// Every pixel a sphere's outline covers lies in its rectangle: sample the
+// outline densely and check each sample's pixel against the rectangle.
+TEST(DeferredLightBatchBounds, RectangleHoldsTheSpheresOutline)
+{
+    Matrix projection;
+    MatrixPerspective(projection, deg2rad(30.0f), 1.5f, 1.0f, 100.0f);
+    const Int32 width = 96, height = 64;
+
+    struct Sphere { Vec3f center; Real32 radius; bool visible; bool wholeScreen; };
+    const Sphere spheres[] =
+    {
+        {Vec3f( 0.0f,  0.0f, -10.0f), 1.0f, true,  false},
+        {Vec3f( 3.0f,  1.5f, -10.0f), 1.0f, true,  false},  // partly off the edge
+        {Vec3f(-1.0f,  0.5f,  -4.0f), 0.5f, true,  false},
+        {Vec3f(30.0f,  0.0f, -10.0f), 1.0f, false, false},  // beside the view
+        {Vec3f( 0.0f,  0.0f,   5.0f), 2.0f, false, false},  // behind the camera
+        {Vec3f( 0.0f,  0.0f,  -1.5f), 1.0f, true,  true },  // across the near plane
+    };
+
+    for(const Sphere &s : spheres)
+    {
+        Int32 x0 = -1, y0 = -1, x1 = -1, y1 = -1;
+        const bool covered = DeferredLightBatch::screenBounds(s.center, s.radius, projection, 1.0f,
+                                                              width, height, x0, y0, x1, y1);
+        ASSERT_EQ(covered, s.visible) << "sphere at " << s.center;
+        if(!covered)
+            continue;
+        if(s.wholeScreen)
+        {
+            EXPECT_TRUE(x0 == 0 && y0 == 0 && x1 == width && y1 == height);
+            continue;
+        }
+
+        int inside = 0;
+        for(int i = 0; i < 64; ++i)
+        {
+            for(int j = 0; j <= 32; ++j)
+            {
+                const Real32 theta = 2.0f * Pi * Real32(i) / 64.0f;
+                const Real32 phi   = Pi * Real32(j) / 32.0f;
+                Vec4f p(s.center[0] + s.radius * std::sin(phi) * std::cos(theta),
+                        s.center[1] + s.radius * std::sin(phi) * std::sin(theta),
+                        s.center[2] + s.radius * std::cos(phi), 1.0f);
+                projection.multMatrixVec(p);
+                const Real32 px = (p[0] / p[3] * 0.5f + 0.5f) * Real32(width);
+                const Real32 py = (p[1] / p[3] * 0.5f + 0.5f) * Real32(height);
+                if(px < 0.0f || py < 0.0f || px >= width || py >= height)
+                    continue;
+                ++inside;
+                EXPECT_TRUE(px >= x0 && px <= x1 && py >= y0 && py <= y1)
+                    << "sphere at " << s.center << ": point at " << px << "," << py
+                    << " outside " << x0 << "," << y0 << " - " << x1 << "," << y1;
+            }
+        }
+        EXPECT_GT(inside, 0);
+        // Not the whole screen for a small sphere well in front.
+        EXPECT_LT((x1 - x0) * (y1 - y0), width * height);
+    }
+}
+
+} // namespace
