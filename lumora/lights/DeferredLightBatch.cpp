@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 
 OSG_BEGIN_NAMESPACE
 
@@ -14,10 +15,6 @@ PolygonChunkPtr DeferredLightBatch::s_CullingOptions = NullFC;
 
 namespace
 {
-// Records per row of the light texture.
-const Int32 RecordsPerRow = 256;
-const Int32 LightWidth    = RecordsPerRow * DeferredLightBatch::RecordTexels;
-
 Int32 roundUpToPowerOfTwo(Int32 value)
 {
     Int32 result = 1;
@@ -51,20 +48,30 @@ ImagePtr createFloatImage(Int32 width, Int32 height)
 }
 } // namespace
 
-// The point and spot models of the volume path, summed in one loop; a
-// light's record is five texels: position and radius, diffuse and cosine
-// of the cut-off (below -1 for a point light), specular and exponent,
-// attenuation, direction.
+// The point and spot models of the volume path, summed in one loop per
+// kind. A point light's record: position and the reach beyond which the
+// volume draws nothing, diffuse and linear attenuation, specular and
+// quadratic attenuation; colours and terms are divided by the constant
+// term, which leaves 1 or, when there is none, 0, told by the reach's sign.
+// A spot light's record adds its direction and cut-off cosine, then its
+// exponent.
 const char *DeferredLightBatch::s_strBatchFragmentMain =
     "uniform sampler2D texLightTiles;\n"
     "uniform sampler2D texLightData;\n"
     "uniform vec2 vTileScale;\n"
-    "uniform vec2 vDataScale;\n"
     "uniform float fDataWidth;\n"
     "varying vec4 vScreenCoord;\n"
     "vec4 lightTexel(float fCol, float fRow)\n"
     "{\n"
-    "    return texture2D(texLightData, (vec2(fCol, fRow) + 0.5) * vDataScale);\n"
+    "    return texelFetch2D(texLightData, ivec2(int(fCol), int(fRow)), 0);\n"
+    "}\n"
+    "vec3 shadeLight(GeometryData data, vec3 vV, vec3 vL, vec3 vDiffuse, vec3 vSpecular)\n"
+    "{\n"
+    "    vec3 vN = data.vNormal;\n"
+    "    float fNdotL = max(0.0, dot(vN, vL));\n"
+    "    vec3 vR = normalize(reflect(-vL, vN));\n"
+    "    float fRdotV = pow(max(0.0, dot(vR, vV)), max(1.0, data.fShininess));\n"
+    "    return fNdotL * data.vDiffuse.rgb * vDiffuse + fRdotV * vSpecular * data.vSpecular;\n"
     "}\n"
     "void main(void)\n"
     "{\n"
@@ -74,34 +81,51 @@ const char *DeferredLightBatch::s_strBatchFragmentMain =
     "    vec4 vTile = texture2D(texLightTiles, gl_FragCoord.xy * vTileScale);\n"
     "    float fCol = vTile.x;\n"
     "    float fRow = vTile.y;\n"
-    "    int nCount = int(vTile.z + 0.5);\n"
-    "    vec3 vN = data.vNormal;\n"
+    "    int nPoints = int(vTile.z + 0.5);\n"
+    "    int nSpots = int(vTile.w + 0.5);\n"
     "    vec3 vV = normalize(-data.vPosition);\n"
-    "    float fShininess = max(1.0, data.fShininess);\n"
-    "    for(int i = 0; i < nCount; ++i)\n"
+    "    for(int i = 0; i < nPoints; ++i)\n"
     "    {\n"
-    "        vec4 vPositionRadius = lightTexel(fCol, fRow);\n"
-    "        vec3 vToLight = vPositionRadius.xyz - data.vPosition;\n"
+    "        vec4 vA = lightTexel(fCol, fRow);\n"
+    "        vec3 vToLight = vA.xyz - data.vPosition;\n"
     "        float fDist = length(vToLight);\n"
-    "        if(fDist < vPositionRadius.w)\n"
+    "        if(fDist < abs(vA.w))\n"
     "        {\n"
-    "            vec4 vDiffuseCutoff = lightTexel(fCol + 1.0, fRow);\n"
-    "            vec4 vSpecularExponent = lightTexel(fCol + 2.0, fRow);\n"
-    "            vec3 vAttenuation = lightTexel(fCol + 3.0, fRow).xyz;\n"
-    "            vec3 vL = normalize(vToLight);\n"
-    "            float fFactor = 1.0 / (vAttenuation.x + vAttenuation.y * fDist + vAttenuation.z * fDist * fDist);\n"
-    "            if(vDiffuseCutoff.w >= -1.0)\n"
-    "            {\n"
-    "                float fSpot = dot(lightTexel(fCol + 4.0, fRow).xyz, -vL);\n"
-    "                fFactor = fSpot > vDiffuseCutoff.w ? fFactor * pow(fSpot, vSpecularExponent.w) : 0.0;\n"
-    "            }\n"
-    "            float fNdotL = max(0.0, dot(vN, vL));\n"
-    "            vec3 vR = normalize(reflect(-vL, vN));\n"
-    "            float fRdotV = pow(max(0.0, dot(vR, vV)), fShininess);\n"
-    "            vSum += fFactor * (fNdotL * data.vDiffuse.rgb * vDiffuseCutoff.rgb + fRdotV * vSpecularExponent.rgb * data.vSpecular);\n"
+    "            vec4 vB = lightTexel(fCol + 1.0, fRow);\n"
+    "            vec4 vC = lightTexel(fCol + 2.0, fRow);\n"
+    "            float fAttenuation = 1.0 / (step(0.0, vA.w) + vB.w * fDist + vC.w * fDist * fDist);\n"
+    "            vSum += fAttenuation * shadeLight(data, vV, normalize(vToLight), vB.rgb, vC.rgb);\n"
+    "        }\n"
+    "        fCol += 3.0;\n"
+    "        if(fCol + 3.0 > fDataWidth)\n"
+    "        {\n"
+    "            fCol = 0.0;\n"
+    "            fRow += 1.0;\n"
+    "        }\n"
+    "    }\n"
+    "    if(fCol + 5.0 > fDataWidth)\n"
+    "    {\n"
+    "        fCol = 0.0;\n"
+    "        fRow += 1.0;\n"
+    "    }\n"
+    "    for(int i = 0; i < nSpots; ++i)\n"
+    "    {\n"
+    "        vec4 vA = lightTexel(fCol, fRow);\n"
+    "        vec3 vToLight = vA.xyz - data.vPosition;\n"
+    "        float fDist = length(vToLight);\n"
+    "        vec4 vD = lightTexel(fCol + 3.0, fRow);\n"
+    "        vec3 vL = normalize(vToLight);\n"
+    "        float fSpot = dot(vD.xyz, -vL);\n"
+    "        if(fDist < abs(vA.w) && fSpot > vD.w)\n"
+    "        {\n"
+    "            vec4 vB = lightTexel(fCol + 1.0, fRow);\n"
+    "            vec4 vC = lightTexel(fCol + 2.0, fRow);\n"
+    "            float fExponent = lightTexel(fCol + 4.0, fRow).x;\n"
+    "            float fAttenuation = 1.0 / (step(0.0, vA.w) + vB.w * fDist + vC.w * fDist * fDist);\n"
+    "            vSum += fAttenuation * pow(fSpot, fExponent) * shadeLight(data, vV, vL, vB.rgb, vC.rgb);\n"
     "        }\n"
     "        fCol += 5.0;\n"
-    "        if(fCol >= fDataWidth)\n"
+    "        if(fCol + 5.0 > fDataWidth)\n"
     "        {\n"
     "            fCol = 0.0;\n"
     "            fRow += 1.0;\n"
@@ -146,8 +170,11 @@ void DeferredLightBatch::initialize(RenderTarget &gbuffer, UInt16 numGBufferText
     beginEditCP(shaderChunk, ShaderChunk::VertexProgramFieldMask |
                              ShaderChunk::FragmentProgramFieldMask);
     shaderChunk->setVertexProgram(shaders.generateLightVertexShader(ShaderManager::EMISSIVE_LIGHT));
-    shaderChunk->setFragmentProgram(shaders.generateGBufferAccessHeader(numGBufferTextures) +
-                                    s_strBatchFragmentMain);
+    // Texel fetches skip the coordinate arithmetic of texture2D, which
+    // counts in a loop that runs per light and pixel.
+    std::string header = shaders.generateGBufferAccessHeader(numGBufferTextures);
+    header.insert(header.find('\n') + 1, "#extension GL_EXT_gpu_shader4 : require\n");
+    shaderChunk->setFragmentProgram(header + s_strBatchFragmentMain);
     endEditCP(shaderChunk, ShaderChunk::VertexProgramFieldMask |
                            ShaderChunk::FragmentProgramFieldMask);
 
@@ -206,6 +233,60 @@ bool DeferredLightBatch::screenBounds(const Vec3f &center, Real32 radius,
     return x0 < x1 && y0 < y1;
 }
 
+namespace
+{
+// Writes records into rows of LightWidth texels, none across a row's end.
+class RecordWriter
+{
+  public:
+    explicit RecordWriter(std::vector<Real32> &texels) : texels(texels) {}
+
+    // Moves to the next row unless a record of this size fits.
+    void fit(Int32 recordTexels)
+    {
+        if(col + recordTexels > DeferredLightBatch::LightWidth)
+        {
+            col = 0;
+            ++row;
+        }
+    }
+
+    void write(const Real32 *record, Int32 recordTexels)
+    {
+        const size_t at = (size_t(row) * DeferredLightBatch::LightWidth + size_t(col)) * 4;
+        if(texels.size() < at + size_t(recordTexels) * 4)
+            texels.resize((size_t(row) + 1) * DeferredLightBatch::LightWidth * 4);
+        std::copy(record, record + recordTexels * 4, texels.begin() + at);
+        col += recordTexels;
+        fit(recordTexels);
+    }
+
+    Int32 col = 0;
+    Int32 row = 0;
+
+  private:
+    std::vector<Real32> &texels;
+};
+
+// The point light record, or the first three texels of a spot light's.
+void fillRecord(const IDeferredLight::BatchRecord &r, Real32 *texels)
+{
+    // Dividing by the constant term leaves 1 or 0 in its place.
+    const Real32 c     = r.attenuation[0];
+    const Real32 scale = c > 0.0f ? 1.0f / c : 1.0f;
+    const Real32 reach = c > 0.0f ? r.radius : -r.radius;
+    const Real32 values[12] =
+    {
+        r.position[0], r.position[1], r.position[2], reach,
+        r.diffuse [0] * scale, r.diffuse [1] * scale, r.diffuse [2] * scale,
+        r.attenuation[1] * scale,
+        r.specular[0] * scale, r.specular[1] * scale, r.specular[2] * scale,
+        r.attenuation[2] * scale
+    };
+    std::copy(values, values + 12, texels);
+}
+} // namespace
+
 void DeferredLightBatch::setLights(const std::vector<const BatchRecord *> &records,
                                    const Matrix &projection,
                                    const Vec2f  &camNearFar,
@@ -235,58 +316,80 @@ void DeferredLightBatch::setLights(const std::vector<const BatchRecord *> &recor
                 ++tileCounts[size_t(ty) * tilesX + tx];
     }
 
-    tileStarts.resize(numTiles);
+    tileStarts.resize(numTiles + 1);
     numEntries = 0;
     for(size_t t = 0; t < numTiles; ++t)
     {
         tileStarts[t] = numEntries;
         numEntries   += tileCounts[t];
     }
+    tileStarts[numTiles] = numEntries;
 
-    tileTexels.assign(numTiles * 4, 0.0f);
+    tileLights.resize(numEntries);
+    std::vector<UInt32> &next = tileCounts;
     for(size_t t = 0; t < numTiles; ++t)
-    {
-        tileTexels[t * 4 + 0] = Real32((tileStarts[t] % RecordsPerRow) * RecordTexels);
-        tileTexels[t * 4 + 1] = Real32(tileStarts[t] / RecordsPerRow);
-        tileTexels[t * 4 + 2] = Real32(tileCounts[t]);
-    }
-
-    const Int32 rows = osgMax(1, Int32((numEntries + RecordsPerRow - 1) / RecordsPerRow));
-    lightTexels.resize(size_t(rows) * LightWidth * 4);
+        next[t] = tileStarts[t];
     for(size_t i = 0; i < records.size(); ++i)
     {
         const Int32 *rect = &lightRects[i * 4];
         if(rect[0] < 0)
             continue;
-        const BatchRecord &r = *records[i];
-        const Real32 texels[RecordTexels * 4] =
-        {
-            r.position[0],    r.position[1],    r.position[2],    r.radius,
-            r.diffuse[0],     r.diffuse[1],     r.diffuse[2],     r.cosCutoff,
-            r.specular[0],    r.specular[1],    r.specular[2],    r.exponent,
-            r.attenuation[0], r.attenuation[1], r.attenuation[2], 0.0f,
-            r.direction[0],   r.direction[1],   r.direction[2],   0.0f
-        };
         for(Int32 ty = rect[1]; ty <= rect[3]; ++ty)
-        {
             for(Int32 tx = rect[0]; tx <= rect[2]; ++tx)
-            {
-                const UInt32 entry = tileStarts[size_t(ty) * tilesX + tx]++;
-                std::copy(texels, texels + RecordTexels * 4,
-                          lightTexels.begin() + size_t(entry) * RecordTexels * 4);
-            }
+                tileLights[next[size_t(ty) * tilesX + tx]++] = UInt32(i);
+    }
+
+    // The records, tile by tile: the shader walks them with the same rule.
+    tileTexels.assign(numTiles * 4, 0.0f);
+    RecordWriter writer(lightTexels);
+    Real32 record[SpotTexels * 4];
+    for(size_t t = 0; t < numTiles; ++t)
+    {
+        writer.fit(PointTexels);
+        tileTexels[t * 4 + 0] = Real32(writer.col);
+        tileTexels[t * 4 + 1] = Real32(writer.row);
+
+        UInt32 points = 0, spots = 0;
+        for(UInt32 e = tileStarts[t]; e < tileStarts[t + 1]; ++e)
+        {
+            const BatchRecord &r = *records[tileLights[e]];
+            if(r.cosCutoff >= -1.0f)
+                continue;
+            fillRecord(r, record);
+            writer.write(record, PointTexels);
+            ++points;
         }
+        writer.fit(SpotTexels);
+        for(UInt32 e = tileStarts[t]; e < tileStarts[t + 1]; ++e)
+        {
+            const BatchRecord &r = *records[tileLights[e]];
+            if(r.cosCutoff < -1.0f)
+                continue;
+            fillRecord(r, record);
+            const Real32 spot[8] =
+            {
+                r.direction[0], r.direction[1], r.direction[2], r.cosCutoff,
+                r.exponent, 0.0f, 0.0f, 0.0f
+            };
+            std::copy(spot, spot + 8, record + PointTexels * 4);
+            writer.write(record, SpotTexels);
+            ++spots;
+        }
+        tileTexels[t * 4 + 2] = Real32(points);
+        tileTexels[t * 4 + 3] = Real32(spots);
     }
 
     // Light rows grow by powers of two, so that a light count changing
-    // from frame to frame does not reallocate the texture each time.
-    // An image one row high would become a 1D texture, which the 2D
-    // samplers cannot read: both keep at least two rows.
+    // from frame to frame does not reallocate the texture each time. An
+    // image one row high would become a 1D texture, which the 2D samplers
+    // cannot read: both keep at least two rows.
+    const Int32 rows = writer.row + (writer.col > 0 ? 1 : 0);
+    lightTexels.resize(size_t(osgMax(rows, 1)) * LightWidth * 4);
     Int32 lightRows = lightImage->getHeight();
     if(lightRows < rows)
         lightRows = roundUpToPowerOfTwo(rows);
-    upload(tileTexture,  tilesX,     tilesY, osgMax(2, tilesY), tileTexels);
-    upload(lightTexture, LightWidth, rows,   lightRows, lightTexels);
+    upload(tileTexture,  tilesX,     tilesY,          osgMax(2, tilesY), tileTexels);
+    upload(lightTexture, LightWidth, osgMax(rows, 1), lightRows,         lightTexels);
 
     Matrix invProjection;
     projection.inverse(invProjection);
@@ -297,8 +400,6 @@ void DeferredLightBatch::setLights(const std::vector<const BatchRecord *> &recor
     parameterChunk->setUniformParameter("vTileScale",
         Vec2f(1.0f / Real32(TileSize * tilesX),
               1.0f / Real32(TileSize * tileImage->getHeight())));
-    parameterChunk->setUniformParameter("vDataScale",
-        Vec2f(1.0f / Real32(LightWidth), 1.0f / Real32(lightRows)));
     parameterChunk->setUniformParameter("fDataWidth", Real32(LightWidth));
     endEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
 }

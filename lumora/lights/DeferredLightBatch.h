@@ -17,14 +17,19 @@ OSG_BEGIN_NAMESPACE
 // lists the lights whose sphere of influence may touch it, and each pixel
 // reads the G-buffer once and loops over its tile's lights. Lights and
 // tile lists live in float textures, so their number is bounded by the
-// texture size rather than by the uniform limit.
+// texture size rather than by the uniform limit. A tile's lights are
+// copied into one run of records, point lights first, so that a pixel
+// reads them in order without indirection.
 class DeferredLightBatch : public IDeferredLight
 {
   public:
     // Pixels along a tile's side.
     static constexpr Int32 TileSize = 32;
-    // Texels of one light's record in the light texture.
-    static constexpr Int32 RecordTexels = 5;
+    // Texels of a point and of a spot light's record in the light texture,
+    // and texels in one of its rows; no record crosses a row's end.
+    static constexpr Int32 PointTexels = 3;
+    static constexpr Int32 SpotTexels  = 5;
+    static constexpr Int32 LightWidth  = 1280;
 
     DeferredLightBatch(void);
     virtual ~DeferredLightBatch(void);
@@ -88,6 +93,7 @@ class DeferredLightBatch : public IDeferredLight
     // Kept between frames to spare the allocations.
     std::vector<UInt32> tileCounts;
     std::vector<UInt32> tileStarts;
+    std::vector<UInt32> tileLights;
     std::vector<Int32>  lightRects;
     std::vector<Real32> tileTexels;
     std::vector<Real32> lightTexels;
