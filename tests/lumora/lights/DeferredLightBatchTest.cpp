@@ -34,8 +34,14 @@ struct BatchCase
     int         spots;
     Real32      spread;        // lights in a box of +-spread around the view's centre
     Real32      range;         // of each light, from its attenuation
+    Real32      constant;      // constant attenuation term
     bool        lightAtCamera; // one more light whose range holds the camera
 };
+
+void PrintTo(const BatchCase &c, std::ostream *out)
+{
+    *out << c.name;
+}
 
 class DeferredLightBatchTest : public DeferredSceneTest
 {
@@ -82,14 +88,14 @@ class DeferredLightBatchTest : public DeferredSceneTest
     // Quadratic attenuation whose reach is range; colours kept dim so that
     // hundreds of lights stay within the half-float buffer's fine steps.
     void addLight(LightPtr light, const Pnt3f &position, Real32 range, Real32 brightness,
-                  boost::random::mt19937 &random)
+                  boost::random::mt19937 &random, Real32 constant = 1.0f)
     {
         boost::random::uniform_real_distribution<Real32> colour(0.3f, 1.0f);
         beginEditCP(light);
         light->setDiffuse (Color4f(brightness * colour(random), brightness * colour(random),
                                    brightness * colour(random), 1));
         light->setSpecular(Color4f(brightness, brightness, brightness, 1));
-        light->setConstantAttenuation (1.0f);
+        light->setConstantAttenuation (constant);
         light->setLinearAttenuation   (0.0f);
         light->setQuadraticAttenuation(1.0f / (0.001f * range * range));
         light->setShadowIntensity(1.0f);
@@ -115,7 +121,7 @@ class DeferredLightBatchTest : public DeferredSceneTest
 
         for(int i = 0; i < c.points; ++i)
             addLight(PointLight::create(), Pnt3f(across(random), across(random), height(random)),
-                     c.range, brightness, random);
+                     c.range, brightness, random, c.constant);
         for(int i = 0; i < c.spots; ++i)
         {
             SpotLightPtr spot = SpotLight::create();
@@ -126,11 +132,15 @@ class DeferredLightBatchTest : public DeferredSceneTest
             spot->setSpotCutOff(angle(random));
             spot->setSpotExponent(angle(random) * 10.0f);
             endEditCP(spot);
-            addLight(spot, Pnt3f(across(random), across(random), 2.0f + height(random)),
-                     c.range * 1.5f, brightness, random);
+            addLight(spot, Pnt3f(across(random), across(random), 1.5f + 0.5f * height(random)),
+                     c.range * 1.5f, brightness, random, c.constant);
         }
         if(c.lightAtCamera)
+        {
             addLight(PointLight::create(), Pnt3f(0.3f, -0.2f, 4.2f), 6.0f, 0.5f, random);
+            // In front of the camera, its sphere reaching behind it.
+            addLight(PointLight::create(), Pnt3f(-0.4f, 0.3f, 3.5f), 2.5f, 0.5f, random);
+        }
     }
 
     std::vector<LightPtr> lights;
@@ -167,12 +177,12 @@ Differences compare(const LitImage &a, const LitImage &b, float tolerance)
 
 const BatchCase s_cases[] =
 {
-    // name                points spots spread range camera
-    {"OneLight",              1,    0,  1.0f,  4.0f, false},
-    {"SeventeenMixed",       12,    5,  3.0f,  2.5f, false},
-    {"ThreeHundredLocal",   260,   40,  4.0f,  1.2f, false},
-    {"PartlyOffScreen",      20,    4,  7.0f,  2.0f, false},
-    {"CameraInsideARange",    8,    2,  2.0f,  2.0f, true },
+    // name                points spots spread range constant camera
+    {"OneLight",              1,    0,  1.0f,  4.0f,  1.0f,   false},
+    {"SeventeenMixed",       12,    5,  3.0f, 30.0f,  0.0f,   false},
+    {"ThreeHundredLocal",   260,   40,  4.0f,  1.2f,  1.0f,   false},
+    {"PartlyOffScreen",      20,    4,  7.0f,  2.0f,  0.5f,   false},
+    {"CameraInsideARange",    8,    2,  2.0f,  2.0f,  1.0f,   true },
 };
 
 class DeferredLightBatchCaseTest : public DeferredLightBatchTest,
@@ -213,6 +223,25 @@ TEST_P(DeferredLightBatchCaseTest, MatchesTheVolumePathWithinOneStep)
 INSTANTIATE_TEST_SUITE_P(Scenes, DeferredLightBatchCaseTest, ::testing::ValuesIn(s_cases),
                          [](const ::testing::TestParamInfo<BatchCase> &info)
                          { return std::string(info.param.name); });
+
+// Lower than a tile: one row of tiles.
+TEST_F(DeferredLightBatchTest, AViewportLowerThanATileMatchesToo)
+{
+    window->resize(Size, 20);
+    buildScene();
+    addLights({"Low", 10, 3, 2.0f, 20.0f, 1.0f, false});
+
+    renderFrame();
+    LitImage volumes(viewport);
+    viewport->setLightBatching(true);
+    renderFrame();
+    LitImage batched(viewport);
+
+    ASSERT_EQ(batched.height(), 20);
+    ASSERT_GT(volumes.at(Size / 2, 19, 0), 0.05f);
+    const Differences off = compare(volumes, batched, 1.0f / 255.0f);
+    EXPECT_EQ(off.count, 0) << off.first << "; largest " << off.largest;
+}
 
 TEST_F(DeferredLightBatchTest, ShadowedAndDirectionalLightsStayVolumes)
 {
@@ -296,6 +325,7 @@ TEST(DeferredLightBatchBounds, RectangleHoldsTheSpheresOutline)
         {Vec3f(30.0f,  0.0f, -10.0f), 1.0f, false, false},  // beside the view
         {Vec3f( 0.0f,  0.0f,   5.0f), 2.0f, false, false},  // behind the camera
         {Vec3f( 0.0f,  0.0f,  -1.5f), 1.0f, true,  true },  // across the near plane
+        {Vec3f( 1.2f,  0.8f,  -1.3f), 1.4f, true,  true },  // and behind the camera
     };
 
     for(const Sphere &s : spheres)
@@ -308,8 +338,8 @@ TEST(DeferredLightBatchBounds, RectangleHoldsTheSpheresOutline)
             continue;
         if(s.wholeScreen)
         {
-            EXPECT_TRUE(x0 == 0 && y0 == 0 && x1 == width && y1 == height);
-            continue;
+            EXPECT_TRUE(x0 == 0 && y0 == 0 && x1 == width && y1 == height)
+                << "sphere at " << s.center;
         }
 
         int inside = 0;
@@ -322,6 +352,8 @@ TEST(DeferredLightBatchBounds, RectangleHoldsTheSpheresOutline)
                 Vec4f p(s.center[0] + s.radius * std::sin(phi) * std::cos(theta),
                         s.center[1] + s.radius * std::sin(phi) * std::sin(theta),
                         s.center[2] + s.radius * std::cos(phi), 1.0f);
+                if(p[2] > -1.0f)
+                    continue;  // clipped by the near plane
                 projection.multMatrixVec(p);
                 const Real32 px = (p[0] / p[3] * 0.5f + 0.5f) * Real32(width);
                 const Real32 py = (p[1] / p[3] * 0.5f + 0.5f) * Real32(height);
@@ -334,8 +366,10 @@ TEST(DeferredLightBatchBounds, RectangleHoldsTheSpheresOutline)
             }
         }
         EXPECT_GT(inside, 0);
-        // Not the whole screen for a small sphere well in front.
-        EXPECT_LT((x1 - x0) * (y1 - y0), width * height);
+        if(!s.wholeScreen)
+        {
+            EXPECT_LT((x1 - x0) * (y1 - y0), width * height) << "sphere at " << s.center;
+        }
     }
 }
 
