@@ -238,7 +238,7 @@ TEST_F(DeferredLightBatchTest, AViewportLowerThanATileMatchesToo)
     LitImage batched(viewport);
 
     ASSERT_EQ(batched.height(), 20);
-    ASSERT_GT(volumes.at(Size / 2, 19, 0), 0.05f);
+    ASSERT_GT(volumes.at(Size / 2, 19, 0), 0.02f);
     const Differences off = compare(volumes, batched, 1.0f / 255.0f);
     EXPECT_EQ(off.count, 0) << off.first << "; largest " << off.largest;
 }

@@ -2,6 +2,7 @@
 #include "lumora/lights/LitImage.h"
 
 #include <Lumora/DeferredDirectionalLight.h>
+#include <Lumora/DeferredLightBatch.h>
 #include <Lumora/DeferredPointLight.h>
 #include <Lumora/DeferredSpotLight.h>
 
@@ -134,9 +135,12 @@ class DeferredLightRegistryTest : public DeferredSceneTest
         return children;
     }
 
-    std::vector<NodePtr> onlyEmissive(DeferredRenderingViewportPtr port) const
+    // What the light root holds without lights: the emissive pass and the
+    // light batch's pass.
+    std::vector<NodePtr> screenPasses(DeferredRenderingViewportPtr port) const
     {
-        return std::vector<NodePtr>(1, port->getEmissiveLight()->getVolumeRoot());
+        return {port->getEmissiveLight()->getVolumeRoot(),
+                port->getLightBatch()->getVolumeRoot()};
     }
 
     // A white plane that any of the lights above lights at the centre.
@@ -156,14 +160,14 @@ class DeferredLightRegistryTest : public DeferredSceneTest
 TEST_F(DeferredLightRegistryTest, NewViewportHoldsOnlyTheEmissiveVolume)
 {
     ASSERT_NE(viewport->getEmissiveLight(), nullptr);
-    EXPECT_EQ(lightRootChildren(viewport), onlyEmissive(viewport));
+    EXPECT_EQ(lightRootChildren(viewport), screenPasses(viewport));
     EXPECT_TRUE(viewport->getLights().empty());
 
     DeferredRenderingViewportPtr other = DeferredRenderingViewport::create();
     addRefCP(other);
     ASSERT_NE(other->getEmissiveLight(), nullptr);
     EXPECT_NE(other->getEmissiveLight(), viewport->getEmissiveLight());
-    EXPECT_EQ(lightRootChildren(other), onlyEmissive(other));
+    EXPECT_EQ(lightRootChildren(other), screenPasses(other));
     subRefCP(other);
 }
 
@@ -183,7 +187,7 @@ TEST_F(DeferredLightRegistryTest, SameLightAddedTwiceMakesOneDeferredLight)
     viewport->addLight(light);
     renderFrame();
     EXPECT_EQ(viewport->getLights().size(), 1u);
-    EXPECT_EQ(lightRootChildren(viewport).size(), 2u);
+    EXPECT_EQ(lightRootChildren(viewport).size(), 3u);
     EXPECT_NEAR(centre(), once, 0.001f);
     subRefCP(light);
 }
@@ -199,7 +203,7 @@ TEST_F(DeferredLightRegistryTest, LightThatIsOffWhenAddedStaysUnregistered)
     setOn(light, true);
     renderFrame();
     EXPECT_TRUE(viewport->getLights().empty());
-    EXPECT_EQ(lightRootChildren(viewport), onlyEmissive(viewport));
+    EXPECT_EQ(lightRootChildren(viewport), screenPasses(viewport));
     EXPECT_EQ(LitImage(viewport).maxValue(), 0.0f);
     subRefCP(light);
 }
@@ -220,10 +224,10 @@ TEST_F(DeferredLightRegistryTest, RemovingBeforeTheFirstFrameDeletesTheLight)
     EXPECT_TRUE(viewport->getLights().empty());
     EXPECT_EQ(volume.getRefCount(), 1);
     EXPECT_EQ(volume->getParent(), NullFC);
-    EXPECT_EQ(lightRootChildren(viewport), onlyEmissive(viewport));
+    EXPECT_EQ(lightRootChildren(viewport), screenPasses(viewport));
 
     renderFrame();
-    EXPECT_EQ(lightRootChildren(viewport), onlyEmissive(viewport));
+    EXPECT_EQ(lightRootChildren(viewport), screenPasses(viewport));
     EXPECT_EQ(LitImage(viewport).maxValue(), 0.0f);
 
     subRefCP(volume);
@@ -242,7 +246,7 @@ TEST_F(DeferredLightRegistryTest, VolumeJoinsTheLightRootAtTheFirstFrameAndSubLi
 
     renderFrame();
     EXPECT_EQ(volume->getParent(), viewport->getLightRoot());
-    EXPECT_EQ(lightRootChildren(viewport).size(), 2u);
+    EXPECT_EQ(lightRootChildren(viewport).size(), 3u);
     const float lit = centre();
     EXPECT_GT(lit, 0.1f);
 
@@ -250,7 +254,7 @@ TEST_F(DeferredLightRegistryTest, VolumeJoinsTheLightRootAtTheFirstFrameAndSubLi
     EXPECT_TRUE(viewport->getLights().empty());
     EXPECT_EQ(volume->getParent(), NullFC);
     EXPECT_EQ(volume.getRefCount(), 1);
-    EXPECT_EQ(lightRootChildren(viewport), onlyEmissive(viewport));
+    EXPECT_EQ(lightRootChildren(viewport), screenPasses(viewport));
 
     renderFrame();
     EXPECT_EQ(LitImage(viewport).maxValue(), 0.0f);
@@ -264,7 +268,7 @@ TEST_F(DeferredLightRegistryTest, VolumeJoinsTheLightRootAtTheFirstFrameAndSubLi
     ASSERT_EQ(viewport->getLights().size(), 1u);
     EXPECT_NE(viewport->getLights().at(light)->getVolumeRoot(), volume);
     renderFrame();
-    EXPECT_EQ(lightRootChildren(viewport).size(), 2u);
+    EXPECT_EQ(lightRootChildren(viewport).size(), 3u);
     EXPECT_NEAR(centre(), lit, 0.001f);
 
     subRefCP(volume);
@@ -309,7 +313,7 @@ TEST_F(DeferredLightRegistryTest, UnsupportedLightTypeIsLeftOutWithAWarning)
     // Nothing half-made is left to trip the next frame.
     addLitPlane();
     renderFrame();
-    EXPECT_EQ(lightRootChildren(viewport), onlyEmissive(viewport));
+    EXPECT_EQ(lightRootChildren(viewport), screenPasses(viewport));
     EXPECT_EQ(LitImage(viewport).maxValue(), 0.0f);
     subRefCP(light);
 }
@@ -347,7 +351,7 @@ TEST_F(DeferredLightRegistryTest, DestroyingTheViewportDeletesEachLightOnce)
         volumes.push_back(port->getLights().at(light)->getVolumeRoot());
         addRefCP(volumes.back());
     }
-    EXPECT_EQ(lightRootChildren(port).size(), 4u);
+    EXPECT_EQ(lightRootChildren(port).size(), 5u);
 
     beginEditCP(window, Window::PortFieldMask);
     window->subPort(port);
