@@ -23,7 +23,7 @@ class ForwardRenderer
 {
   public:
     // Lights one pass shades; an object reached by more gets more passes.
-    static const int MaxPassLights = 8;
+    static constexpr int MaxPassLights = 8;
 
     // What the last frame drew.
     struct FrameStats

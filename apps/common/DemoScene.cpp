@@ -685,12 +685,20 @@ NodePtr buildStreet(void)
         polished->setShininess(96.f);
         endEditCP(polished);
         const Real32 radius = random.next(0.35f, 0.7f);
+        Real32       x      = random.next(-12.f, 12.f);
         Real32       z      = random.next(-37.f, 37.f);
-        // Clear of the fountain.
-        if(std::fabs(z) < 4.f)
-            z += 8.f;
-        addChild(street, place(makeSphereGeo(3, radius), polished,
-                               random.next(-12.f, 12.f), radius, z));
+        if(i < 4)
+        {
+            // Four on the square, just outside the lamps around the fountain.
+            const Real32 angle = 2.f * Pi * (Real32(i) + 0.3f) / 4.f;
+            x = 3.9f * std::cos(angle);
+            z = 3.9f * std::sin(angle);
+        }
+        else if(std::fabs(z) < 5.f)
+        {
+            z += 10.f;
+        }
+        addChild(street, place(makeSphereGeo(3, radius), polished, x, radius, z));
     }
     return street;
 }
@@ -716,12 +724,13 @@ PerspectiveCameraPtr makeStreetCamera(NodePtr root)
 std::vector<LightPtr> makeStreetLights(NodePtr root, int count)
 {
     // The quadratic term alone reaches 1/1000 at the range, so that the
-    // light volumes end a tenth of the street's width from their lights. The
-    // lights are bright to make up for it and hang low, lighting pools on
-    // the paving and the objects beside them.
+    // light volumes end a tenth of the street's width from their lights.
+    // Bright lights make up for it, hung low to light pools on the paving
+    // and the objects beside them; not brighter, as what a volume cuts off
+    // at its edge grows with the brightness (here 14 / 1211, 3/255).
     const Real32 range     = 0.1f * streetWidth();
     const Real32 quadratic = 1.f / (0.001f * range * range);
-    const Real32 intensity = 10.f;
+    const Real32 intensity = 14.f;
     const int    ring      = 10;
 
     std::vector<LightPtr> lights;
@@ -734,12 +743,12 @@ std::vector<LightPtr> makeStreetLights(NodePtr root, int count)
 
         LightPtr light;
         Pnt3f    position;
-        const bool spot = i >= ring && (i - ring) % 6 == 5;
+        const bool spot = i >= ring && (i - ring) % 6 == 1;
         if(spot)
         {
             // Low on the street, shining across the kerb onto a house front.
             const Real32 side = random.next(0.f, 1.f) < 0.5f ? -1.f : 1.f;
-            position.setValues(side * (s_streetHalfWidth - 1.5f), 1.f,
+            position.setValues(side * (s_streetHalfWidth - 0.8f), 0.9f,
                                random.next(-38.f, 38.f));
             Vec3f direction(side, -0.35f, 0.f);
             direction.normalize();
@@ -756,11 +765,11 @@ std::vector<LightPtr> makeStreetLights(NodePtr root, int count)
             if(i < ring)
             {
                 const Real32 angle = 2.f * Pi * Real32(i) / Real32(ring);
-                position.setValues(3.4f * std::cos(angle), 0.8f, 3.4f * std::sin(angle));
+                position.setValues(3.f * std::cos(angle), 0.6f, 3.f * std::sin(angle));
             }
             else
             {
-                position.setValues(random.next(-18.f, 18.f), random.next(0.5f, 1.2f),
+                position.setValues(random.next(-18.f, 18.f), random.next(0.4f, 1.f),
                                    random.next(-39.f, 39.f));
             }
             light = PointLight::create();
