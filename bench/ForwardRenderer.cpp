@@ -594,6 +594,29 @@ void ForwardRenderer::gatherLights(const Matrix &viewing, const std::vector<Ligh
     }
 }
 
+bool ForwardRenderer::visible(const Matrix &viewProjection, const Object &object) const
+{
+    // Outside when all eight corners of the bounds lie beyond one plane.
+    int outside[6] = {0, 0, 0, 0, 0, 0};
+    for(int corner = 0; corner < 8; ++corner)
+    {
+        const Pnt3f p((corner & 1) ? object.boundsMax[0] : object.boundsMin[0],
+                      (corner & 2) ? object.boundsMax[1] : object.boundsMin[1],
+                      (corner & 4) ? object.boundsMax[2] : object.boundsMin[2]);
+        Vec4f clip;
+        viewProjection.multMatrixVec(Vec4f(p[0], p[1], p[2], 1.f), clip);
+        for(int axis = 0; axis < 3; ++axis)
+        {
+            outside[2 * axis]     += clip[axis] < -clip[3];
+            outside[2 * axis + 1] += clip[axis] >  clip[3];
+        }
+    }
+    for(int plane = 0; plane < 6; ++plane)
+        if(outside[plane] == 8)
+            return false;
+    return true;
+}
+
 bool ForwardRenderer::reaches(const EyeLight &light, const Object &object) const
 {
     if(!light.bounded)
@@ -656,8 +679,10 @@ double ForwardRenderer::render(CameraPtr camera, const std::vector<LightPtr> &li
     camera->getProjection(projection, UInt32(width), UInt32(height));
     gatherLights(viewing, lights);
 
-    // Which lights reach which object, and the objects near to far so that
-    // the depth test spares the shading of what is hidden.
+    // The objects in view, the lights that reach each, and the order near
+    // to far so that the depth test spares the shading of what is hidden.
+    Matrix viewProjection = projection;
+    viewProjection.mult(viewing);
     stats = FrameStats();
     touching.resize(objects.size());
     order.clear();
@@ -665,6 +690,8 @@ double ForwardRenderer::render(CameraPtr camera, const std::vector<LightPtr> &li
     {
         const Object &object = objects[i];
         touching[i].clear();
+        if(!visible(viewProjection, object))
+            continue;
         for(size_t k = 0; k < eyeLights.size(); ++k)
             if(reaches(eyeLights[k], object))
                 touching[i].push_back(int(k));

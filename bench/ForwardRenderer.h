@@ -28,7 +28,7 @@ class ForwardRenderer
     // What the last frame drew.
     struct FrameStats
     {
-        int objects      = 0;  // objects drawn
+        int objects      = 0;  // objects in view, drawn
         int extraPasses  = 0;  // additive draws beyond each object's first
         int maxLights    = 0;  // most lights reaching one object
         int lightObjects = 0;  // light-object pairs shaded
@@ -120,6 +120,7 @@ class ForwardRenderer
     bool readMaterial (osg::MaterialPtr source, Material &result);
     GLuint uploadTexture(osg::TextureChunkPtr chunk);
     void gatherLights (const osg::Matrix &viewing, const std::vector<osg::LightPtr> &lights);
+    bool visible      (const osg::Matrix &viewProjection, const Object &object) const;
     bool reaches      (const EyeLight &light, const Object &object) const;
     void drawPass     (const Object &object, const std::vector<int> &lights, size_t first,
                        bool withEmissive);
