@@ -570,6 +570,229 @@ std::vector<LightPtr> makeLightsAround(NodePtr root, const Pnt3f &center, Real32
     return lights;
 }
 
+namespace
+{
+const Real32 s_streetHalfWidth  = 20.f;
+const Real32 s_streetHalfLength = 40.f;
+const Real32 s_pavingTile       = 8.f;
+const Real32 s_houseDepth       = 6.f;
+const Real32 s_kerbX            = 16.f;
+
+// A fixed sequence, so that the street and its lights are the same in
+// every run and on every machine.
+class StreetRandom
+{
+  public:
+    explicit StreetRandom(UInt32 seed) : state(seed) {}
+
+    // Uniform in [lo, hi).
+    Real32 next(Real32 lo, Real32 hi)
+    {
+        state = state * 1664525u + 1013904223u;
+        return lo + (hi - lo) * Real32(state >> 8) / Real32(1u << 24);
+    }
+
+  private:
+    UInt32 state;
+};
+}
+
+Real32 streetWidth(void)
+{
+    return 2.f * s_streetHalfWidth;
+}
+
+NodePtr buildStreet(void)
+{
+    NodePtr street = makeGroupNode();
+    StreetRandom random(20240611u);
+
+    // Paving in tiles rather than one plane: a light then reaches only the
+    // few tiles around it, for forward rendering as for the volumes.
+    SimpleTexturedMaterialPtr paving = makeTextured(makeTileImage(8), 0.2f, 16.f);
+    for(Real32 x = -s_streetHalfWidth; x < s_streetHalfWidth; x += s_pavingTile)
+        for(Real32 z = -s_streetHalfLength; z < s_streetHalfLength; z += s_pavingTile)
+            addChild(street, placeTurned(makePlaneGeo(s_pavingTile, s_pavingTile, 4, 4), paving,
+                                         Vec3f(x + s_pavingTile / 2.f, 0.f,
+                                               z + s_pavingTile / 2.f),
+                                         Vec3f(1.f, 0.f, 0.f), -Pi / 2.f));
+
+    // Houses on both sides, brick or painted, each under a stone cornice.
+    SimpleTexturedMaterialPtr brick = makeTextured(makeBrickImage(8, 12), 0.1f, 8.f);
+    SimpleMaterialPtr stone = makeMaterial(0.78f, 0.75f, 0.7f);
+    const SimpleMaterialPtr paint[] = {makeMaterial(0.85f, 0.8f, 0.65f),
+                                       makeMaterial(0.65f, 0.75f, 0.8f),
+                                       makeMaterial(0.8f, 0.6f, 0.55f)};
+    const int    housesPerSide = 9;
+    const Real32 houseWidth    = 2.f * s_streetHalfLength / Real32(housesPerSide);
+    for(Real32 side : {-1.f, 1.f})
+    {
+        const Real32 x = side * (s_streetHalfWidth + s_houseDepth / 2.f);
+        for(int i = 0; i < housesPerSide; ++i)
+        {
+            const Real32 z      = -s_streetHalfLength + houseWidth * (Real32(i) + 0.5f);
+            const Real32 height = random.next(6.f, 11.f);
+            MaterialPtr  walls  = i % 3 == 1 ? MaterialPtr(paint[(i / 3) % 3]) : MaterialPtr(brick);
+            addChild(street, place(makeBoxGeo(s_houseDepth, height, houseWidth - 0.3f, 2, 2, 2),
+                                   walls, x, height / 2.f, z));
+            addChild(street, place(makeBoxGeo(s_houseDepth + 0.6f, 0.4f, houseWidth - 0.1f,
+                                              1, 1, 1),
+                                   stone, x - side * 0.3f, height + 0.2f, z));
+        }
+    }
+
+    // Lamp columns along the kerbs, every other globe warm.
+    const SimpleMaterialPtr globes[] = {makeEmissive(Color3f(1.f, 0.8f, 0.5f)),
+                                        makeEmissive(Color3f(0.6f, 0.8f, 1.f))};
+    int column = 0;
+    for(Real32 side : {-1.f, 1.f})
+        for(Real32 z = -36.f; z <= 36.f; z += 8.f, ++column)
+            addChild(street, makeColumn(Vec3f(side * s_kerbX, 0.f, z), stone,
+                                        globes[column % 2]));
+
+    // The fountain on the square in the middle.
+    SimpleMaterialPtr basin = makeMaterial(0.5f, 0.52f, 0.55f);
+    addChild(street, place(makeConicalFrustumGeo(0.5f, 2.2f, 1.9f, 32, true, true, false),
+                           basin, 0.f, 0.25f, 0.f));
+    addChild(street, placeTurned(makeTorusGeo(0.14f, 2.2f, 12, 48), stone,
+                                 Vec3f(0.f, 0.5f, 0.f), Vec3f(1.f, 0.f, 0.f), Pi / 2.f));
+    addChild(street, place(makeCylinderGeo(1.4f, 0.2f, 16, true, true, false), stone,
+                           0.f, 1.2f, 0.f));
+    addChild(street, place(makeSphereGeo(3, 0.5f), makeMaterial(0.9f, 0.75f, 0.3f),
+                           0.f, 2.4f, 0.f));
+
+    // Crates stacked in threes in front of the houses.
+    SimpleTexturedMaterialPtr planks = makeTextured(makePlankImage(), 0.05f, 4.f);
+    for(int i = 0; i < 8; ++i)
+    {
+        const Real32 side = i % 2 ? 1.f : -1.f;
+        const Real32 x    = side * (s_streetHalfWidth - 1.2f);
+        const Real32 z    = -34.f + 9.5f * Real32(i) + random.next(-1.f, 1.f);
+        const Vec3f  at[] = {{x, 0.5f, z}, {x, 0.5f, z + 1.1f}, {x, 1.5f, z + 0.5f}};
+        for(int k = 0; k < 3; ++k)
+            addChild(street, placeTurned(makeBoxGeo(1.f, 1.f, 1.f, 1, 1, 1), planks, at[k],
+                                         Vec3f(0.f, 1.f, 0.f), random.next(-0.3f, 0.3f)));
+    }
+
+    // Polished spheres along the street, hues around the circle.
+    for(int i = 0; i < 12; ++i)
+    {
+        Color3f hue;
+        hue.setValuesHSV(30.f * Real32(i), 0.75f, 0.9f);
+        SimpleMaterialPtr polished = makeMaterial(hue[0], hue[1], hue[2]);
+        beginEditCP(polished);
+        polished->setSpecular (Color3f(0.9f, 0.9f, 0.9f));
+        polished->setShininess(96.f);
+        endEditCP(polished);
+        const Real32 radius = random.next(0.35f, 0.7f);
+        Real32       x      = random.next(-12.f, 12.f);
+        Real32       z      = random.next(-37.f, 37.f);
+        if(i < 4)
+        {
+            // Four on the square, just outside the lamps around the fountain.
+            const Real32 angle = 2.f * Pi * (Real32(i) + 0.3f) / 4.f;
+            x = 3.9f * std::cos(angle);
+            z = 3.9f * std::sin(angle);
+        }
+        else if(std::fabs(z) < 5.f)
+        {
+            z += 10.f;
+        }
+        addChild(street, place(makeSphereGeo(3, radius), polished, x, radius, z));
+    }
+    return street;
+}
+
+PerspectiveCameraPtr makeStreetCamera(NodePtr root)
+{
+    Matrix camMatrix;
+    MatrixLookAt(camMatrix, Pnt3f(0.f, 13.f, 46.f), Pnt3f(0.f, 0.f, -6.f),
+                 Vec3f(0.f, 1.f, 0.f));
+    NodePtr camBeacon = makeTransformNode(camMatrix);
+    addChild(root, camBeacon);
+
+    PerspectiveCameraPtr camera = PerspectiveCamera::create();
+    beginEditCP(camera);
+    camera->setBeacon(camBeacon);
+    camera->setFov(osgdegree2rad(50.f));
+    camera->setNear(0.5f);
+    camera->setFar(150.f);
+    endEditCP(camera);
+    return camera;
+}
+
+std::vector<LightPtr> makeStreetLights(NodePtr root, int count)
+{
+    // The quadratic term alone reaches 1/1000 at the range, so that the
+    // light volumes end a tenth of the street's width from their lights.
+    // Bright lights make up for it, hung low to light pools on the paving
+    // and the objects beside them; not brighter, as what a volume cuts off
+    // at its edge grows with the brightness (here 14 / 1211, 3/255).
+    const Real32 range     = 0.1f * streetWidth();
+    const Real32 quadratic = 1.f / (0.001f * range * range);
+    const Real32 intensity = 14.f;
+    const int    ring      = 10;
+
+    std::vector<LightPtr> lights;
+    StreetRandom random(977u);
+    for(int i = 0; i < count; ++i)
+    {
+        const Color4f hue = hueColor(random.next(0.f, 1.f), 1.f);
+        const Color4f diffuse(intensity * hue[0], intensity * hue[1], intensity * hue[2], 1.f);
+        const Color4f specular(0.6f * diffuse[0], 0.6f * diffuse[1], 0.6f * diffuse[2], 1.f);
+
+        LightPtr light;
+        Pnt3f    position;
+        const bool spot = i >= ring && (i - ring) % 6 == 1;
+        if(spot)
+        {
+            // Low on the street, shining across the kerb onto a house front.
+            const Real32 side = random.next(0.f, 1.f) < 0.5f ? -1.f : 1.f;
+            position.setValues(side * (s_streetHalfWidth - 0.8f), 0.9f,
+                               random.next(-38.f, 38.f));
+            Vec3f direction(side, -0.35f, 0.f);
+            direction.normalize();
+            SpotLightPtr s = SpotLight::create();
+            beginEditCP(s);
+            s->setDirection   (direction);
+            s->setSpotCutOff  (osgdegree2rad(35.f));
+            s->setSpotExponent(2.f);
+            endEditCP(s);
+            light = s;
+        }
+        else
+        {
+            if(i < ring)
+            {
+                const Real32 angle = 2.f * Pi * Real32(i) / Real32(ring);
+                position.setValues(3.f * std::cos(angle), 0.6f, 3.f * std::sin(angle));
+            }
+            else
+            {
+                position.setValues(random.next(-18.f, 18.f), random.next(0.4f, 1.f),
+                                   random.next(-39.f, 39.f));
+            }
+            light = PointLight::create();
+        }
+
+        // A spot light is a point light too.
+        PointLightPtr point = PointLightPtr::dcast(light);
+        beginEditCP(point);
+        point->setPosition   (0.f, 0.f, 0.f);
+        point->setDiffuse    (diffuse);
+        point->setSpecular   (specular);
+        point->setAttenuation(1.f, 0.f, quadratic);
+        point->setShadowIntensity(1.f);
+        point->setBeacon     (lightBeacon(root, position));
+        endEditCP(point);
+        lights.push_back(light);
+    }
+
+    for(LightPtr light : lights)
+        addRefCP(light);
+    return lights;
+}
+
 bool writeFramebufferPng(const std::string &path, int width, int height)
 {
     ImagePtr image = Image::create();

@@ -65,6 +65,28 @@ std::vector<osg::LightPtr> makeLightsAround(osg::NodePtr root, const osg::Pnt3f 
                                             osg::Real32 radius, int pointLights,
                                             int spotLights, bool sun, bool shadows);
 
+// A street of shops and houses, 40 wide and 80 long along Z, paved in
+// 8 x 8 tiles, with lamp columns along both kerbs, a fountain in the middle
+// at the origin, crates by the house fronts and polished spheres about,
+// four of them on the square around the fountain;
+// about two hundred opaque objects and no glass.
+osg::NodePtr buildStreet(void);
+
+// The street's width across X; its lights reach a tenth of it.
+osg::Real32 streetWidth(void);
+
+// A camera above one end of the street looking along it; its beacon is hung
+// under root.
+osg::PerspectiveCameraPtr makeStreetCamera(osg::NodePtr root);
+
+// count lights over the street, none casting shadows, each with a range
+// (IDeferredLight::maxLightDistance) of a tenth of the street's width: the
+// first ten ring the fountain, the rest are placed by a fixed seed, the
+// second of those and every sixth after it a spot light aimed at a house
+// front. Beacons under root;
+// the caller holds one reference on each.
+std::vector<osg::LightPtr> makeStreetLights(osg::NodePtr root, int count);
+
 // Writes the current read framebuffer's lower-left width x height pixels.
 bool writeFramebufferPng(const std::string &path, int width, int height);
 
