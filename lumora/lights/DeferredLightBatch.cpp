@@ -48,6 +48,18 @@ ImagePtr createFloatImage(Int32 width, Int32 height)
 }
 } // namespace
 
+// Tile corners come in normalised device coordinates; each carries the
+// viewport coordinate for the G-buffer and its tile's record run.
+const char *DeferredLightBatch::s_strBatchVertex =
+    "varying vec4 vScreenCoord;\n"
+    "varying vec4 vTileLights;\n"
+    "void main(void)\n"
+    "{\n"
+    "    gl_Position = vec4(gl_Vertex.xy, 0.0, 1.0);\n"
+    "    vScreenCoord = vec4(gl_MultiTexCoord0.xy, 1.0, 1.0);\n"
+    "    vTileLights = gl_MultiTexCoord1;\n"
+    "}\n";
+
 // The point and spot models of the volume path, summed in one loop per
 // kind. A point light's record: position and the reach beyond which the
 // volume draws nothing, diffuse and linear attenuation, specular and
@@ -56,11 +68,10 @@ ImagePtr createFloatImage(Int32 width, Int32 height)
 // A spot light's record adds its direction and cut-off cosine, then its
 // exponent.
 const char *DeferredLightBatch::s_strBatchFragmentMain =
-    "uniform sampler2D texLightTiles;\n"
     "uniform sampler2D texLightData;\n"
-    "uniform vec2 vTileScale;\n"
     "uniform float fDataWidth;\n"
     "varying vec4 vScreenCoord;\n"
+    "varying vec4 vTileLights;\n"
     "vec4 lightTexel(float fCol, float fRow)\n"
     "{\n"
     "    return texelFetch2D(texLightData, ivec2(int(fCol), int(fRow)), 0);\n"
@@ -77,12 +88,11 @@ const char *DeferredLightBatch::s_strBatchFragmentMain =
     "{\n"
     "    vec2 vCoord = vScreenCoord.xy / vScreenCoord.w;\n"
     "    GeometryData data = getGeometryData(vCoord);\n"
-    "    vec3 vSum = data.vEmissive.rgb;\n"
-    "    vec4 vTile = texture2D(texLightTiles, gl_FragCoord.xy * vTileScale);\n"
-    "    float fCol = vTile.x;\n"
-    "    float fRow = vTile.y;\n"
-    "    int nPoints = int(vTile.z + 0.5);\n"
-    "    int nSpots = int(vTile.w + 0.5);\n"
+    "    vec3 vSum = vec3(0.0);\n"
+    "    float fCol = floor(vTileLights.x + 0.5);\n"
+    "    float fRow = floor(vTileLights.y + 0.5);\n"
+    "    int nPoints = int(vTileLights.z + 0.5);\n"
+    "    int nSpots = int(vTileLights.w + 0.5);\n"
     "    vec3 vV = normalize(-data.vPosition);\n"
     "    for(int i = 0; i < nPoints; ++i)\n"
     "    {\n"
@@ -137,30 +147,38 @@ const char *DeferredLightBatch::s_strBatchFragmentMain =
 DeferredLightBatch::DeferredLightBatch(void) :
     IDeferredLight(),
     shaderChunk   (NullFC),
-    tileImage     (NullFC),
+    tileQuads     (NullFC),
     lightImage    (NullFC),
-    tileTexture   (NullFC),
     lightTexture  (NullFC),
     tilesX        (1),
     tilesY        (1),
-    numEntries    (0)
+    numEntries    (0),
+    numLitTiles   (0)
 {
     shaderChunk = createShaderMaterial(sharedCullingChunk(s_CullingOptions, GL_BACK));
 
-    // Like the emissive pass: the vertex shader maps the corners by sign.
-    createVolume(makePlaneGeo(1.0f, 1.0f, 1, 1), NullFC);
+    // Quads for the tiles with lights, rebuilt each frame.
+    tileQuads = Geometry::create();
+    beginEditCP(tileQuads);
+    tileQuads->setTypes     (GeoPTypesUI8::create());
+    tileQuads->setLengths   (GeoPLengthsUI32::create());
+    tileQuads->setPositions (GeoPositions3f::create());
+    tileQuads->setTexCoords (GeoTexCoords2f::create());
+    tileQuads->setTexCoords1(GeoTexCoords4f::create());
+    tileQuads->setDlistCache(false);
+    endEditCP(tileQuads);
+    createVolume(tileQuads, NullFC);
+    showVolume(false);
 
-    tileImage    = createFloatImage(1, 2);
+    // Two rows at least: one row would make a 1D texture, which the 2D
+    // sampler cannot read.
     lightImage   = createFloatImage(LightWidth, 2);
-    tileTexture  = createFloatTexture(tileImage);
     lightTexture = createFloatTexture(lightImage);
-    addRefCP(tileTexture);
     addRefCP(lightTexture);
 }
 
 DeferredLightBatch::~DeferredLightBatch(void)
 {
-    subRefCP(tileTexture);
     subRefCP(lightTexture);
 }
 
@@ -169,7 +187,7 @@ void DeferredLightBatch::initialize(RenderTarget &gbuffer, UInt16 numGBufferText
     ShaderManager &shaders = ShaderManager::getInstance();
     beginEditCP(shaderChunk, ShaderChunk::VertexProgramFieldMask |
                              ShaderChunk::FragmentProgramFieldMask);
-    shaderChunk->setVertexProgram(shaders.generateLightVertexShader(ShaderManager::EMISSIVE_LIGHT));
+    shaderChunk->setVertexProgram(s_strBatchVertex);
     // Texel fetches skip the coordinate arithmetic of texture2D, which
     // counts in a loop that runs per light and pixel.
     std::string header = shaders.generateGBufferAccessHeader(numGBufferTextures);
@@ -179,10 +197,7 @@ void DeferredLightBatch::initialize(RenderTarget &gbuffer, UInt16 numGBufferText
                            ShaderChunk::FragmentProgramFieldMask);
 
     attachGBuffer(gbuffer, numGBufferTextures);
-    // The emissive texture too: this pass replaces the emissive one.
-    bindTexture("texGBuffer3",   gbuffer.getTargetTexture(3));
-    bindTexture("texLightTiles", tileTexture);
-    bindTexture("texLightData",  lightTexture);
+    bindTexture("texLightData", lightTexture);
 
     initialized = true;
 }
@@ -340,16 +355,27 @@ void DeferredLightBatch::setLights(const std::vector<const BatchRecord *> &recor
     }
 
     // The records, tile by tile: the shader walks them with the same rule.
-    tileTexels.assign(numTiles * 4, 0.0f);
+    // Each tile with lights becomes a quad whose corners carry its run.
+    GeoPositions3fPtr positions = GeoPositions3fPtr::dcast(tileQuads->getPositions());
+    GeoTexCoords2fPtr screen    = GeoTexCoords2fPtr::dcast(tileQuads->getTexCoords());
+    GeoTexCoords4fPtr runs      = GeoTexCoords4fPtr::dcast(tileQuads->getTexCoords1());
+    beginEditCP(positions);
+    beginEditCP(screen);
+    beginEditCP(runs);
+    positions->getField().clear();
+    screen   ->getField().clear();
+    runs     ->getField().clear();
+
     RecordWriter writer(lightTexels);
     Real32 record[SpotTexels * 4];
+    numLitTiles = 0;
     for(size_t t = 0; t < numTiles; ++t)
     {
+        if(tileStarts[t] == tileStarts[t + 1])
+            continue;
         writer.fit(PointTexels);
-        tileTexels[t * 4 + 0] = Real32(writer.col);
-        tileTexels[t * 4 + 1] = Real32(writer.row);
+        Vec4f run(Real32(writer.col), Real32(writer.row), 0.0f, 0.0f);
 
-        UInt32 points = 0, spots = 0;
         for(UInt32 e = tileStarts[t]; e < tileStarts[t + 1]; ++e)
         {
             const BatchRecord &r = *records[tileLights[e]];
@@ -357,7 +383,7 @@ void DeferredLightBatch::setLights(const std::vector<const BatchRecord *> &recor
                 continue;
             fillRecord(r, record);
             writer.write(record, PointTexels);
-            ++points;
+            run[2] += 1.0f;
         }
         writer.fit(SpotTexels);
         for(UInt32 e = tileStarts[t]; e < tileStarts[t + 1]; ++e)
@@ -373,23 +399,49 @@ void DeferredLightBatch::setLights(const std::vector<const BatchRecord *> &recor
             };
             std::copy(spot, spot + 8, record + PointTexels * 4);
             writer.write(record, SpotTexels);
-            ++spots;
+            run[3] += 1.0f;
         }
-        tileTexels[t * 4 + 2] = Real32(points);
-        tileTexels[t * 4 + 3] = Real32(spots);
+
+        const Int32 tx = Int32(t % size_t(tilesX));
+        const Int32 ty = Int32(t / size_t(tilesX));
+        const Real32 u0 = Real32(tx * TileSize) / Real32(width);
+        const Real32 v0 = Real32(ty * TileSize) / Real32(height);
+        const Real32 u1 = Real32(osgMin((tx + 1) * TileSize, width))  / Real32(width);
+        const Real32 v1 = Real32(osgMin((ty + 1) * TileSize, height)) / Real32(height);
+        const Real32 corners[4][2] = {{u0, v0}, {u1, v0}, {u1, v1}, {u0, v1}};
+        for(const Real32 *c : corners)
+        {
+            // The fields themselves: the generic interface of texture
+            // coordinates holds fewer than four.
+            positions->getField().push_back(Pnt3f(c[0] * 2.0f - 1.0f, c[1] * 2.0f - 1.0f, 0.0f));
+            screen   ->getField().push_back(Vec2f(c[0], c[1]));
+            runs     ->getField().push_back(run);
+        }
+        ++numLitTiles;
     }
+    endEditCP(runs);
+    endEditCP(screen);
+    endEditCP(positions);
+
+    GeoPTypesUI8Ptr    types   = GeoPTypesUI8Ptr::dcast(tileQuads->getTypes());
+    GeoPLengthsUI32Ptr lengths = GeoPLengthsUI32Ptr::dcast(tileQuads->getLengths());
+    beginEditCP(types);
+    beginEditCP(lengths);
+    types->clear();
+    lengths->clear();
+    types->push_back(GL_QUADS);
+    lengths->push_back(numLitTiles * 4);
+    endEditCP(lengths);
+    endEditCP(types);
 
     // Light rows grow by powers of two, so that a light count changing
-    // from frame to frame does not reallocate the texture each time. An
-    // image one row high would become a 1D texture, which the 2D samplers
-    // cannot read: both keep at least two rows.
+    // from frame to frame does not reallocate the texture each time.
     const Int32 rows = writer.row + (writer.col > 0 ? 1 : 0);
     lightTexels.resize(size_t(osgMax(rows, 1)) * LightWidth * 4);
     Int32 lightRows = lightImage->getHeight();
     if(lightRows < rows)
         lightRows = roundUpToPowerOfTwo(rows);
-    upload(tileTexture,  tilesX,     tilesY,          osgMax(2, tilesY), tileTexels);
-    upload(lightTexture, LightWidth, osgMax(rows, 1), lightRows,         lightTexels);
+    upload(lightTexture, LightWidth, osgMax(rows, 1), lightRows, lightTexels);
 
     Matrix invProjection;
     projection.inverse(invProjection);
@@ -397,9 +449,6 @@ void DeferredLightBatch::setLights(const std::vector<const BatchRecord *> &recor
     beginEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
     parameterChunk->setUniformParameter("vCamNearFar", camNearFar);
     parameterChunk->setUniformParameter("mCamInvProj", invProjection);
-    parameterChunk->setUniformParameter("vTileScale",
-        Vec2f(1.0f / Real32(TileSize * tilesX),
-              1.0f / Real32(TileSize * tileImage->getHeight())));
     parameterChunk->setUniformParameter("fDataWidth", Real32(LightWidth));
     endEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
 }

@@ -1,6 +1,7 @@
 #ifndef _LUMORA_DEFERREDLIGHTBATCH_H_
 #define _LUMORA_DEFERREDLIGHTBATCH_H_
 
+#include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGImage.h>
 #include <OpenSG/OSGPolygonChunk.h>
 #include <OpenSG/OSGSHLChunk.h>
@@ -12,14 +13,15 @@
 
 OSG_BEGIN_NAMESPACE
 
-// Many point and spot lights without shadows in one screen pass, which
-// also adds the emissive colour. The screen is cut into tiles; each tile
-// lists the lights whose sphere of influence may touch it, and each pixel
-// reads the G-buffer once and loops over its tile's lights. Lights and
-// tile lists live in float textures, so their number is bounded by the
-// texture size rather than by the uniform limit. A tile's lights are
+// Many point and spot lights without shadows in one pass over the screen.
+// The screen is cut into tiles; each tile lists the lights whose sphere of
+// influence may touch it, and only tiles with lights are drawn, as quads:
+// each pixel reads the G-buffer once and loops over its tile's lights.
+// Their records live in a float texture, so their number is bounded by
+// the texture size rather than by the uniform limit. A tile's lights are
 // copied into one run of records, point lights first, so that a pixel
-// reads them in order without indirection.
+// reads them in order without indirection; each quad's corners carry
+// where its run starts and how many of each kind it holds.
 class DeferredLightBatch : public IDeferredLight
 {
   public:
@@ -50,8 +52,8 @@ class DeferredLightBatch : public IDeferredLight
                    Int32         width,
                    Int32         height);
 
-    // The pass is drawn only while shown.
-    void setShown(bool on) { showVolume(on); }
+    // Drawn only while shown and some tile has lights.
+    void setShown(bool on) { showVolume(on && numLitTiles > 0); }
 
     virtual UInt16        getNumShadowmaps(void)         override;
     virtual RenderTarget *getShadowmap    (UInt16 index) override;
@@ -69,7 +71,8 @@ class DeferredLightBatch : public IDeferredLight
                              Int32 &x0, Int32 &y0, Int32 &x1, Int32 &y1);
 
     // For tools and tests: the lights each tile lists, and their total.
-    UInt32 getNumTileEntries(void) const { return numEntries; }
+    UInt32 getNumTileEntries(void) const { return numEntries;  }
+    UInt32 getNumLitTiles   (void) const { return numLitTiles; }
     Int32  getTilesX        (void) const { return tilesX;     }
     Int32  getTilesY        (void) const { return tilesY;     }
 
@@ -81,23 +84,23 @@ class DeferredLightBatch : public IDeferredLight
     static void upload(TextureChunkPtr texture, Int32 width, Int32 rows, Int32 capacityRows,
                        const std::vector<Real32> &texels);
 
-    SHLChunkPtr     shaderChunk;
-    ImagePtr        tileImage;
-    ImagePtr        lightImage;
-    TextureChunkPtr tileTexture;
-    TextureChunkPtr lightTexture;
-    Int32           tilesX;
-    Int32           tilesY;
-    UInt32          numEntries;
+    SHLChunkPtr       shaderChunk;
+    GeometryPtr       tileQuads;
+    ImagePtr          lightImage;
+    TextureChunkPtr   lightTexture;
+    Int32             tilesX;
+    Int32             tilesY;
+    UInt32            numEntries;
+    UInt32            numLitTiles;
 
     // Kept between frames to spare the allocations.
     std::vector<UInt32> tileCounts;
     std::vector<UInt32> tileStarts;
     std::vector<UInt32> tileLights;
     std::vector<Int32>  lightRects;
-    std::vector<Real32> tileTexels;
     std::vector<Real32> lightTexels;
 
+    static const char *s_strBatchVertex;
     static const char *s_strBatchFragmentMain;
 };
 

@@ -457,15 +457,14 @@ void DeferredRenderingViewport::releaseLight(IDeferredLight *light)
 void DeferredRenderingViewport::updateLightBatch(const Matrix &projection,
                                                  const Vec2f  &camNearFar)
 {
+    if(lightBatching)
+    {
+        if(!lightBatch->isInitialized())
+            lightBatch->initialize(gbufferTarget, 5);
+        lightBatch->setLights(batchRecords, projection, camNearFar,
+                              getPixelWidth(), getPixelHeight());
+    }
     lightBatch->setShown(lightBatching);
-    emissiveLight->getVolumeRoot()->setTravMask(lightBatching ? 0 : 0xFFFFFFFF);
-    if(!lightBatching)
-        return;
-
-    if(!lightBatch->isInitialized())
-        lightBatch->initialize(gbufferTarget, 5);
-    lightBatch->setLights(batchRecords, projection, camNearFar,
-                          getPixelWidth(), getPixelHeight());
 }
 
 IDeferredLight *DeferredRenderingViewport::createDeferredLight(LightPtr light)

@@ -167,7 +167,6 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     void undoConversion   (const Conversion &conversion);
     void dropOrphanConversions(void);
 
-    // Either the batch pass or the emissive one adds the emissive colour.
     void            updateLightBatch   (const Matrix &projection, const Vec2f &camNearFar);
     IDeferredLight *createDeferredLight(LightPtr light);
     void            initNewLights      (void);
