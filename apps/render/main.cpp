@@ -115,6 +115,8 @@ void printUsage(std::ostream &os)
           "                         file's own lights)\n"
           "  --shadow-intensity X   global shadow intensity; below 1 every light\n"
           "                         casts shadows this dark (slow on software GL)\n"
+          "  --light-batching       draw the point and spot lights without shadows\n"
+          "                         in one tiled screen pass instead of as volumes\n"
           "  --orbit DEGREES        turn the camera around the scene by this much\n"
           "                         each frame (default 0)\n"
           "  --camera N             with a model: view through its N-th camera\n"
@@ -167,6 +169,11 @@ int parseArgs(int argc, char **argv, Options &opt)
         if(arg == "--fit-camera")
         {
             opt.fit = true;
+            continue;
+        }
+        if(arg == "--light-batching")
+        {
+            opt.settings.push_back([](DRV *viewport) { viewport->setLightBatching(true); });
             continue;
         }
         if(arg == "--no-sun" || arg == "--no-shadows" || arg == "--all-effects")

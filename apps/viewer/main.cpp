@@ -89,6 +89,7 @@ void printKeys(std::ostream &os)
           "  w s a d    move forwards, back, left, right; q e turn\n"
           "  r          look at the whole scene again\n"
           "  x          shadows on/off\n"
+          "  b          light batching on/off\n"
           "  1 .. 5     anti-aliasing, ambient occlusion, HDR + bloom, depth of field,\n"
           "             motion blur on/off; the last one pressed is the selected effect\n"
           "  p          next parameter of the selected effect\n"
@@ -284,6 +285,11 @@ void keyboard(unsigned char key, int x, int y)
             break;
         case 'r':
             v.manager->showAll();
+            break;
+        case 'b':
+            v.viewport->setLightBatching(!v.viewport->getLightBatching());
+            report(v, std::string("light batching ") +
+                      (v.viewport->getLightBatching() ? "on" : "off"));
             break;
         case 'x':
             setShadows(v, !v.shadows);

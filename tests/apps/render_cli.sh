@@ -58,5 +58,14 @@ done
 distinct=$(md5sum "$work"/dv-*.png | cut -d' ' -f1 | sort -u | wc -l)
 [[ $distinct -ge 6 ]] || fail "only $distinct different debug views"
 
+# The batching switch draws a frame; its pixels are checked in the library tests.
+if ! "$renderer" --width 48 --height 24 --frames 1 --point-lights 6 --spot-lights 2 \
+        --no-shadows --light-batching --out "$work/batched.png" --debug-views "$work/bt" \
+        > "$work/log" 2>&1; then
+    fail "batched run: $(cat "$work/log")"
+elif [[ ! -s $work/bt-light.png ]]; then
+    fail "batched run wrote no light view"
+fi
+
 echo "$failures failures"
 [[ $failures == 0 ]]
