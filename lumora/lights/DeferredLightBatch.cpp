@@ -150,6 +150,7 @@ DeferredLightBatch::DeferredLightBatch(void) :
     tileQuads     (NullFC),
     lightImage    (NullFC),
     lightTexture  (NullFC),
+    tileSize      (MinTileSize),
     tilesX        (1),
     tilesY        (1),
     numEntries    (0),
@@ -283,7 +284,7 @@ class RecordWriter
     std::vector<Real32> &texels;
 };
 
-// The point light record, or the first three texels of a spot light's.
+// A point light's record, or the first three texels of a spot light's.
 void fillRecord(const IDeferredLight::BatchRecord &r, Real32 *texels)
 {
     // Dividing by the constant term leaves 1 or 0 in its place.
@@ -308,24 +309,46 @@ void DeferredLightBatch::setLights(const std::vector<const BatchRecord *> &recor
                                    Int32         width,
                                    Int32         height)
 {
-    tilesX = osgMax(1, (width  + TileSize - 1) / TileSize);
-    tilesY = osgMax(1, (height + TileSize - 1) / TileSize);
-    const size_t numTiles = size_t(tilesX) * size_t(tilesY);
-
-    // Counting sort of (tile, light) pairs by tile, lights in given order.
-    tileCounts.assign(numTiles, 0);
+    // Each light's pixel rectangle, and how many tiles of each size all of
+    // them would cover.
     lightRects.assign(records.size() * 4, -1);
+    UInt64 covered[3] = {0, 0, 0};
     for(size_t i = 0; i < records.size(); ++i)
     {
-        Int32 x0, y0, x1, y1;
-        if(!screenBounds(records[i]->position, records[i]->radius, projection, camNearFar[0],
-                         width, height, x0, y0, x1, y1))
-            continue;
         Int32 *rect = &lightRects[i * 4];
-        rect[0] = x0 / TileSize;
-        rect[1] = y0 / TileSize;
-        rect[2] = (x1 - 1) / TileSize;
-        rect[3] = (y1 - 1) / TileSize;
+        if(!screenBounds(records[i]->position, records[i]->radius, projection, camNearFar[0],
+                         width, height, rect[0], rect[1], rect[2], rect[3]))
+        {
+            rect[0] = -1;
+            continue;
+        }
+        for(Int32 k = 0, size = MinTileSize; k < 3; ++k, size *= 2)
+            covered[k] += UInt64((rect[2] - 1) / size - rect[0] / size + 1) *
+                          UInt64((rect[3] - 1) / size - rect[1] / size + 1);
+    }
+    const UInt64 budget = UInt64(EntriesPerTile) *
+                          UInt64((width  + MinTileSize - 1) / MinTileSize) *
+                          UInt64((height + MinTileSize - 1) / MinTileSize);
+    tileSize = MinTileSize;
+    for(Int32 k = 0; k < 2 && covered[k] > budget; ++k)
+        tileSize *= 2;
+
+    tilesX = osgMax(1, (width  + tileSize - 1) / tileSize);
+    tilesY = osgMax(1, (height + tileSize - 1) / tileSize);
+    const size_t numTiles = size_t(tilesX) * size_t(tilesY);
+
+    // Counting sort of (tile, light) pairs by tile, lights in given order;
+    // the rectangles turn from pixels into tiles.
+    tileCounts.assign(numTiles, 0);
+    for(size_t i = 0; i < records.size(); ++i)
+    {
+        Int32 *rect = &lightRects[i * 4];
+        if(rect[0] < 0)
+            continue;
+        rect[0] = rect[0] / tileSize;
+        rect[1] = rect[1] / tileSize;
+        rect[2] = (rect[2] - 1) / tileSize;
+        rect[3] = (rect[3] - 1) / tileSize;
         for(Int32 ty = rect[1]; ty <= rect[3]; ++ty)
             for(Int32 tx = rect[0]; tx <= rect[2]; ++tx)
                 ++tileCounts[size_t(ty) * tilesX + tx];
@@ -366,8 +389,24 @@ void DeferredLightBatch::setLights(const std::vector<const BatchRecord *> &recor
     screen   ->getField().clear();
     runs     ->getField().clear();
 
+    // Each light's record once; tiles copy them.
+    recordTexels.resize(records.size() * SpotTexels * 4);
+    for(size_t i = 0; i < records.size(); ++i)
+    {
+        if(lightRects[i * 4] < 0)
+            continue;
+        const BatchRecord &r = *records[i];
+        Real32 *record = &recordTexels[i * SpotTexels * 4];
+        fillRecord(r, record);
+        const Real32 spot[8] =
+        {
+            r.direction[0], r.direction[1], r.direction[2], r.cosCutoff,
+            r.exponent, 0.0f, 0.0f, 0.0f
+        };
+        std::copy(spot, spot + 8, record + PointTexels * 4);
+    }
+
     RecordWriter writer(lightTexels);
-    Real32 record[SpotTexels * 4];
     numLitTiles = 0;
     for(size_t t = 0; t < numTiles; ++t)
     {
@@ -378,36 +417,26 @@ void DeferredLightBatch::setLights(const std::vector<const BatchRecord *> &recor
 
         for(UInt32 e = tileStarts[t]; e < tileStarts[t + 1]; ++e)
         {
-            const BatchRecord &r = *records[tileLights[e]];
-            if(r.cosCutoff >= -1.0f)
+            if(records[tileLights[e]]->cosCutoff >= -1.0f)
                 continue;
-            fillRecord(r, record);
-            writer.write(record, PointTexels);
+            writer.write(&recordTexels[tileLights[e] * SpotTexels * 4], PointTexels);
             run[2] += 1.0f;
         }
         writer.fit(SpotTexels);
         for(UInt32 e = tileStarts[t]; e < tileStarts[t + 1]; ++e)
         {
-            const BatchRecord &r = *records[tileLights[e]];
-            if(r.cosCutoff < -1.0f)
+            if(records[tileLights[e]]->cosCutoff < -1.0f)
                 continue;
-            fillRecord(r, record);
-            const Real32 spot[8] =
-            {
-                r.direction[0], r.direction[1], r.direction[2], r.cosCutoff,
-                r.exponent, 0.0f, 0.0f, 0.0f
-            };
-            std::copy(spot, spot + 8, record + PointTexels * 4);
-            writer.write(record, SpotTexels);
+            writer.write(&recordTexels[tileLights[e] * SpotTexels * 4], SpotTexels);
             run[3] += 1.0f;
         }
 
         const Int32 tx = Int32(t % size_t(tilesX));
         const Int32 ty = Int32(t / size_t(tilesX));
-        const Real32 u0 = Real32(tx * TileSize) / Real32(width);
-        const Real32 v0 = Real32(ty * TileSize) / Real32(height);
-        const Real32 u1 = Real32(osgMin((tx + 1) * TileSize, width))  / Real32(width);
-        const Real32 v1 = Real32(osgMin((ty + 1) * TileSize, height)) / Real32(height);
+        const Real32 u0 = Real32(tx * tileSize) / Real32(width);
+        const Real32 v0 = Real32(ty * tileSize) / Real32(height);
+        const Real32 u1 = Real32(osgMin((tx + 1) * tileSize, width))  / Real32(width);
+        const Real32 v1 = Real32(osgMin((ty + 1) * tileSize, height)) / Real32(height);
         const Real32 corners[4][2] = {{u0, v0}, {u1, v0}, {u1, v1}, {u0, v1}};
         for(const Real32 *c : corners)
         {

@@ -25,8 +25,13 @@ OSG_BEGIN_NAMESPACE
 class DeferredLightBatch : public IDeferredLight
 {
   public:
-    // Pixels along a tile's side.
-    static constexpr Int32 TileSize = 32;
+    // Pixels along a tile's side: the smallest, doubled up to the largest
+    // while the tiles would list more lights than EntriesPerTile times the
+    // number of smallest tiles. Small tiles waste less on local lights;
+    // lights that cover the screen would copy their records into each one.
+    static constexpr Int32  MinTileSize    = 32;
+    static constexpr Int32  MaxTileSize    = 128;
+    static constexpr UInt32 EntriesPerTile = 64;
     // Texels of a point and of a spot light's record in the light texture,
     // and texels in one of its rows; no record crosses a row's end.
     static constexpr Int32 PointTexels = 3;
@@ -73,6 +78,7 @@ class DeferredLightBatch : public IDeferredLight
     // For tools and tests: the lights each tile lists, and their total.
     UInt32 getNumTileEntries(void) const { return numEntries;  }
     UInt32 getNumLitTiles   (void) const { return numLitTiles; }
+    Int32  getTileSize      (void) const { return tileSize;   }
     Int32  getTilesX        (void) const { return tilesX;     }
     Int32  getTilesY        (void) const { return tilesY;     }
 
@@ -88,6 +94,7 @@ class DeferredLightBatch : public IDeferredLight
     GeometryPtr       tileQuads;
     ImagePtr          lightImage;
     TextureChunkPtr   lightTexture;
+    Int32             tileSize;
     Int32             tilesX;
     Int32             tilesY;
     UInt32            numEntries;
@@ -99,6 +106,7 @@ class DeferredLightBatch : public IDeferredLight
     std::vector<UInt32> tileLights;
     std::vector<Int32>  lightRects;
     std::vector<Real32> lightTexels;
+    std::vector<Real32> recordTexels;  // each light's record, made once
 
     static const char *s_strBatchVertex;
     static const char *s_strBatchFragmentMain;

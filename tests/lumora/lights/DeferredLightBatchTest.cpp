@@ -36,6 +36,7 @@ struct BatchCase
     Real32      range;         // of each light, from its attenuation
     Real32      constant;      // constant attenuation term
     bool        lightAtCamera; // one more light whose range holds the camera
+    Int32       tileSize;      // the batch's tiles for these lights
 };
 
 void PrintTo(const BatchCase &c, std::ostream *out)
@@ -177,12 +178,16 @@ Differences compare(const LitImage &a, const LitImage &b, float tolerance)
 
 const BatchCase s_cases[] =
 {
-    // name                points spots spread range constant camera
-    {"OneLight",              1,    0,  1.0f,  4.0f,  1.0f,   false},
-    {"SeventeenMixed",       12,    5,  3.0f, 30.0f,  0.0f,   false},
-    {"ThreeHundredLocal",   260,   40,  4.0f,  1.2f,  1.0f,   false},
-    {"PartlyOffScreen",      20,    4,  7.0f,  2.0f,  0.5f,   false},
-    {"CameraInsideARange",    8,    2,  2.0f,  2.0f,  1.0f,   true },
+    // Many lights in so small a view share larger tiles. The volume path
+    // adds each light into half floats, whose rounding grows with the
+    // number of lights on a pixel: a hundred overlapping ones stay dim.
+    // name                points spots spread range constant camera tiles
+    {"OneLight",              1,    0,  1.0f,  4.0f,  1.0f,   false,  32},
+    {"SeventeenMixed",       12,    5,  3.0f, 30.0f,  0.0f,   false,  32},
+    {"ThreeHundredLocal",   260,   40,  4.0f,  1.2f,  1.0f,   false, 128},
+    {"HundredWide",          90,   10,  3.0f,  7.0f,  1.0f,   false,  64},
+    {"PartlyOffScreen",      20,    4,  7.0f,  2.0f,  0.5f,   false,  32},
+    {"CameraInsideARange",    8,    2,  2.0f,  2.0f,  1.0f,   true,   32},
 };
 
 class DeferredLightBatchCaseTest : public DeferredLightBatchTest,
@@ -207,6 +212,7 @@ TEST_P(DeferredLightBatchCaseTest, MatchesTheVolumePathWithinOneStep)
         EXPECT_TRUE(entry.second->isBatched());
     }
     EXPECT_GT(viewport->getLightBatch()->getNumTileEntries(), 0u);
+    EXPECT_EQ(viewport->getLightBatch()->getTileSize(), c.tileSize);
 
     // Switching back restores every volume and the emissive pass.
     viewport->setLightBatching(false);
@@ -229,7 +235,7 @@ TEST_F(DeferredLightBatchTest, AViewportLowerThanATileMatchesToo)
 {
     window->resize(Size, 20);
     buildScene();
-    addLights({"Low", 10, 3, 2.0f, 20.0f, 1.0f, false});
+    addLights({"Low", 10, 3, 2.0f, 20.0f, 1.0f, false, 32});
 
     renderFrame();
     LitImage volumes(viewport);
