@@ -60,8 +60,8 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     // Off by default. When on, every point and spot light that casts no
     // shadow is drawn in one screen pass that reads the G-buffer once per
     // pixel, looping over the lights that touch the pixel's screen tile;
-    // shadowed and directional lights stay volumes. Pays from a few dozen
-    // lights on.
+    // shadowed and directional lights stay volumes. Same image; costs less
+    // from a few lights on.
     void setLightBatching(bool on)       { lightBatching = on;   }
     bool getLightBatching(void) const    { return lightBatching; }
 
