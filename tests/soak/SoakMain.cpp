@@ -396,8 +396,11 @@ void Soak::step(void)
         void (DRV::*on[])(bool) = {&DRV::setAAPostProcessOn, &DRV::setSSAOPostProcessOn,
                                    &DRV::setHDRPostProcessOn, &DRV::setDoFPostProcessOn,
                                    &DRV::setCMBPostProcessOn};
-        const int slot = pick(0, DRV::NumPostProcessors - 1);
-        (_viewport.getCPtr()->*on[slot])(!_viewport->isPostProcessOn(UInt32(slot)));
+        const int slot = pick(0, DRV::NumPostProcessors);
+        if(slot == DRV::NumPostProcessors)
+            _viewport->setLightBatching(!_viewport->getLightBatching());
+        else
+            (_viewport.getCPtr()->*on[slot])(!_viewport->isPostProcessOn(UInt32(slot)));
     }
     else if(what < 52)
     {
@@ -522,6 +525,8 @@ int Soak::run(void)
     _viewport->setDoFPostProcessOn(true);
     _viewport->setCMBPostProcessOn(true);
     render();
+    render();
+    _viewport->setLightBatching(true);
     render();
     tearDown();
     _viewports = 0;
