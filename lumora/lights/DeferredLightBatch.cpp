@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <string>
 
 OSG_BEGIN_NAMESPACE
@@ -58,6 +59,38 @@ const char *DeferredLightBatch::s_strBatchVertex =
     "    gl_Position = vec4(gl_Vertex.xy, 0.0, 1.0);\n"
     "    vScreenCoord = vec4(gl_MultiTexCoord0.xy, 1.0, 1.0);\n"
     "    vTileLights = gl_MultiTexCoord1;\n"
+    "}\n";
+
+const char *DeferredLightBatch::s_strTileDepthVertex =
+    "void main(void)\n"
+    "{\n"
+    "    gl_Position = ftransform();\n"
+    "}\n";
+
+// One texel a tile: the nearest and farthest depth of its pixels, read
+// at the viewport's edge where the tile reaches past it.
+const char *DeferredLightBatch::s_strTileDepthFragment =
+    "#version 120\n"
+    "#extension GL_EXT_gpu_shader4 : require\n"
+    "uniform sampler2D texDepth;\n"
+    "uniform vec2 vSize;\n"
+    "uniform float fTileSize;\n"
+    "void main(void)\n"
+    "{\n"
+    "    vec2 vFirst = floor(gl_FragCoord.xy) * fTileSize;\n"
+    "    float fNear = 1.0;\n"
+    "    float fFar = 0.0;\n"
+    "    for(float y = 0.0; y < fTileSize; y += 1.0)\n"
+    "    {\n"
+    "        for(float x = 0.0; x < fTileSize; x += 1.0)\n"
+    "        {\n"
+    "            vec2 vAt = min(vFirst + vec2(x, y), vSize - 1.0);\n"
+    "            float fZ = texelFetch2D(texDepth, ivec2(vAt), 0).r;\n"
+    "            fNear = min(fNear, fZ);\n"
+    "            fFar = max(fFar, fZ);\n"
+    "        }\n"
+    "    }\n"
+    "    gl_FragColor = vec4(fNear, fFar, 0.0, 1.0);\n"
     "}\n";
 
 // The point and spot models of the volume path, summed in one loop per
@@ -154,7 +187,9 @@ DeferredLightBatch::DeferredLightBatch(void) :
     tilesX        (1),
     tilesY        (1),
     numEntries    (0),
-    numLitTiles   (0)
+    numLitTiles   (0),
+    depthMaterial  (NullFC),
+    depthParameters(NullFC)
 {
     shaderChunk = createShaderMaterial(sharedCullingChunk(s_CullingOptions, GL_BACK));
 
@@ -181,6 +216,8 @@ DeferredLightBatch::DeferredLightBatch(void) :
 DeferredLightBatch::~DeferredLightBatch(void)
 {
     subRefCP(lightTexture);
+    if(depthMaterial != NullFC)
+        subRefCP(depthMaterial);
 }
 
 void DeferredLightBatch::initialize(RenderTarget &gbuffer, UInt16 numGBufferTextures)
@@ -200,7 +237,75 @@ void DeferredLightBatch::initialize(RenderTarget &gbuffer, UInt16 numGBufferText
     attachGBuffer(gbuffer, numGBufferTextures);
     bindTexture("texLightData", lightTexture);
 
+    SHLChunkPtr depthShader = SHLChunk::create();
+    beginEditCP(depthShader);
+    depthShader->setVertexProgram  (s_strTileDepthVertex);
+    depthShader->setFragmentProgram(s_strTileDepthFragment);
+    endEditCP(depthShader);
+    depthParameters = SHLParameterChunk::create();
+    beginEditCP(depthParameters);
+    depthParameters->setSHLChunk(depthShader);
+    depthParameters->setUniformParameter("texDepth",  Int32(0));
+    depthParameters->setUniformParameter("fTileSize", Real32(MinTileSize));
+    endEditCP(depthParameters);
+    depthMaterial = ChunkMaterial::create();
+    addRefCP(depthMaterial);
+    beginEditCP(depthMaterial, ChunkMaterial::ChunksFieldMask);
+    depthMaterial->addChunk(depthShader);
+    depthMaterial->addChunk(depthParameters);
+    depthMaterial->addChunk(gbuffer.getTargetTexture(4));
+    endEditCP(depthMaterial, ChunkMaterial::ChunksFieldMask);
+
     initialized = true;
+}
+
+bool DeferredLightBatch::measureTileDepths(WindowPtr window, RenderActionBase *action,
+                                           Int32 width, Int32 height, const Vec2f &camNearFar)
+{
+    tileDepths.clear();
+    if(window == NullFC || action == NULL || depthMaterial == NullFC)
+        return false;
+
+    const Int32 columns = (width  + MinTileSize - 1) / MinTileSize;
+    const Int32 rows    = (height + MinTileSize - 1) / MinTileSize;
+    if(!depthTarget.isInitialized())
+    {
+        depthTarget.initialize(window, 0, 0, columns - 1, rows - 1);
+        depthTarget.setBgClear(Color4f(0, 0, 0, 0), 1.0f, false, false);
+        depthTarget.addTargetTexture(GL_RGBA32F_ARB, GL_RGBA, GL_NEAREST, Image::OSG_RGBA_PF,
+                                     Image::OSG_FLOAT32_IMAGEDATA, 1.0f, 1);
+    }
+    else if(depthTarget.getWidth() != columns || depthTarget.getHeight() != rows)
+    {
+        depthTarget.resize(0, 0, columns - 1, rows - 1);
+    }
+
+    beginEditCP(depthParameters, ShaderParameterChunk::ParametersFieldMask);
+    depthParameters->setUniformParameter("vSize", Vec2f(Real32(width), Real32(height)));
+    endEditCP(depthParameters, ShaderParameterChunk::ParametersFieldMask);
+    depthTarget.renderFullscreenPass(depthMaterial, action);
+
+    TextureChunkPtr texture = depthTarget.getTargetTexture(0);
+    const GLuint    name    = window->getGLObjectId(texture->getGLId());
+    if(name == 0)
+        return false;
+    depthTexels.resize(size_t(columns) * size_t(rows) * 4);
+    glBindTexture(GL_TEXTURE_2D, name);
+    glPixelStorei(GL_PACK_ALIGNMENT, 4);
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_FLOAT, depthTexels.data());
+    glBindTexture(GL_TEXTURE_2D, 0);
+
+    // Linear depths as the light shaders reconstruct them, so that a light
+    // left out of a tile could not have reached any of its pixels.
+    const Real32 n = camNearFar[0];
+    const Real32 f = camNearFar[1];
+    tileDepths.resize(size_t(columns) * size_t(rows) * 2);
+    for(size_t t = 0; t < size_t(columns) * size_t(rows); ++t)
+    {
+        tileDepths[t * 2 + 0] = n / (f - depthTexels[t * 4 + 0] * (f - n)) * f;
+        tileDepths[t * 2 + 1] = n / (f - depthTexels[t * 4 + 1] * (f - n)) * f;
+    }
+    return true;
 }
 
 void DeferredLightBatch::update(const Matrix &, const Matrix &, const Vec2f &, LightPtr, Real32)
@@ -304,11 +409,16 @@ void fillRecord(const IDeferredLight::BatchRecord &r, Real32 *texels)
 } // namespace
 
 void DeferredLightBatch::setLights(const std::vector<const BatchRecord *> &records,
-                                   const Matrix &projection,
-                                   const Vec2f  &camNearFar,
-                                   Int32         width,
-                                   Int32         height)
+                                   const Matrix     &projection,
+                                   const Vec2f      &camNearFar,
+                                   Int32             width,
+                                   Int32             height,
+                                   WindowPtr         window,
+                                   RenderActionBase *action)
 {
+    const bool depths = !records.empty() &&
+                        measureTileDepths(window, action, width, height, camNearFar);
+
     // Each light's pixel rectangle, and how many tiles of each size all of
     // them would cover.
     lightRects.assign(records.size() * 4, -1);
@@ -337,6 +447,40 @@ void DeferredLightBatch::setLights(const std::vector<const BatchRecord *> &recor
     tilesY = osgMax(1, (height + tileSize - 1) / tileSize);
     const size_t numTiles = size_t(tilesX) * size_t(tilesY);
 
+    // Depth ranges of these tiles from those of the smallest.
+    mergedDepths.clear();
+    if(depths)
+    {
+        const Int32 columns = (width + MinTileSize - 1) / MinTileSize;
+        const Int32 rows    = (height + MinTileSize - 1) / MinTileSize;
+        const Int32 step    = tileSize / MinTileSize;
+        mergedDepths.assign(numTiles * 2, 0.0f);
+        for(Int32 ty = 0; ty < tilesY; ++ty)
+            for(Int32 tx = 0; tx < tilesX; ++tx)
+            {
+                Real32 nearest = std::numeric_limits<Real32>::max(), farthest = 0.0f;
+                for(Int32 y = ty * step; y < osgMin(rows, (ty + 1) * step); ++y)
+                    for(Int32 x = tx * step; x < osgMin(columns, (tx + 1) * step); ++x)
+                    {
+                        nearest  = osgMin(nearest,  tileDepths[(size_t(y) * columns + x) * 2]);
+                        farthest = osgMax(farthest, tileDepths[(size_t(y) * columns + x) * 2 + 1]);
+                    }
+                mergedDepths[(size_t(ty) * tilesX + tx) * 2 + 0] = nearest;
+                mergedDepths[(size_t(ty) * tilesX + tx) * 2 + 1] = farthest;
+            }
+    }
+    // Whether light i's sphere reaches into tile t's depth range; a
+    // thousandth of slack for the shader's rounding.
+    auto reaches = [&](size_t i, size_t t)
+    {
+        if(mergedDepths.empty())
+            return true;
+        const Real32 depth  = -records[i]->position[2];
+        const Real32 radius = records[i]->radius;
+        return depth + radius >= mergedDepths[t * 2 + 0] * 0.999f &&
+               depth - radius <= mergedDepths[t * 2 + 1] * 1.001f;
+    };
+
     // Counting sort of (tile, light) pairs by tile, lights in given order;
     // the rectangles turn from pixels into tiles.
     tileCounts.assign(numTiles, 0);
@@ -351,7 +495,8 @@ void DeferredLightBatch::setLights(const std::vector<const BatchRecord *> &recor
         rect[3] = (rect[3] - 1) / tileSize;
         for(Int32 ty = rect[1]; ty <= rect[3]; ++ty)
             for(Int32 tx = rect[0]; tx <= rect[2]; ++tx)
-                ++tileCounts[size_t(ty) * tilesX + tx];
+                if(reaches(i, size_t(ty) * tilesX + tx))
+                    ++tileCounts[size_t(ty) * tilesX + tx];
     }
 
     tileStarts.resize(numTiles + 1);
@@ -374,7 +519,8 @@ void DeferredLightBatch::setLights(const std::vector<const BatchRecord *> &recor
             continue;
         for(Int32 ty = rect[1]; ty <= rect[3]; ++ty)
             for(Int32 tx = rect[0]; tx <= rect[2]; ++tx)
-                tileLights[next[size_t(ty) * tilesX + tx]++] = UInt32(i);
+                if(reaches(i, size_t(ty) * tilesX + tx))
+                    tileLights[next[size_t(ty) * tilesX + tx]++] = UInt32(i);
     }
 
     // The records, tile by tile: the shader walks them with the same rule.

@@ -4,6 +4,7 @@
 #include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGImage.h>
 #include <OpenSG/OSGPolygonChunk.h>
+#include <OpenSG/OSGRenderActionBase.h>
 #include <OpenSG/OSGSHLChunk.h>
 #include <OpenSG/OSGTextureChunk.h>
 
@@ -51,11 +52,17 @@ class DeferredLightBatch : public IDeferredLight
                         Real32        globalShadowIntensity) override;
 
     // This frame's lights, in eye space, for a viewport of width x height.
+    // With a window and an action, a pass over the G-buffer's depth first
+    // finds each tile's depth range, and a tile leaves out the lights that
+    // are all in front of or behind it; reading the ranges back waits for
+    // the geometry pass.
     void setLights(const std::vector<const BatchRecord *> &records,
-                   const Matrix &projection,
-                   const Vec2f  &camNearFar,
-                   Int32         width,
-                   Int32         height);
+                   const Matrix     &projection,
+                   const Vec2f      &camNearFar,
+                   Int32             width,
+                   Int32             height,
+                   WindowPtr         window = NullFC,
+                   RenderActionBase *action = NULL);
 
     // Drawn only while shown and some tile has lights.
     void setShown(bool on) { showVolume(on && numLitTiles > 0); }
@@ -85,6 +92,11 @@ class DeferredLightBatch : public IDeferredLight
     static PolygonChunkPtr s_CullingOptions;
 
   protected:
+    // Fills tileDepths: per smallest tile, the nearest and farthest linear
+    // depth drawn; false when it cannot.
+    bool measureTileDepths(WindowPtr window, RenderActionBase *action,
+                           Int32 width, Int32 height, const Vec2f &camNearFar);
+
     // The first rows of texels into the texture, reallocated when its
     // width or its number of rows (at least rows) changes.
     static void upload(TextureChunkPtr texture, Int32 width, Int32 rows, Int32 capacityRows,
@@ -107,8 +119,17 @@ class DeferredLightBatch : public IDeferredLight
     std::vector<Int32>  lightRects;
     std::vector<Real32> lightTexels;
     std::vector<Real32> recordTexels;  // each light's record, made once
+    std::vector<Real32> tileDepths;    // near and far per smallest tile
+    std::vector<Real32> depthTexels;
+    std::vector<Real32> mergedDepths;  // near and far per tile of tileSize
+
+    RenderTarget         depthTarget;
+    ChunkMaterialPtr     depthMaterial;
+    SHLParameterChunkPtr depthParameters;
 
     static const char *s_strBatchVertex;
+    static const char *s_strTileDepthVertex;
+    static const char *s_strTileDepthFragment;
     static const char *s_strBatchFragmentMain;
 };
 

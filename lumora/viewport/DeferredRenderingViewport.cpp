@@ -461,8 +461,9 @@ void DeferredRenderingViewport::updateLightBatch(const Matrix &projection,
     {
         if(!lightBatch->isInitialized())
             lightBatch->initialize(gbufferTarget, 5);
+        lightRenderAction->setWindow(getParent().getCPtr());
         lightBatch->setLights(batchRecords, projection, camNearFar,
-                              getPixelWidth(), getPixelHeight());
+                              getPixelWidth(), getPixelHeight(), getParent(), lightRenderAction);
     }
     lightBatch->setShown(lightBatching);
 }

@@ -314,6 +314,24 @@ TEST_F(DeferredLightBatchTest, LightsOffOrOutOfViewListNowhere)
     EXPECT_GT(image.maxValue(), 0.1f);
 }
 
+// A tile lists only lights whose sphere reaches its depth range: one hung
+// between the camera and the floor, short of it, is listed nowhere, though
+// it covers the middle of the screen; one reaching the floor is.
+TEST_F(DeferredLightBatchTest, TilesLeaveOutLightsShortOfTheirDepth)
+{
+    addPlane(8.0f, 0.0f, material(Color3f(0.8f, 0.8f, 0.8f)));
+    boost::random::mt19937 random(5);
+    addLight(PointLight::create(), Pnt3f(0.0f, 0.0f, 3.0f), 1.0f, 0.5f, random);
+
+    viewport->setLightBatching(true);
+    renderFrame();
+    EXPECT_EQ(viewport->getLightBatch()->getNumTileEntries(), 0u);
+
+    addLight(PointLight::create(), Pnt3f(0.0f, 0.0f, 0.5f), 1.0f, 0.5f, random);
+    renderFrame();
+    EXPECT_GT(viewport->getLightBatch()->getNumTileEntries(), 0u);
+}
+
 // Every pixel a sphere's outline covers lies in its rectangle: sample the
 // outline densely and check each sample's pixel against the rectangle.
 TEST(DeferredLightBatchBounds, RectangleHoldsTheSpheresOutline)
