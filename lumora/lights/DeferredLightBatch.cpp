@@ -1,7 +1,6 @@
 #include "DeferredLightBatch.h"
 
 #include <OpenSG/OSGGeometry.h>
-#include <OpenSG/OSGSimpleGeometry.h>
 
 #include <Lumora/ShaderManager.h>
 
