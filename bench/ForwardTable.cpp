@@ -59,7 +59,7 @@ void usage(FILE *out)
         "  --scenes   demo (the courtyard) and/or street (local lights)\n"
         "  --sizes    image heights, width 16/9 of each (default 360,720)\n"
         "  --lights   light counts (default 1,8,64,256)\n"
-        "  --frames   measured frames per figure after one warm-up (default 3)\n");
+        "  --frames   measured frames per figure after one warm-up, median (default 3)\n");
 }
 
 bool parseList(const char *text, int minValue, int maxValue, std::vector<int> &out)
@@ -97,10 +97,19 @@ double nowMilliseconds(void)
         std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-// One warm-up frame, then the mean of frames whole frames, each waited for.
+// The median, so that a stall of the virtual machine in one frame does not
+// move a figure.
+double median(std::vector<double> times)
+{
+    std::sort(times.begin(), times.end());
+    const size_t n = times.size();
+    return n % 2 ? times[n / 2] : 0.5 * (times[n / 2 - 1] + times[n / 2]);
+}
+
+// One warm-up frame, then the median of frames whole frames, each waited for.
 double measureDeferred(PassiveWindowPtr window, RenderAction *action, int frames)
 {
-    double sum = 0.0;
+    std::vector<double> times;
     for(int frame = -1; frame < frames; ++frame)
     {
         glFinish();
@@ -110,9 +119,9 @@ double measureDeferred(PassiveWindowPtr window, RenderAction *action, int frames
         const double ms = nowMilliseconds() - start;
         Thread::getCurrentChangeList()->clearAll();
         if(frame >= 0)
-            sum += ms;
+            times.push_back(ms);
     }
-    return sum / frames;
+    return median(times);
 }
 
 Row measureRow(const std::string &scene, ForwardRenderer &forward, int width, int height,
@@ -168,13 +177,14 @@ Row measureRow(const std::string &scene, ForwardRenderer &forward, int width, in
     row.gbufferMs = viewport->getPassTimes().geometry;
     row.lightsMs  = viewport->getPassTimes().shadows + viewport->getPassTimes().lights;
 
+    std::vector<double> forwardTimes;
     for(int frame = -1; frame < frames; ++frame)
     {
         const double ms = forward.render(camera, lights);
         if(frame >= 0)
-            row.forwardMs += ms;
+            forwardTimes.push_back(ms);
     }
-    row.forwardMs /= frames;
+    row.forwardMs = median(forwardTimes);
     row.stats = forward.getLastStats();
 
     delete action;
