@@ -1,4 +1,5 @@
 #include "ForwardRenderer.h"
+#include "RawGL.h"
 
 #include <OpenSG/OSGChunkMaterial.h>
 #include <OpenSG/OSGDirectionalLight.h>
@@ -16,7 +17,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <limits>
 
@@ -108,28 +108,6 @@ const char *s_strFragment =
 
 // Marks a light without a cone in vLightSpot's w.
 const float NoSpot = -3.f;
-
-GLuint compile(GLenum type, const char *text, std::string &error)
-{
-    GLuint shader = glCreateShader(type);
-    glShaderSource(shader, 1, &text, NULL);
-    glCompileShader(shader);
-    GLint ok = GL_FALSE;
-    glGetShaderiv(shader, GL_COMPILE_STATUS, &ok);
-    if(ok == GL_TRUE)
-        return shader;
-    char log[4096] = {0};
-    glGetShaderInfoLog(shader, sizeof(log), NULL, log);
-    error = std::string("compile: ") + log;
-    glDeleteShader(shader);
-    return 0;
-}
-
-double nowMilliseconds(void)
-{
-    return std::chrono::duration<double, std::milli>(
-        std::chrono::steady_clock::now().time_since_epoch()).count();
-}
 
 // The G-buffer's eight-bit channels hold no more than this.
 float unit(float value)
@@ -229,31 +207,10 @@ bool ForwardRenderer::initialize(int w, int h, std::string &error)
     width  = w;
     height = h;
 
-    GLuint vs = compile(GL_VERTEX_SHADER, s_strVertex, error);
-    GLuint fs = vs != 0 ? compile(GL_FRAGMENT_SHADER, s_strFragment, error) : 0;
-    if(fs == 0)
-    {
-        glDeleteShader(vs);
+    program = rawgl::buildProgram(s_strVertex, s_strFragment,
+                                  {"aPosition", "aNormal", "aTexCoord"}, error);
+    if(program == 0)
         return false;
-    }
-    program = glCreateProgram();
-    glAttachShader(program, vs);
-    glAttachShader(program, fs);
-    glBindAttribLocation(program, 0, "aPosition");
-    glBindAttribLocation(program, 1, "aNormal");
-    glBindAttribLocation(program, 2, "aTexCoord");
-    glLinkProgram(program);
-    glDeleteShader(vs);
-    glDeleteShader(fs);
-    GLint ok = GL_FALSE;
-    glGetProgramiv(program, GL_LINK_STATUS, &ok);
-    if(ok != GL_TRUE)
-    {
-        char log[4096] = {0};
-        glGetProgramInfoLog(program, sizeof(log), NULL, log);
-        error = std::string("link: ") + log;
-        return false;
-    }
 
     GLint previousProgram = 0;
     glGetIntegerv(GL_CURRENT_PROGRAM, &previousProgram);
@@ -672,7 +629,7 @@ double ForwardRenderer::render(CameraPtr camera, const std::vector<LightPtr> &li
     SavedState saved;
     saved.save();
     glFinish();
-    const double start = nowMilliseconds();
+    const double start = rawgl::nowMilliseconds();
 
     Matrix viewing, projection;
     camera->getViewing   (viewing,    UInt32(width), UInt32(height));
@@ -773,7 +730,7 @@ double ForwardRenderer::render(CameraPtr camera, const std::vector<LightPtr> &li
                       GL_NEAREST);
 
     glFinish();
-    const double ms = nowMilliseconds() - start;
+    const double ms = rawgl::nowMilliseconds() - start;
     saved.restore();
     return ms;
 }

@@ -15,9 +15,9 @@
 
 #include "common/DemoScene.h"
 #include "ForwardRenderer.h"
+#include "RawGL.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <sstream>
@@ -91,12 +91,6 @@ bool parseScenes(const char *text, std::vector<std::string> &out)
     return !out.empty();
 }
 
-double nowMilliseconds(void)
-{
-    return std::chrono::duration<double, std::milli>(
-        std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
 // The median, so that a stall of the virtual machine in one frame does not
 // move a figure.
 double median(std::vector<double> times)
@@ -113,10 +107,10 @@ double measureDeferred(PassiveWindowPtr window, RenderAction *action, int frames
     for(int frame = -1; frame < frames; ++frame)
     {
         glFinish();
-        const double start = nowMilliseconds();
+        const double start = rawgl::nowMilliseconds();
         window->render(action);
         glFinish();
-        const double ms = nowMilliseconds() - start;
+        const double ms = rawgl::nowMilliseconds() - start;
         Thread::getCurrentChangeList()->clearAll();
         if(frame >= 0)
             times.push_back(ms);
@@ -284,10 +278,10 @@ int main(int argc, char **argv)
                 if(lastRow > 2000.0)
                     std::fprintf(stderr, "lumora_forward_table: %s %dx%d, %d lights...\n",
                                  scene.c_str(), width, height, count);
-                const double start = nowMilliseconds();
+                const double start = rawgl::nowMilliseconds();
                 const Row row = measureRow(scene, forward, width, height, count,
                                            options.frames);
-                lastRow = nowMilliseconds() - start;
+                lastRow = rawgl::nowMilliseconds() - start;
 
                 char size[32];
                 std::snprintf(size, sizeof(size), "%dx%d", width, height);

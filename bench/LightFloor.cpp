@@ -1,7 +1,7 @@
 #include "LightFloor.h"
+#include "RawGL.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
 #include <cstring>
 
@@ -105,28 +105,6 @@ const char *s_strOnePass =
 #undef LUMORA_FLOOR_COMMON
 #undef LUMORA_FLOOR_READ
 
-GLuint compile(GLenum type, const char *text, std::string &error)
-{
-    GLuint shader = glCreateShader(type);
-    glShaderSource(shader, 1, &text, NULL);
-    glCompileShader(shader);
-    GLint ok = GL_FALSE;
-    glGetShaderiv(shader, GL_COMPILE_STATUS, &ok);
-    if(ok == GL_TRUE)
-        return shader;
-    char log[4096] = {0};
-    glGetShaderInfoLog(shader, sizeof(log), NULL, log);
-    error = std::string("compile: ") + log;
-    glDeleteShader(shader);
-    return 0;
-}
-
-double nowMilliseconds(void)
-{
-    return std::chrono::duration<double, std::milli>(
-        std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
 // Deterministic content, so that runs compare.
 uint32_t nextRandom(uint32_t &state)
 {
@@ -155,26 +133,9 @@ LightFloor::~LightFloor(void)
 
 bool LightFloor::build(Program &program, const char *fragment, std::string &error)
 {
-    GLuint vs = compile(GL_VERTEX_SHADER, s_strVertex, error);
-    GLuint fs = vs != 0 ? compile(GL_FRAGMENT_SHADER, fragment, error) : 0;
-    if(fs == 0)
+    program.id = rawgl::buildProgram(s_strVertex, fragment, {"aCorner"}, error);
+    if(program.id == 0)
         return false;
-    program.id = glCreateProgram();
-    glAttachShader(program.id, vs);
-    glAttachShader(program.id, fs);
-    glBindAttribLocation(program.id, 0, "aCorner");
-    glLinkProgram(program.id);
-    glDeleteShader(vs);
-    glDeleteShader(fs);
-    GLint ok = GL_FALSE;
-    glGetProgramiv(program.id, GL_LINK_STATUS, &ok);
-    if(ok != GL_TRUE)
-    {
-        char log[4096] = {0};
-        glGetProgramInfoLog(program.id, sizeof(log), NULL, log);
-        error = std::string("link: ") + log;
-        return false;
-    }
 
     glUseProgram(program.id);
     const char *samplers[] = {"texGBuffer0", "texGBuffer1", "texGBuffer2",
@@ -286,7 +247,7 @@ void LightFloor::beginFrame(void)
 {
     static const float corners[8] = {-1.f, -1.f, 1.f, -1.f, -1.f, 1.f, 1.f, 1.f};
     glFinish();
-    frameStart = nowMilliseconds();
+    frameStart = rawgl::nowMilliseconds();
     glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
     glViewport(0, 0, width, height);
     glDisable(GL_DEPTH_TEST);
@@ -313,7 +274,7 @@ double LightFloor::endFrame(void)
 {
     glEndQuery(GL_SAMPLES_PASSED);
     glFinish();
-    const double ms = nowMilliseconds() - frameStart;
+    const double ms = rawgl::nowMilliseconds() - frameStart;
     glGetQueryObjectui64v(query, GL_QUERY_RESULT, &lastPixels);
     glUseProgram(0);
     glDisableVertexAttribArray(0);

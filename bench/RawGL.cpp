@@ -1,0 +1,65 @@
+#include "RawGL.h"
+
+#include <chrono>
+
+namespace rawgl
+{
+
+namespace
+{
+
+GLuint compile(GLenum type, const char *text, std::string &error)
+{
+    GLuint shader = glCreateShader(type);
+    glShaderSource(shader, 1, &text, NULL);
+    glCompileShader(shader);
+    GLint ok = GL_FALSE;
+    glGetShaderiv(shader, GL_COMPILE_STATUS, &ok);
+    if(ok == GL_TRUE)
+        return shader;
+    char log[4096] = {0};
+    glGetShaderInfoLog(shader, sizeof(log), NULL, log);
+    error = std::string("compile: ") + log;
+    glDeleteShader(shader);
+    return 0;
+}
+
+} // namespace
+
+GLuint buildProgram(const char *vertex, const char *fragment,
+                    std::initializer_list<const char *> attributes, std::string &error)
+{
+    GLuint vs = compile(GL_VERTEX_SHADER, vertex, error);
+    GLuint fs = vs != 0 ? compile(GL_FRAGMENT_SHADER, fragment, error) : 0;
+    if(fs == 0)
+    {
+        glDeleteShader(vs);
+        return 0;
+    }
+    GLuint program = glCreateProgram();
+    glAttachShader(program, vs);
+    glAttachShader(program, fs);
+    GLuint location = 0;
+    for(const char *name : attributes)
+        glBindAttribLocation(program, location++, name);
+    glLinkProgram(program);
+    glDeleteShader(vs);
+    glDeleteShader(fs);
+    GLint ok = GL_FALSE;
+    glGetProgramiv(program, GL_LINK_STATUS, &ok);
+    if(ok == GL_TRUE)
+        return program;
+    char log[4096] = {0};
+    glGetProgramInfoLog(program, sizeof(log), NULL, log);
+    error = std::string("link: ") + log;
+    glDeleteProgram(program);
+    return 0;
+}
+
+double nowMilliseconds(void)
+{
+    return std::chrono::duration<double, std::milli>(
+        std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+} // namespace rawgl
