@@ -37,6 +37,8 @@ NodePtr     makeConicalFrustum   (Real32 height, Real32 topradius, Real32 botrad
 GeometryPtr makeTorusGeo(Real32 innerRadius, Real32 outerRadius, UInt16 sides, UInt16 rings);
 NodePtr     makeTorus   (Real32 innerRadius, Real32 outerRadius, UInt16 sides, UInt16 rings);
 
+// Any radius is taken: 0 collapses the sphere, a negative one turns it
+// inside out.
 GeometryPtr makeSphereGeo(UInt16 depth, Real32 radius);
 NodePtr     makeSphere   (UInt16 depth, Real32 radius);
 

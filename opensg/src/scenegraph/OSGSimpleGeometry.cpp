@@ -1,11 +1,16 @@
 #include <OpenSG/OSGSimpleGeometry.h>
 #include <OpenSG/OSGSimpleMaterial.h>
+#include <OpenSG/OSGQuaternion.h>
+#include <OpenSG/OSGMatrix.h>
 #include <OpenSG/OSGGL.h>
 
 #include <cmath>
-#include <map>
-#include <utility>
 #include <vector>
+
+// Applications compare these shapes vertex by vertex with what OpenSG 1.8
+// made (picking, texturing, saved scenes), so the layouts, the order of
+// every element and even the float arithmetic follow 1.8's, quirks
+// included; the comments point the quirks out.
 
 namespace osg
 {
@@ -13,7 +18,7 @@ namespace osg
 namespace
 {
 
-// Collects the properties of one of the simple shapes.
+// Collects the properties of one shape; every one uses the same types.
 class ShapeBuilder
 {
   public:
@@ -23,68 +28,56 @@ class ShapeBuilder
         _texCoords(GeoTexCoords2f ::create()),
         _indices  (GeoIndicesUI32 ::create()),
         _lengths  (GeoPLengthsUI32::create()),
-        _types    (GeoPTypesUI8   ::create()),
-        _open     (0)
+        _types    (GeoPTypesUI8   ::create())
     {
     }
 
-    UInt32 addVertex(const Pnt3f &p, const Vec3f &n, const Vec2f &t)
-    {
-        _positions->editField().push_back(p);
-        _normals  ->editField().push_back(n);
-        _texCoords->editField().push_back(t);
-        return _positions->size() - 1;
-    }
+    UInt32 vertexCount(void) const { return _positions->getSize(); }
 
-    void addPosition(const Pnt3f &p, const Vec3f &n)
+    void addVertex(const Pnt3f &p, const Vec3f &n)
     {
         _positions->editField().push_back(p);
         _normals  ->editField().push_back(n);
     }
 
-    UInt32 addTexCoord(const Vec2f &t)
+    void addVertex(const Pnt3f &p, const Vec3f &n, const Vec2f &t)
     {
-        _texCoords->editField().push_back(t);
-        return _texCoords->size() - 1;
+        addVertex(p, n);
+        addTexCoord(t);
     }
 
-    void begin(GLenum type)
+    void addTexCoord(const Vec2f &t) { _texCoords->editField().push_back(t); }
+
+    void addPrimitive(GLenum type, UInt32 length)
     {
-        _types->editField().push_back(UInt8(type));
-        _open = _indices->size();
+        _types  ->editField().push_back(UInt8(type));
+        _lengths->editField().push_back(length);
     }
 
-    void index(UInt32 i)
-    {
-        _indices->editField().push_back(i);
-    }
+    void addIndex(UInt32 i) { _indices->editField().push_back(i); }
 
-    void end(UInt32 indicesPerVertex = 1)
-    {
-        _lengths->editField().push_back((_indices->size() - _open) / indicesPerVertex);
-    }
-
-    GeometryPtr finish(const std::vector<UInt16> &mapping)
+    GeometryPtr finish(UInt16 firstMapping, UInt16 secondMapping = 0)
     {
         GeometryPtr geo = Geometry::create();
         beginEditCP(geo);
+        geo->setMaterial (getDefaultMaterial());
         geo->setPositions(_positions);
         geo->setNormals  (_normals);
         geo->setTexCoords(_texCoords);
         geo->setIndices  (_indices);
-        geo->setLengths  (_lengths);
         geo->setTypes    (_types);
-        geo->editMFIndexMapping()->getValues().assign(mapping.begin(), mapping.end());
-        geo->setMaterial (getDefaultMaterial());
+        geo->setLengths  (_lengths);
+        geo->editMFIndexMapping()->push_back(firstMapping);
+        if(secondMapping != 0)
+            geo->editMFIndexMapping()->push_back(secondMapping);
         endEditCP(geo);
         return geo;
     }
 
     GeometryPtr finish(void)
     {
-        return finish(std::vector<UInt16>(1, Geometry::MapPosition |
-                                              Geometry::MapNormal   |
-                                              Geometry::MapTexCoords));
+        return finish(Geometry::MapPosition | Geometry::MapNormal |
+                      Geometry::MapTexCoords);
     }
 
   private:
@@ -94,45 +87,177 @@ class ShapeBuilder
     GeoIndicesUI32Ptr  _indices;
     GeoPLengthsUI32Ptr _lengths;
     GeoPTypesUI8Ptr    _types;
-    UInt32             _open;
 };
 
-// One strip per row of a grid of (nu + 1) x (nv + 1) vertices starting at
-// `first`, ordered so that the faces turn counter-clockwise seen from the
-// side u x v points to.
-void addGridStrips(ShapeBuilder &b, UInt32 first, UInt32 nu, UInt32 nv)
+// A grid of nu x nv quads across the axes u and v of a box of `size`,
+// mirrored along them by the signs, lying at `level` on the third axis.
+// Texcoords follow the grid; one strip per row, the upper row first.
+void addGrid(ShapeBuilder &b, const Vec3f &size, UInt32 u, UInt32 v,
+             Real32 uSign, Real32 vSign, UInt16 nu, UInt16 nv,
+             Real32 level, const Vec3f &normal)
 {
-    for(UInt32 j = 0; j < nv; ++j)
+    const UInt32 first = b.vertexCount();
+    const UInt32 w     = 3 - u - v;
+    const Real32 uStep = size[u] / nu;
+    const Real32 vStep = size[v] / nv;
+
+    for(UInt32 y = 0; y <= nv; ++y)
     {
-        b.begin(GL_TRIANGLE_STRIP);
-        for(UInt32 i = 0; i <= nu; ++i)
+        for(UInt32 x = 0; x <= nu; ++x)
         {
-            b.index(first + (j + 1) * (nu + 1) + i);
-            b.index(first +  j      * (nu + 1) + i);
+            Pnt3f p;
+            p[u] = (x * uStep - size[u] / 2) * uSign;
+            p[v] = (y * vStep - size[v] / 2) * vSign;
+            p[w] = level;
+            b.addVertex(p, normal, Vec2f(x / Real32(nu), y / Real32(nv)));
         }
-        b.end();
+    }
+
+    for(UInt32 y = 0; y < nv; ++y)
+    {
+        b.addPrimitive(GL_TRIANGLE_STRIP, 2 * (nu + 1));
+        for(UInt32 x = 0; x <= nu; ++x)
+        {
+            b.addIndex(first + (y + 1) * (nu + 1) + x);
+            b.addIndex(first +  y      * (nu + 1) + x);
+        }
     }
 }
 
-// A subdivided rectangle centred at `center`, spanning `u` and `v` (full
-// extents) with texcoords running along them.
-void addFace(ShapeBuilder &b, const Pnt3f &center, const Vec3f &u, const Vec3f &v,
-             const Vec3f &normal, UInt32 nu, UInt32 nv)
+Real32 lengthOf(const Vec3f &v)
 {
-    UInt32 first = 0;
-    for(UInt32 j = 0; j <= nv; ++j)
+    return std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
+}
+
+// Scales by the reciprocal, as 1.8 did; a null vector stays null.
+Vec3f unitLength(const Vec3f &v)
+{
+    const Real32 len = lengthOf(v);
+    return std::fabs(len) < Eps ? v : v * (1.f / len);
+}
+
+// t runs from the south pole to the north, s once around from -Z over
+// -X, +Z and +X, as on the lat-long sphere.
+Vec2f sphereTexCoord(const Vec3f &n)
+{
+    Real32 s = std::atan2(-n[2], n[0]) - Pi / 2;
+    if(s <= -Eps)
+        s += 2 * Pi;
+    return Vec2f(s / (2 * Pi), (Pi - std::acos(n[1])) / Pi);
+}
+
+// An icosahedron split recursively. Triangles share no midpoints, every
+// split adds its own three, so the vertex count is 12 + 20 (4^depth - 1).
+// Normals and texcoords are taken from the positions, not from the unit
+// directions, which turns them inwards for a negative radius and to null
+// for a radius of 0: 1.8 did the same.
+class IcoSphere
+{
+  public:
+    explicit IcoSphere(Real32 radius) : _radius(radius) {}
+
+    void addCorner(const Vec3f &v)
     {
-        for(UInt32 i = 0; i <= nu; ++i)
+        const Vec3f n = unitLength(v);
+        const Real32 len = lengthOf(v);
+        _positions.push_back(Pnt3f(v * (len == 0 ? 1 : _radius / len)));
+        _normals  .push_back(n);
+        _texCoords.push_back(sphereTexCoord(n));
+    }
+
+    void subdivide(UInt32 a, UInt32 b, UInt32 c, UInt32 depth)
+    {
+        if(depth == 0)
         {
-            Real32 s = Real32(i) / nu;
-            Real32 t = Real32(j) / nv;
-            UInt32 idx = b.addVertex(center + u * (s - 0.5f) + v * (t - 0.5f),
-                                     normal, Vec2f(s, t));
-            if(i == 0 && j == 0)
-                first = idx;
+            // Positions and texcoords: two indices per corner.
+            const UInt32 corners[] = { a, a, b, b, c, c };
+            _indices.insert(_indices.end(), corners, corners + 6);
+            return;
+        }
+
+        const UInt32 ab = addMidpoint(a, b);
+        const UInt32 bc = addMidpoint(b, c);
+        const UInt32 ca = addMidpoint(c, a);
+
+        subdivide(a,  ab, ca, depth - 1);
+        subdivide(b,  bc, ab, depth - 1);
+        subdivide(c,  ca, bc, depth - 1);
+        subdivide(ab, bc, ca, depth - 1);
+    }
+
+    // The seam where s wraps runs along x = 0, z < 0. Its vertices carry
+    // s = 0; each corner on it gets a texcoord of its own with s = 1 in a
+    // triangle that does not reach into x < 0, so no face spans the whole
+    // texture. Poles get s = .5 whichever side.
+    void splitSeam(void)
+    {
+        for(UInt32 tri = 0; tri < _indices.size(); tri += 6)
+        {
+            Vec3f n[3];
+            bool  nearSeam = false, west = false;
+            for(UInt32 k = 0; k < 3; ++k)
+            {
+                n[k]      = _normals[_indices[tri + 2 * k]];
+                nearSeam |= std::fabs(n[k][0]) <= 0.01 && n[k][2] <= Eps;
+                west     |= n[k][0] <= -Eps;
+            }
+            if(!nearSeam)
+                continue;
+
+            for(UInt32 k = 0; k < 3; ++k)
+            {
+                if(!(std::fabs(n[k][0]) <= Eps && n[k][2] <= Eps))
+                    continue;
+
+                UInt32 &tex = _indices[tri + 2 * k + 1];
+                Real32  s   = west ? 0.f : 1.f;
+                if(std::fabs(std::fabs(n[k][1]) - 1) <= Eps)
+                    s = .5f;
+                _texCoords.push_back(Vec2f(s, _texCoords[tex][1]));
+                tex = UInt32(_texCoords.size() - 1);
+            }
         }
     }
-    addGridStrips(b, first, nu, nv);
+
+    GeometryPtr build(void) const
+    {
+        ShapeBuilder b;
+        for(UInt32 i = 0; i < _positions.size(); ++i)
+            b.addVertex(_positions[i], _normals[i]);
+        for(const Vec2f &t : _texCoords)
+            b.addTexCoord(t);
+        b.addPrimitive(GL_TRIANGLES, UInt32(_indices.size() / 2));
+        for(UInt32 i : _indices)
+            b.addIndex(i);
+        return b.finish(Geometry::MapPosition | Geometry::MapNormal,
+                        Geometry::MapTexCoords);
+    }
+
+  private:
+    UInt32 addMidpoint(UInt32 a, UInt32 b)
+    {
+        // a + (b - a) / 2 rounds differently from (a + b) / 2; halving it
+        // once more only moves where tiny radii count as null.
+        const Pnt3f &pa = _positions[a];
+        const Pnt3f  m  = pa + (_positions[b] - pa) * .5f;
+        const Vec3f  n  = unitLength(Vec3f(m[0], m[1], m[2]) * .5f);
+
+        _positions.push_back(Pnt3f(n * _radius));
+        _normals  .push_back(n);
+        _texCoords.push_back(sphereTexCoord(n));
+        return UInt32(_positions.size() - 1);
+    }
+
+    Real32             _radius;
+    std::vector<Pnt3f> _positions;
+    std::vector<Vec3f> _normals;
+    std::vector<Vec2f> _texCoords;
+    std::vector<UInt32> _indices;
+};
+
+NodePtr nodeFor(GeometryPtr geo)
+{
+    return geo != NullFC ? makeNodeFor(geo) : NodePtr();
 }
 
 } // namespace
@@ -147,8 +272,7 @@ GeometryPtr makePlaneGeo(Real32 xsize, Real32 ysize, UInt16 hor, UInt16 vert)
     }
 
     ShapeBuilder b;
-    addFace(b, Pnt3f(0, 0, 0), Vec3f(xsize, 0, 0), Vec3f(0, ysize, 0),
-            Vec3f(0, 0, 1), hor, vert);
+    addGrid(b, Vec3f(xsize, ysize, 0), 0, 1, 1, 1, hor, vert, 0, Vec3f(0, 0, 1));
     return b.finish();
 }
 
@@ -162,15 +286,35 @@ GeometryPtr makeBoxGeo(Real32 xsize, Real32 ysize, Real32 zsize,
         return NullFC;
     }
 
-    Real32 x = xsize / 2, y = ysize / 2, z = zsize / 2;
+    // +Z, -Z, +X, -X, +Y, -Y. Seen from outside, s runs to the right on
+    // every face; t runs up on the sides, towards -Z on the top and
+    // towards +Z on the bottom.
+    struct Face
+    {
+        UInt32 u, v;
+        Real32 uSign, vSign;
+        Vec3f  normal;
+    };
+    const Face faces[] =
+    {
+        { 0, 1,  1,  1, Vec3f( 0,  0,  1) },
+        { 0, 1, -1,  1, Vec3f( 0,  0, -1) },
+        { 2, 1, -1,  1, Vec3f( 1,  0,  0) },
+        { 2, 1,  1,  1, Vec3f(-1,  0,  0) },
+        { 0, 2,  1, -1, Vec3f( 0,  1,  0) },
+        { 0, 2,  1,  1, Vec3f( 0, -1,  0) },
+    };
+
+    const Vec3f  size(xsize, ysize, zsize);
+    const UInt16 steps[] = { hor, vert, depth };
 
     ShapeBuilder b;
-    addFace(b, Pnt3f( 0,  0,  z), Vec3f( xsize, 0, 0), Vec3f(0, ysize, 0), Vec3f( 0,  0,  1), hor,   vert);
-    addFace(b, Pnt3f( 0,  0, -z), Vec3f(-xsize, 0, 0), Vec3f(0, ysize, 0), Vec3f( 0,  0, -1), hor,   vert);
-    addFace(b, Pnt3f( x,  0,  0), Vec3f(0, 0, -zsize), Vec3f(0, ysize, 0), Vec3f( 1,  0,  0), depth, vert);
-    addFace(b, Pnt3f(-x,  0,  0), Vec3f(0, 0,  zsize), Vec3f(0, ysize, 0), Vec3f(-1,  0,  0), depth, vert);
-    addFace(b, Pnt3f( 0,  y,  0), Vec3f(xsize, 0, 0), Vec3f(0, 0, -zsize), Vec3f( 0,  1,  0), hor,   depth);
-    addFace(b, Pnt3f( 0, -y,  0), Vec3f(xsize, 0, 0), Vec3f(0, 0,  zsize), Vec3f( 0, -1,  0), hor,   depth);
+    for(const Face &f : faces)
+    {
+        const UInt32 w = 3 - f.u - f.v;
+        addGrid(b, size, f.u, f.v, f.uSign, f.vSign, steps[f.u], steps[f.v],
+                f.normal[w] * size[w] / 2, f.normal);
+    }
     return b.finish();
 }
 
@@ -185,55 +329,76 @@ GeometryPtr makeConicalFrustumGeo(Real32 height, Real32 topradius, Real32 botrad
         return NullFC;
     }
 
-    Real32 top   =  height / 2;
-    Real32 bot   = -height / 2;
-    Real32 slope = (botradius - topradius) / height;
-    Real32 delta = 2 * Pi / sides;
+    const Real32 top   =  height / 2;
+    const Real32 bot   = -height / 2;
+    const Real32 delta = 2.f * Pi / sides;
+    const Real32 slope = (botradius - topradius) / height;
+    // The side normals are (x, slope, z) divided by this, i.e. scaled up
+    // by sqrt(1 + slope^2) rather than down: not unit length on a slant.
+    const Real32 shrink = 1.f / std::sqrt(1 + slope * slope);
 
     ShapeBuilder b;
 
+    // The angle starts at -Z and turns towards +X.
+    auto sinAt = [&](Int32 j) { return std::sin(j * delta); };
+    auto cosAt = [&](Int32 j) { return std::cos(j * delta); };
+
     if(doSide)
     {
-        // Bottom before top in each column turns the faces outwards.
-        b.begin(GL_TRIANGLE_STRIP);
+        // The top ring, then the bottom ring, each closed by a copy of its
+        // first vertex for the texture seam; s runs from 1 down to 0.
+        const UInt32 first = b.vertexCount();
+        const Real32 rows[2][3] = { { topradius, top, 1 }, { botradius, bot, 0 } };
+        for(const Real32 *row : rows)
+        {
+            for(Int32 j = 0; j <= sides; ++j)
+            {
+                const Real32 x = sinAt(j), z = -cosAt(j);
+                b.addVertex(Pnt3f(x * row[0], row[1], z * row[0]),
+                            Vec3f(x / shrink, slope / shrink, z / shrink),
+                            Vec2f(1.f - j / Real32(sides), row[2]));
+            }
+        }
+
+        b.addPrimitive(GL_TRIANGLE_STRIP, 2 * (sides + 1));
         for(UInt32 j = 0; j <= sides; ++j)
         {
-            Real32 beta = j * delta;
-            Real32 x = std::sin(beta), z = -std::cos(beta);
-            Real32 s = 1 - Real32(j) / sides;
-            Vec3f  n(x, slope, z);
-
-            b.index(b.addVertex(Pnt3f(x * botradius, bot, z * botradius), n, Vec2f(s, 0)));
-            b.index(b.addVertex(Pnt3f(x * topradius, top, z * topradius), n, Vec2f(s, 1)));
+            b.addIndex(first + sides + 1 + j);
+            b.addIndex(first + j);
         }
-        b.end();
     }
 
-    // Going against the side's direction turns the top cap's face upwards.
+    // The caps' vertices go round backwards; the top uses them in that
+    // order, the bottom reversed, so that both face outwards. A cap's
+    // texture is the disc seen from outside, +X to the right.
     if(doTop && topradius > 0)
     {
-        b.begin(GL_POLYGON);
+        const UInt32 first = b.vertexCount();
         for(Int32 j = sides - 1; j >= 0; --j)
         {
-            Real32 beta = j * delta;
-            Real32 x = std::sin(beta), z = -std::cos(beta);
-            b.index(b.addVertex(Pnt3f(x * topradius, top, z * topradius), Vec3f(0, 1, 0),
-                                Vec2f(x / 2 + .5f, -z / 2 + .5f)));
+            const Real32 x = topradius * sinAt(j), z = -topradius * cosAt(j);
+            b.addVertex(Pnt3f(x, top, z), Vec3f(0, 1, 0),
+                        Vec2f(x / topradius / 2 + .5f, -z / topradius / 2 + .5f));
         }
-        b.end();
+
+        b.addPrimitive(GL_POLYGON, sides);
+        for(UInt32 j = 0; j < sides; ++j)
+            b.addIndex(first + j);
     }
 
     if(doBottom && botradius > 0)
     {
-        b.begin(GL_POLYGON);
-        for(UInt32 j = 0; j < sides; ++j)
+        const UInt32 first = b.vertexCount();
+        for(Int32 j = sides - 1; j >= 0; --j)
         {
-            Real32 beta = j * delta;
-            Real32 x = std::sin(beta), z = -std::cos(beta);
-            b.index(b.addVertex(Pnt3f(x * botradius, bot, z * botradius), Vec3f(0, -1, 0),
-                                Vec2f(x / 2 + .5f, z / 2 + .5f)));
+            const Real32 x = botradius * sinAt(j), z = -botradius * cosAt(j);
+            b.addVertex(Pnt3f(x, bot, z), Vec3f(0, -1, 0),
+                        Vec2f(x / botradius / 2 + .5f, z / botradius / 2 + .5f));
         }
-        b.end();
+
+        b.addPrimitive(GL_POLYGON, sides);
+        for(UInt32 j = 0; j < sides; ++j)
+            b.addIndex(first + sides - 1 - j);
     }
 
     return b.finish();
@@ -261,129 +426,75 @@ GeometryPtr makeTorusGeo(Real32 innerRadius, Real32 outerRadius, UInt16 sides, U
         return NullFC;
     }
 
+    // (rings + 1) x (sides + 1) vertices, the last of each row and column
+    // repeating the first for the texture. The angles are summed step by
+    // step, not multiplied out, which shifts them by a few ulps.
+    const Real32 ringDelta = 2.f * Pi / rings;
+    const Real32 sideDelta = 2.f * Pi / sides;
+
     ShapeBuilder b;
-    for(UInt32 a = 0; a <= rings; ++a)
+    Real32 theta = 0;
+    for(UInt32 a = 0; a <= rings; ++a, theta += ringDelta)
     {
-        Real32 theta = 2 * Pi * a / rings;
-        for(UInt32 c = 0; c <= sides; ++c)
+        const Real32 cosTheta = std::cos(theta), sinTheta = std::sin(theta);
+        Real32 phi = 0;
+        for(UInt32 c = 0; c <= sides; ++c, phi += sideDelta)
         {
-            Real32 phi = 2 * Pi * c / sides;
-            Real32 d   = outerRadius + innerRadius * std::cos(phi);
-            Vec3f  n(std::cos(theta) * std::cos(phi), -std::sin(theta) * std::cos(phi),
-                     std::sin(phi));
-            b.addVertex(Pnt3f(std::cos(theta) * d, -std::sin(theta) * d,
-                              innerRadius * std::sin(phi)),
-                        n, Vec2f(-Real32(a) / rings, Real32(c) / sides));
+            const Real32 cosPhi = std::cos(phi), sinPhi = std::sin(phi);
+            const Real32 dist   = outerRadius + innerRadius * cosPhi;
+            // s runs from 0 down to -1 around the ring.
+            b.addVertex(Pnt3f(cosTheta * dist, -sinTheta * dist, innerRadius * sinPhi),
+                        Vec3f(cosTheta * cosPhi, -sinTheta * cosPhi, sinPhi),
+                        Vec2f(-Int32(a) / Real32(rings), c / Real32(sides)));
         }
     }
 
-    // The next ring first in each pair turns the faces outwards.
-    for(UInt32 a = 0; a < rings; ++a)
+    // One strip per step around the tube, running once around the ring.
+    for(UInt32 c = 0; c < sides; ++c)
     {
-        b.begin(GL_TRIANGLE_STRIP);
-        for(UInt32 c = 0; c <= sides; ++c)
+        b.addPrimitive(GL_TRIANGLE_STRIP, 2 * (rings + 1));
+        for(UInt32 a = 0; a <= rings; ++a)
         {
-            b.index((a + 1) * (sides + 1) + c);
-            b.index( a      * (sides + 1) + c);
+            b.addIndex(a * (sides + 1) + c);
+            b.addIndex(a * (sides + 1) + c + 1);
         }
-        b.end();
     }
     return b.finish();
 }
 
 GeometryPtr makeSphereGeo(UInt16 depth, Real32 radius)
 {
-    if(radius <= 0)
+    // The classic unit icosahedron, (+-a, 0, +-c) and its cyclic shifts,
+    // turned about Y so that the first corner lies on +X.
+    const Real32 a = .525731112119133606f;
+    const Real32 c = .850650808352039932f;
+    Vec3f corners[] =
     {
-        SWARNING << "makeSphereGeo: illegal radius " << radius << std::endl;
-        return NullFC;
-    }
-
-    const Real32 g = (1 + std::sqrt(5.f)) / 2;
-    std::vector<Vec3f> dirs =
-    {
-        Vec3f(-1,  g,  0), Vec3f( 1,  g,  0), Vec3f(-1, -g,  0), Vec3f( 1, -g,  0),
-        Vec3f( 0, -1,  g), Vec3f( 0,  1,  g), Vec3f( 0, -1, -g), Vec3f( 0,  1, -g),
-        Vec3f( g,  0, -1), Vec3f( g,  0,  1), Vec3f(-g,  0, -1), Vec3f(-g,  0,  1)
+        Vec3f(-a, 0,  c), Vec3f( a, 0,  c), Vec3f(-a, 0, -c), Vec3f( a, 0, -c),
+        Vec3f( 0, c,  a), Vec3f( 0, c, -a), Vec3f( 0, -c, a), Vec3f( 0, -c, -a),
+        Vec3f( c, a,  0), Vec3f(-c, a,  0), Vec3f( c, -a, 0), Vec3f(-c, -a, 0)
     };
-    std::vector<UInt32> tris =
+    const UInt32 faces[20][3] =
     {
-        0, 11,  5,   0,  5,  1,   0,  1,  7,   0,  7, 10,   0, 10, 11,
-        1,  5,  9,   5, 11,  4,  11, 10,  2,  10,  7,  6,   7,  1,  8,
-        3,  9,  4,   3,  4,  2,   3,  2,  6,   3,  6,  8,   3,  8,  9,
-        4,  9,  5,   2,  4, 11,   6,  2, 10,   8,  6,  7,   9,  8,  1
+        { 1,  4,  0 }, {  4, 9, 0 }, {  4, 5,  9 }, { 8, 5,  4 }, {  1, 8, 4 },
+        { 1, 10,  8 }, { 10, 3, 8 }, {  8, 3,  5 }, { 3, 2,  5 }, {  3, 7, 2 },
+        { 3, 10,  7 }, { 10, 6, 7 }, {  6, 11, 7 }, { 6, 0, 11 }, {  6, 1, 0 },
+        { 10, 1,  6 }, { 11, 0, 9 }, {  2, 11, 9 }, { 5, 2,  9 }, { 11, 2, 7 }
     };
-    for(Vec3f &d : dirs)
-        d.normalize();
 
-    for(UInt32 level = 0; level < depth; ++level)
+    Matrix turn;
+    turn.setTransform(Quaternion(Vec3f(0, 1, 0), std::acos(c) + Pi / 2));
+
+    IcoSphere sphere(radius);
+    for(Vec3f &v : corners)
     {
-        std::map<std::pair<UInt32, UInt32>, UInt32> midpoints;
-        auto midpoint = [&](UInt32 i, UInt32 j)
-        {
-            std::pair<UInt32, UInt32> key(osgMin(i, j), osgMax(i, j));
-            auto it = midpoints.find(key);
-            if(it != midpoints.end())
-                return it->second;
-            Vec3f m = dirs[i] + dirs[j];
-            m.normalize();
-            dirs.push_back(m);
-            midpoints[key] = UInt32(dirs.size() - 1);
-            return UInt32(dirs.size() - 1);
-        };
-
-        std::vector<UInt32> next;
-        next.reserve(tris.size() * 4);
-        for(size_t t = 0; t < tris.size(); t += 3)
-        {
-            UInt32 a = tris[t], b = tris[t + 1], c = tris[t + 2];
-            UInt32 ab = midpoint(a, b), bc = midpoint(b, c), ca = midpoint(c, a);
-            UInt32 sub[] = { a, ab, ca,  ab, b, bc,  ca, bc, c,  ab, bc, ca };
-            next.insert(next.end(), sub, sub + 12);
-        }
-        tris.swap(next);
+        turn.mult(v, v);
+        sphere.addCorner(v);
     }
-
-    ShapeBuilder b;
-
-    // Texcoords: one per vertex, plus s = 1 twins for the vertices on the
-    // seam (x = 0, z < 0), whose own entry has s = 0.
-    std::vector<UInt32> texOf(dirs.size()), seamTwin(dirs.size(), 0);
-    for(UInt32 i = 0; i < dirs.size(); ++i)
-    {
-        const Vec3f &d = dirs[i];
-        b.addPosition(Pnt3f(d * radius), d);
-
-        Real32 t = (Pi - std::acos(osgClamp(-1.f, d[1], 1.f))) / Pi;
-        bool   pole = std::fabs(d[0]) < 1e-6f && std::fabs(d[2]) < 1e-6f;
-        bool   seam = std::fabs(d[0]) < 1e-6f && d[2] < 0 && !pole;
-        Real32 s    = pole ? 0.5f : (seam ? 0.f : 0.5f + std::atan2(d[0], d[2]) / (2 * Pi));
-
-        texOf[i] = b.addTexCoord(Vec2f(s, t));
-        if(seam)
-            seamTwin[i] = b.addTexCoord(Vec2f(1.f, t));
-    }
-
-    b.begin(GL_TRIANGLES);
-    for(size_t t = 0; t < tris.size(); t += 3)
-    {
-        Real32 side = 0;
-        for(UInt32 k = 0; k < 3; ++k)
-            side += dirs[tris[t + k]][0];
-
-        for(UInt32 k = 0; k < 3; ++k)
-        {
-            UInt32 v = tris[t + k];
-            b.index(v);
-            b.index(seamTwin[v] != 0 && side > 0 ? seamTwin[v] : texOf[v]);
-        }
-    }
-    b.end(2);
-
-    std::vector<UInt16> mapping;
-    mapping.push_back(Geometry::MapPosition | Geometry::MapNormal);
-    mapping.push_back(Geometry::MapTexCoords);
-    return b.finish(mapping);
+    for(const UInt32 *f : faces)
+        sphere.subdivide(f[0], f[1], f[2], depth);
+    sphere.splitSeam();
+    return sphere.build();
 }
 
 GeometryPtr makeLatLongSphereGeo(UInt16 latres, UInt16 longres, Real32 radius)
@@ -395,83 +506,82 @@ GeometryPtr makeLatLongSphereGeo(UInt16 latres, UInt16 longres, Real32 radius)
         return NullFC;
     }
 
+    // From the south pole up, each row from -Z round over -X, +Z and +X
+    // back to -Z; the angles are summed step by step.
+    const Real32 latDelta  = Pi / latres;
+    const Real32 longDelta = 2.f * Pi / longres;
+
     ShapeBuilder b;
-    for(UInt32 a = 0; a <= latres; ++a)
+    Real32 theta = -Pi / 2;
+    for(UInt32 a = 0; a <= latres; ++a, theta += latDelta)
     {
-        Real32 theta = -Pi / 2 + Pi * a / latres;
-        for(UInt32 c = 0; c <= longres; ++c)
+        const Real32 cosTheta = std::cos(theta), sinTheta = std::sin(theta);
+        Real32 phi = -Pi;
+        for(UInt32 c = 0; c <= longres; ++c, phi += longDelta)
         {
-            Real32 phi = -Pi + 2 * Pi * c / longres;
-            Vec3f  n(std::cos(theta) * std::sin(phi), std::sin(theta),
-                     std::cos(theta) * std::cos(phi));
-            b.addVertex(Pnt3f(n * radius), n,
-                        Vec2f(Real32(c) / longres, Real32(a) / latres));
+            const Real32 cosPhi = std::cos(phi), sinPhi = std::sin(phi);
+            b.addVertex(Pnt3f(cosTheta * sinPhi * radius, sinTheta * radius,
+                              cosTheta * cosPhi * radius),
+                        Vec3f(cosTheta * sinPhi, sinTheta, cosTheta * cosPhi),
+                        Vec2f(c / Real32(longres), a / Real32(latres)));
         }
     }
 
+    // One strip per column, from pole to pole.
     for(UInt32 c = 0; c < longres; ++c)
     {
-        b.begin(GL_TRIANGLE_STRIP);
+        b.addPrimitive(GL_TRIANGLE_STRIP, 2 * (latres + 1));
         for(UInt32 a = 0; a <= latres; ++a)
         {
-            b.index(a * (longres + 1) + c);
-            b.index(a * (longres + 1) + c + 1);
+            b.addIndex(a * (longres + 1) + c);
+            b.addIndex(a * (longres + 1) + c + 1);
         }
-        b.end();
     }
     return b.finish();
 }
 
 NodePtr makePlane(Real32 xsize, Real32 ysize, UInt16 hor, UInt16 vert)
 {
-    GeometryPtr geo = makePlaneGeo(xsize, ysize, hor, vert);
-    return geo != NullFC ? makeNodeFor(geo) : NodePtr();
+    return nodeFor(makePlaneGeo(xsize, ysize, hor, vert));
 }
 
 NodePtr makeBox(Real32 xsize, Real32 ysize, Real32 zsize,
                 UInt16 hor, UInt16 vert, UInt16 depth)
 {
-    GeometryPtr geo = makeBoxGeo(xsize, ysize, zsize, hor, vert, depth);
-    return geo != NullFC ? makeNodeFor(geo) : NodePtr();
+    return nodeFor(makeBoxGeo(xsize, ysize, zsize, hor, vert, depth));
 }
 
 NodePtr makeCone(Real32 height, Real32 botradius, UInt16 sides, bool doSide, bool doBottom)
 {
-    GeometryPtr geo = makeConeGeo(height, botradius, sides, doSide, doBottom);
-    return geo != NullFC ? makeNodeFor(geo) : NodePtr();
+    return nodeFor(makeConeGeo(height, botradius, sides, doSide, doBottom));
 }
 
 NodePtr makeCylinder(Real32 height, Real32 radius, UInt16 sides,
                      bool doSide, bool doTop, bool doBottom)
 {
-    GeometryPtr geo = makeCylinderGeo(height, radius, sides, doSide, doTop, doBottom);
-    return geo != NullFC ? makeNodeFor(geo) : NodePtr();
+    return nodeFor(makeCylinderGeo(height, radius, sides, doSide, doTop, doBottom));
 }
 
 NodePtr makeConicalFrustum(Real32 height, Real32 topradius, Real32 botradius,
                            UInt16 sides, bool doSide, bool doTop, bool doBottom)
 {
-    GeometryPtr geo = makeConicalFrustumGeo(height, topradius, botradius, sides,
-                                            doSide, doTop, doBottom);
-    return geo != NullFC ? makeNodeFor(geo) : NodePtr();
+    return nodeFor(makeConicalFrustumGeo(height, topradius, botradius, sides,
+                                         doSide, doTop, doBottom));
 }
 
 NodePtr makeTorus(Real32 innerRadius, Real32 outerRadius, UInt16 sides, UInt16 rings)
 {
-    GeometryPtr geo = makeTorusGeo(innerRadius, outerRadius, sides, rings);
-    return geo != NullFC ? makeNodeFor(geo) : NodePtr();
+    return nodeFor(makeTorusGeo(innerRadius, outerRadius, sides, rings));
 }
 
 NodePtr makeSphere(UInt16 depth, Real32 radius)
 {
-    GeometryPtr geo = makeSphereGeo(depth, radius);
-    return geo != NullFC ? makeNodeFor(geo) : NodePtr();
+    return nodeFor(makeSphereGeo(depth, radius));
 }
 
 NodePtr makeLatLongSphere(UInt16 latres, UInt16 longres, Real32 radius)
 {
-    GeometryPtr geo = makeLatLongSphereGeo(latres, longres, radius);
-    return geo != NullFC ? makeNodeFor(geo) : NodePtr();
+    return nodeFor(makeLatLongSphereGeo(latres, longres, radius));
 }
 
 MaterialPtr getDefaultMaterial(void)

@@ -11,14 +11,19 @@
 #include <cmath>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
+
+// The layouts are those of OpenSG 1.8; tests/opensg18/SimpleGeometryDump.cpp
+// compares them element by element with a genuine build.
 
 using namespace osg;
 
 namespace
 {
 
-// One corner of a face: position, normal and texcoord indices.
+// One corner of a face: its position (and normal) index and its texcoord
+// index, which differ only on the icosphere.
 struct Corner
 {
     UInt32 pos, tex;
@@ -61,19 +66,42 @@ std::vector<Triangle> triangles(GeometryPtr geo)
     return result;
 }
 
-struct MakerCase
+typedef std::vector<std::pair<UInt32, UInt32>> Primitives;   // type, length
+
+Primitives repeat(UInt32 count, UInt32 type, UInt32 length)
+{
+    return Primitives(count, std::make_pair(type, length));
+}
+
+Primitives operator+(Primitives a, const Primitives &b)
+{
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
+UInt32 pow4(UInt32 n) { return 1u << (2 * n); }
+
+struct LayoutCase
 {
     std::string                  name;
     std::function<GeometryPtr()> make;
-    UInt32                       positions;
+    UInt32                       positions, texCoords;
+    Primitives                   primitives;
+    std::vector<UInt32>          firstIndices;
     UInt32                       triangles;
+    Pnt3f                        firstPosition;
+    Vec3f                        firstNormal;
+    Vec2f                        firstTexCoord;
     Pnt3f                        min, max;
-    bool                         unitNormals;
+    Vec2f                        texMin, texMax;
+    // The expected length of a normal; slanted cone sides are not unit.
+    std::function<Real32(const Vec3f &)> normalLength;
     // The point each vertex normal must point away from.
-    std::function<Pnt3f(const Pnt3f &)> inner;
+    std::function<Pnt3f(const Pnt3f &)>  inner;
 };
 
-Pnt3f origin(const Pnt3f &) { return Pnt3f(0, 0, 0); }
+Real32 unit(const Vec3f &) { return 1; }
+Pnt3f  origin(const Pnt3f &) { return Pnt3f(0, 0, 0); }
 
 // Inner radius 0.25, outer radius 1: the tube's centre line lies in z = 0.
 Pnt3f torusTubeCentre(const Pnt3f &p)
@@ -82,38 +110,86 @@ Pnt3f torusTubeCentre(const Pnt3f &p)
     return Pnt3f(p[0] / d, p[1] / d, 0);
 }
 
-std::vector<MakerCase> makerCases()
+std::vector<LayoutCase> layoutCases()
 {
     const UInt32 s = 16;  // sides, a multiple of 4 so that the axes are hit
+    const UInt32 strip = GL_TRIANGLE_STRIP;
+    // Cone 3 high with radius 1: the side normals grow by 1 + 1/9.
+    auto coneNormal = [](const Vec3f &n) {
+        return n[0] == 0 && n[2] == 0 ? 1.f : 1.f + 1.f / 9;
+    };
+    // Cap texcoords of the corner at 15/16 of the way round: -sin and cos
+    // of pi/8, halved and shifted into the unit square.
+    const Real32 sin8 = std::sin(Pi / 8) / 2, cos8 = std::cos(Pi / 8) / 2;
+
     return {
         { "plane 2x1, 4x3", [] { return makePlaneGeo(2, 1, 4, 3); },
-          5 * 4, 2 * 4 * 3, Pnt3f(-1, -.5f, 0), Pnt3f(1, .5f, 0), true,
+          5 * 4, 5 * 4, repeat(3, strip, 2 * 5), { 5, 0, 6, 1 }, 2 * 4 * 3,
+          Pnt3f(-1, -.5f, 0), Vec3f(0, 0, 1), Vec2f(0, 0),
+          Pnt3f(-1, -.5f, 0), Pnt3f(1, .5f, 0), Vec2f(0, 0), Vec2f(1, 1), unit,
           [](const Pnt3f &p) { return Pnt3f(p[0], p[1], -1); } },
+        // +Z, -Z (x by y), +X, -X (z by y), +Y, -Y (x by z).
         { "box 2x4x6, 1x2x3", [] { return makeBoxGeo(2, 4, 6, 1, 2, 3); },
-          2 * (2 * 3 + 4 * 3 + 2 * 4), 2 * 2 * (1 * 2 + 3 * 2 + 1 * 3),
-          Pnt3f(-1, -2, -3), Pnt3f(1, 2, 3), true, origin },
+          2 * (2 * 3 + 4 * 3 + 2 * 4), 2 * (2 * 3 + 4 * 3 + 2 * 4),
+          repeat(2, strip, 2 * 2) + repeat(2, strip, 2 * 2) + repeat(2, strip, 2 * 4) +
+          repeat(2, strip, 2 * 4) + repeat(3, strip, 2 * 2) + repeat(3, strip, 2 * 2),
+          { 2, 0, 3, 1, 4, 2, 5, 3, 8, 6 }, 2 * 2 * (1 * 2 + 3 * 2 + 1 * 3),
+          Pnt3f(-1, -2, 3), Vec3f(0, 0, 1), Vec2f(0, 0),
+          Pnt3f(-1, -2, -3), Pnt3f(1, 2, 3), Vec2f(0, 0), Vec2f(1, 1), unit, origin },
         { "cylinder", [=] { return makeCylinderGeo(2, .5f, s, true, true, true); },
-          2 * (s + 1) + 2 * s, 2 * s + 2 * (s - 2), Pnt3f(-.5f, -1, -.5f), Pnt3f(.5f, 1, .5f),
-          true, origin },
+          2 * (s + 1) + 2 * s, 2 * (s + 1) + 2 * s,
+          repeat(1, strip, 2 * (s + 1)) + repeat(2, GL_POLYGON, s), { s + 1, 0, s + 2, 1 },
+          2 * s + 2 * (s - 2),
+          Pnt3f(0, 1, -.5f), Vec3f(0, 0, -1), Vec2f(1, 1),
+          Pnt3f(-.5f, -1, -.5f), Pnt3f(.5f, 1, .5f), Vec2f(0, 0), Vec2f(1, 1), unit, origin },
         { "cone", [=] { return makeConeGeo(3, 1, s, true, true); },
-          2 * (s + 1) + s, 2 * s + (s - 2), Pnt3f(-1, -1.5f, -1), Pnt3f(1, 1.5f, 1), false, origin },
+          2 * (s + 1) + s, 2 * (s + 1) + s,
+          repeat(1, strip, 2 * (s + 1)) + repeat(1, GL_POLYGON, s), { s + 1, 0, s + 2, 1 },
+          2 * s + (s - 2),
+          Pnt3f(0, 1.5f, 0), Vec3f(0, 1, -3) * (std::sqrt(10.f) / 9), Vec2f(1, 1),
+          Pnt3f(-1, -1.5f, -1), Pnt3f(1, 1.5f, 1), Vec2f(0, 0), Vec2f(1, 1), coneNormal, origin },
         { "frustum without side", [=] { return makeConicalFrustumGeo(1, .5f, 1, s, false, true, true); },
-          2 * s, 2 * (s - 2), Pnt3f(-1, -.5f, -1), Pnt3f(1, .5f, 1), true, origin },
+          2 * s, 2 * s, repeat(2, GL_POLYGON, s), { 0, 1, 2 }, 2 * (s - 2),
+          Pnt3f(-sin8, .5f, -cos8), Vec3f(0, 1, 0), Vec2f(.5f - sin8, .5f + cos8),
+          Pnt3f(-1, -.5f, -1), Pnt3f(1, .5f, 1), Vec2f(0, 0), Vec2f(1, 1), unit, origin },
         { "torus", [=] { return makeTorusGeo(.25f, 1, s, 2 * s); },
-          (2 * s + 1) * (s + 1), 2 * 2 * s * s, Pnt3f(-1.25f, -1.25f, -.25f),
-          Pnt3f(1.25f, 1.25f, .25f), true, torusTubeCentre },
+          (2 * s + 1) * (s + 1), (2 * s + 1) * (s + 1),
+          repeat(s, strip, 2 * (2 * s + 1)), { 0, 1, s + 1, s + 2 }, 2 * 2 * s * s,
+          Pnt3f(1.25f, 0, 0), Vec3f(1, 0, 0), Vec2f(0, 0),
+          Pnt3f(-1.25f, -1.25f, -.25f), Pnt3f(1.25f, 1.25f, .25f), Vec2f(-1, 0), Vec2f(0, 1),
+          unit, torusTubeCentre },
+        // Every split adds three vertices of its own; the texcoords add the
+        // seam's twins.
+        { "sphere depth 0", [] { return makeSphereGeo(0, 3); },
+          12, 12, repeat(1, GL_TRIANGLES, 3 * 20), { 1, 1, 4, 4, 0, 0, 4, 4, 9, 9, 0, 0 }, 20,
+          Pnt3f(3, 0, 0), Vec3f(1, 0, 0), Vec2f(.75f, .5f),
+          Pnt3f(-3, -3 * .850651f, -3 * .894427f), Pnt3f(3, 3 * .850651f, 3 * .894427f),
+          Vec2f(0, 0), Vec2f(1, 1), unit, origin },
         { "sphere depth 2", [] { return makeSphereGeo(2, 3); },
-          10 * 16 + 2, 20 * 16, Pnt3f(-3, -3, -3), Pnt3f(3, 3, 3), true, origin },
+          12 + 20 * (pow4(2) - 1), 378, repeat(1, GL_TRIANGLES, 3 * 20 * pow4(2)),
+          // Depth first: a corner's part of a corner's part, with the
+          // first split's midpoints 12 to 14 and the second's 15 to 17.
+          { 1, 1, 15, 15, 17, 17,  12, 12, 16, 16, 15, 15 }, 20 * pow4(2),
+          Pnt3f(3, 0, 0), Vec3f(1, 0, 0), Vec2f(.75f, .5f),
+          Pnt3f(-3, -3, -3), Pnt3f(3, 3, 3), Vec2f(0, 0), Vec2f(1, 1), unit, origin },
         { "lat-long sphere", [=] { return makeLatLongSphereGeo(8, s, 2); },
-          9 * (s + 1), 2 * 8 * s, Pnt3f(-2, -2, -2), Pnt3f(2, 2, 2), true, origin },
+          9 * (s + 1), 9 * (s + 1), repeat(s, strip, 2 * 9), { 0, 1, s + 1, s + 2 }, 2 * 8 * s,
+          Pnt3f(0, -2, 0), Vec3f(0, -1, 0), Vec2f(0, 0),
+          Pnt3f(-2, -2, -2), Pnt3f(2, 2, 2), Vec2f(0, 0), Vec2f(1, 1), unit, origin },
     };
+}
+
+void expectNear(const Vec3f &actual, const Vec3f &expected, const char *what)
+{
+    EXPECT_LT((actual - expected).length(), 1e-5f)
+        << what << " (" << actual[0] << ", " << actual[1] << ", " << actual[2] << ")";
 }
 
 } // namespace
 
-TEST(SimpleGeometry, MakersBuildTheDescribedShapes)
+TEST(SimpleGeometry, MakersBuildTheDescribedLayouts)
 {
-    for(const MakerCase &c : makerCases())
+    for(const LayoutCase &c : layoutCases())
     {
         SCOPED_TRACE(c.name);
         GeometryPtr geo = c.make();
@@ -123,11 +199,43 @@ TEST(SimpleGeometry, MakersBuildTheDescribedShapes)
 
         GeoPositionsPtr pos = geo->getPositions();
         GeoNormalsPtr   nrm = geo->getNormals();
-        ASSERT_NE(geo->getTexCoords(), NullFC);
+        GeoTexCoordsPtr tex = geo->getTexCoords();
+        ASSERT_NE(tex, NullFC);
         EXPECT_EQ(geo->getMaterial(), getDefaultMaterial());
         EXPECT_EQ(pos->size(), c.positions);
         EXPECT_EQ(nrm->size(), c.positions);
-        EXPECT_EQ(geo->countTriangles(), c.triangles);
+        EXPECT_EQ(tex->size(), c.texCoords);
+
+        Primitives prims;
+        for(UInt32 p = 0; p < geo->getTypes()->size(); ++p)
+            prims.emplace_back(geo->getTypes()->getValue(p), geo->getLengths()->getValue(p));
+        EXPECT_EQ(prims, c.primitives);
+        for(UInt32 i = 0; i < c.firstIndices.size(); ++i)
+            EXPECT_EQ(geo->getIndices()->getValue(i), c.firstIndices[i]) << "index " << i;
+
+        // The icosphere indexes texcoords apart; the others share one index.
+        const bool ico = prims.size() == 1 && prims[0].first == GL_TRIANGLES;
+        UInt32 vertices = 0;
+        for(const auto &p : prims)
+            vertices += p.second;
+        EXPECT_EQ(geo->getIndices()->size(), vertices * (ico ? 2 : 1));
+        if(ico)
+        {
+            ASSERT_EQ(geo->getIndexMapping().size(), 2u);
+            EXPECT_EQ(geo->getIndexMapping()[0], Geometry::MapPosition | Geometry::MapNormal);
+            EXPECT_EQ(geo->getIndexMapping()[1], Geometry::MapTexCoords);
+        }
+        else
+        {
+            ASSERT_EQ(geo->getIndexMapping().size(), 1u);
+            EXPECT_EQ(geo->getIndexMapping()[0], Geometry::MapPosition | Geometry::MapNormal |
+                                                 Geometry::MapTexCoords);
+        }
+
+        expectNear(pos->getValue(0) - Pnt3f(0, 0, 0), c.firstPosition - Pnt3f(0, 0, 0),
+                   "first position");
+        expectNear(nrm->getValue(0), c.firstNormal, "first normal");
+        EXPECT_LT((tex->getValue(0) - c.firstTexCoord).length(), 1e-5f) << "first texcoord";
 
         // The node volume is the positions' bounding box.
         Pnt3f lo, hi;
@@ -141,12 +249,18 @@ TEST(SimpleGeometry, MakersBuildTheDescribedShapes)
         for(UInt32 i = 0; i < pos->size(); ++i)
         {
             Vec3f n = nrm->getValue(i);
-            if(c.unitNormals)
-            {
-                EXPECT_NEAR(n.length(), 1.f, 1e-5f) << "vertex " << i;
-            }
+            EXPECT_NEAR(n.length(), c.normalLength(n), 1e-5f) << "vertex " << i;
             EXPECT_GT(n.dot(pos->getValue(i) - c.inner(pos->getValue(i))), 0.f)
                 << "vertex " << i;
+        }
+        for(UInt32 i = 0; i < tex->size(); ++i)
+        {
+            Vec2f t = tex->getValue(i);
+            for(UInt32 k = 0; k < 2; ++k)
+            {
+                EXPECT_GE(t[k], c.texMin[k] - 1e-5f) << "texcoord " << i;
+                EXPECT_LE(t[k], c.texMax[k] + 1e-5f) << "texcoord " << i;
+            }
         }
 
         // Counter-clockwise from outside: the face normal agrees with the
@@ -155,6 +269,8 @@ TEST(SimpleGeometry, MakersBuildTheDescribedShapes)
         UInt32 faces = 0;
         for(const Triangle &t : tris)
         {
+            EXPECT_LT(t[0].pos, pos->size());
+            EXPECT_LT(t[0].tex, tex->size());
             Pnt3f p0 = pos->getValue(t[0].pos), p1 = pos->getValue(t[1].pos),
                   p2 = pos->getValue(t[2].pos);
             Vec3f face = (p1 - p0).cross(p2 - p0);
@@ -166,6 +282,7 @@ TEST(SimpleGeometry, MakersBuildTheDescribedShapes)
             EXPECT_GT(face.dot(n), 0.f);
         }
         EXPECT_EQ(tris.size(), c.triangles);
+        EXPECT_EQ(geo->countTriangles(), c.triangles);
         EXPECT_GT(faces, c.triangles / 2);
 
         subRefCP(node);
@@ -182,30 +299,32 @@ TEST(SimpleGeometry, TexCoordsAtKnownVertices)
         Vec3f                        normal;
         Vec2f                        texCoord;
     };
+    auto cylinder = [] { return makeCylinderGeo(2, 1, 4, true, true, true); };
+    auto box      = [] { return makeBoxGeo(2, 2, 2, 1, 1, 1); };
     const Probe probes[] =
     {
         { "plane min", [] { return makePlaneGeo(2, 4, 2, 2); }, Pnt3f(-1, -2, 0), Vec3f(0, 0, 1), Vec2f(0, 0) },
         { "plane max", [] { return makePlaneGeo(2, 4, 2, 2); }, Pnt3f( 1,  2, 0), Vec3f(0, 0, 1), Vec2f(1, 1) },
-        { "box +Z",    [] { return makeBoxGeo(2, 2, 2, 1, 1, 1); }, Pnt3f(-1, -1,  1), Vec3f( 0,  0,  1), Vec2f(0, 0) },
-        { "box -Z",    [] { return makeBoxGeo(2, 2, 2, 1, 1, 1); }, Pnt3f( 1, -1, -1), Vec3f( 0,  0, -1), Vec2f(0, 0) },
-        { "box +X",    [] { return makeBoxGeo(2, 2, 2, 1, 1, 1); }, Pnt3f( 1, -1,  1), Vec3f( 1,  0,  0), Vec2f(0, 0) },
-        { "box -X",    [] { return makeBoxGeo(2, 2, 2, 1, 1, 1); }, Pnt3f(-1, -1, -1), Vec3f(-1,  0,  0), Vec2f(0, 0) },
-        { "box +Y",    [] { return makeBoxGeo(2, 2, 2, 1, 1, 1); }, Pnt3f(-1,  1,  1), Vec3f( 0,  1,  0), Vec2f(0, 0) },
-        { "box -Y",    [] { return makeBoxGeo(2, 2, 2, 1, 1, 1); }, Pnt3f(-1, -1, -1), Vec3f( 0, -1,  0), Vec2f(0, 0) },
-        { "cylinder side start", [] { return makeCylinderGeo(2, 1, 4, true, true, true); },
-          Pnt3f(0, 1, -1), Vec3f(0, 0, -1), Vec2f(1, 1) },
-        { "cylinder side quarter", [] { return makeCylinderGeo(2, 1, 4, true, true, true); },
-          Pnt3f(1, -1, 0), Vec3f(1, 0, 0), Vec2f(.75f, 0) },
-        { "cylinder top cap", [] { return makeCylinderGeo(2, 1, 4, true, true, true); },
-          Pnt3f(1, 1, 0), Vec3f(0, 1, 0), Vec2f(1, .5f) },
-        { "cylinder top cap -Z", [] { return makeCylinderGeo(2, 1, 4, true, true, true); },
-          Pnt3f(0, 1, -1), Vec3f(0, 1, 0), Vec2f(.5f, 1) },
-        { "cylinder bottom cap -Z", [] { return makeCylinderGeo(2, 1, 4, true, true, true); },
-          Pnt3f(0, -1, -1), Vec3f(0, -1, 0), Vec2f(.5f, 0) },
+        { "box +Z", box, Pnt3f(-1, -1,  1), Vec3f( 0,  0,  1), Vec2f(0, 0) },
+        { "box -Z", box, Pnt3f( 1, -1, -1), Vec3f( 0,  0, -1), Vec2f(0, 0) },
+        { "box +X", box, Pnt3f( 1, -1,  1), Vec3f( 1,  0,  0), Vec2f(0, 0) },
+        { "box -X", box, Pnt3f(-1, -1, -1), Vec3f(-1,  0,  0), Vec2f(0, 0) },
+        { "box +Y", box, Pnt3f(-1,  1,  1), Vec3f( 0,  1,  0), Vec2f(0, 0) },
+        { "box -Y", box, Pnt3f(-1, -1, -1), Vec3f( 0, -1,  0), Vec2f(0, 0) },
+        { "box +Y far corner", box, Pnt3f(1, 1, -1), Vec3f(0, 1, 0), Vec2f(1, 1) },
+        { "cylinder side start", cylinder, Pnt3f(0, 1, -1), Vec3f(0, 0, -1), Vec2f(1, 1) },
+        { "cylinder side quarter", cylinder, Pnt3f(1, -1, 0), Vec3f(1, 0, 0), Vec2f(.75f, 0) },
+        { "cylinder side seam end", cylinder, Pnt3f(0, -1, -1), Vec3f(0, 0, -1), Vec2f(0, 0) },
+        { "cylinder top cap +X", cylinder, Pnt3f(1, 1, 0), Vec3f(0, 1, 0), Vec2f(1, .5f) },
+        { "cylinder top cap -Z", cylinder, Pnt3f(0, 1, -1), Vec3f(0, 1, 0), Vec2f(.5f, 1) },
+        { "cylinder bottom cap -Z", cylinder, Pnt3f(0, -1, -1), Vec3f(0, -1, 0), Vec2f(.5f, 0) },
+        { "cylinder bottom cap -X", cylinder, Pnt3f(-1, -1, 0), Vec3f(0, -1, 0), Vec2f(0, .5f) },
         { "lat-long south pole", [] { return makeLatLongSphereGeo(4, 4, 1); },
           Pnt3f(0, -1, 0), Vec3f(0, -1, 0), Vec2f(.5f, 0) },
         { "lat-long equator +X", [] { return makeLatLongSphereGeo(4, 4, 1); },
           Pnt3f(1, 0, 0), Vec3f(1, 0, 0), Vec2f(.75f, .5f) },
+        { "icosphere equator -X", [] { return makeSphereGeo(0, 1); },
+          Pnt3f(-1, 0, 0), Vec3f(-1, 0, 0), Vec2f(.25f, .5f) },
         { "torus outer equator", [] { return makeTorusGeo(.5f, 2, 4, 4); },
           Pnt3f(2.5f, 0, 0), Vec3f(1, 0, 0), Vec2f(0, 0) },
         { "torus top of the tube after a quarter turn", [] { return makeTorusGeo(.5f, 2, 4, 4); },
@@ -237,85 +356,103 @@ TEST(SimpleGeometry, TexCoordsAtKnownVertices)
     }
 }
 
-TEST(SimpleGeometry, SphereTexCoordsFollowLatitudeAndLongitudeWithASeamAtMinusZ)
+TEST(SimpleGeometry, IcosphereTexCoordsFollowLatitudeAndLongitudeWithASeamAtMinusZ)
 {
-    GeometryPtr geo = makeSphereGeo(3, 1);
-    addRefCP(geo);
-
-    ASSERT_EQ(geo->getIndexMapping().size(), 2u);
-    EXPECT_EQ(geo->getIndexMapping()[0], Geometry::MapPosition | Geometry::MapNormal);
-    EXPECT_EQ(geo->getIndexMapping()[1], Geometry::MapTexCoords);
-
-    UInt32 seamCorners = 0;
-    for(const Triangle &t : triangles(geo))
+    for(UInt16 depth : { 1, 3 })
     {
-        for(const Corner &c : t)
+        SCOPED_TRACE(depth);
+        GeometryPtr geo = makeSphereGeo(depth, 1);
+        addRefCP(geo);
+
+        UInt32 seamCorners = 0;
+        for(const Triangle &t : triangles(geo))
         {
-            Vec3f  n   = geo->getNormals()->getValue(c.pos);
-            Vec2f  tex = geo->getTexCoords()->getValue(c.tex);
-            Real32 x = n[0], y = n[1], z = n[2];
+            bool west = false;
+            for(const Corner &c : t)
+                west |= geo->getNormals()->getValue(c.pos)[0] <= -1e-6f;
 
-            EXPECT_NEAR(tex[1], (Pi - std::acos(y)) / Pi, 1e-5f);
+            for(const Corner &c : t)
+            {
+                Vec3f n   = geo->getNormals()->getValue(c.pos);
+                Vec2f tex = geo->getTexCoords()->getValue(c.tex);
+                EXPECT_NEAR((geo->getPositions()->getValue(c.pos) - Pnt3f(0, 0, 0)).length(), 1.f, 1e-5f);
+                EXPECT_NEAR(tex[1], (Pi - std::acos(n[1])) / Pi, 1e-5f);
 
-            bool pole = std::fabs(x) < 1e-6f && std::fabs(z) < 1e-6f;
-            bool seam = !pole && std::fabs(x) < 1e-6f && z < 0;
-            if(pole)
-            {
-                EXPECT_FLOAT_EQ(tex[0], .5f);
+                if(std::fabs(n[0]) <= 1e-6f && n[2] <= 1e-6f)
+                {
+                    // Every seam corner has a texcoord of its own, closing
+                    // the texture on the side of +X; the poles take the
+                    // middle.
+                    bool pole = std::fabs(std::fabs(n[1]) - 1) <= 1e-6f;
+                    EXPECT_GE(c.tex, geo->getPositions()->size());
+                    EXPECT_FLOAT_EQ(tex[0], pole ? .5f : west ? 0.f : 1.f);
+                    ++seamCorners;
+                }
+                else
+                {
+                    EXPECT_EQ(c.tex, c.pos);
+                    // From -Z over -X (.25), +Z (.5) and +X (.75).
+                    Real32 s = std::atan2(-n[2], n[0]) / (2 * Pi) - .25f;
+                    EXPECT_NEAR(tex[0], s < 0 ? s + 1 : s, 1e-5f);
+                }
             }
-            else if(seam)
-            {
-                // The twin on the +X side of the seam ends the texture.
-                Real32 side = 0;
-                for(const Corner &o : t)
-                    side += geo->getNormals()->getValue(o.pos)[0];
-                EXPECT_FLOAT_EQ(tex[0], side > 0 ? 1.f : 0.f);
-                ++seamCorners;
-            }
-            else
-            {
-                EXPECT_NEAR(tex[0], .5f + std::atan2(x, z) / (2 * Pi), 1e-5f);
-            }
-            EXPECT_NEAR((geo->getPositions()->getValue(c.pos) - Pnt3f(0, 0, 0)).length(), 1.f, 1e-5f);
         }
+        EXPECT_GT(seamCorners, 0u);
+        EXPECT_EQ(geo->getTexCoords()->size(), geo->getPositions()->size() + seamCorners);
+        subRefCP(geo);
     }
-    EXPECT_GT(seamCorners, 0u);
-    subRefCP(geo);
 }
 
-TEST(SimpleGeometry, ConicalFrustumSideNormalsCarryTheSlopeUnnormalised)
+TEST(SimpleGeometry, FrustumSideNormalsCarryTheSlopeScaledUp)
 {
-    const Real32 h = 2, top = .5f, bot = 1.5f;
-    GeometryPtr  geo = makeConicalFrustumGeo(h, top, bot, 8, true, false, false);
-    addRefCP(geo);
-
-    GeoNormalsPtr nrm = geo->getNormals();
-    ASSERT_EQ(nrm->size(), 18u);
-    for(UInt32 i = 0; i < nrm->size(); ++i)
+    struct Case { Real32 height, top, bottom; };
+    const Case cases[] = { { 2, .5f, 1.5f }, { 3, 0, 1 }, { 1, 2, .5f }, { 2, 1, 1 } };
+    for(const Case &c : cases)
     {
-        Vec3f n = nrm->getValue(i);
-        EXPECT_NEAR(n[1], (bot - top) / h, 1e-6f);
-        EXPECT_NEAR(n[0] * n[0] + n[2] * n[2], 1.f, 1e-5f);
+        SCOPED_TRACE(testing::Message() << c.height << " " << c.top << " " << c.bottom);
+        GeometryPtr geo = makeConicalFrustumGeo(c.height, c.top, c.bottom, 8, true, false, false);
+        addRefCP(geo);
+
+        const Real32  slope = (c.bottom - c.top) / c.height;
+        const Real32  scale = std::sqrt(1 + slope * slope);
+        GeoNormalsPtr nrm   = geo->getNormals();
+        ASSERT_EQ(nrm->size(), 18u);
+        for(UInt32 i = 0; i < nrm->size(); ++i)
+        {
+            // The same direction at the top (first ring) and bottom.
+            Real32 angle = 2 * Pi * (i % 9) / 8;
+            expectNear(nrm->getValue(i),
+                       Vec3f(std::sin(angle), slope, -std::cos(angle)) * scale, "normal");
+        }
+        subRefCP(geo);
     }
-    subRefCP(geo);
 }
 
 TEST(SimpleGeometry, InvalidArgumentsWarnAndGiveNullFC)
 {
-    struct Case { const char *what; std::function<GeometryPtr()> make; };
+    struct Case { const char *what; std::function<GeometryPtr()> make; std::function<NodePtr()> node; };
     const Case cases[] =
     {
-        { "makePlaneGeo",          [] { return makePlaneGeo(1, 1, 0, 1); } },
-        { "makePlaneGeo",          [] { return makePlaneGeo(1, 1, 1, 0); } },
-        { "makeBoxGeo",            [] { return makeBoxGeo(1, 1, 1, 1, 1, 0); } },
-        { "makeConicalFrustumGeo", [] { return makeConeGeo(0, 1, 8, true, true); } },
-        { "makeConicalFrustumGeo", [] { return makeCylinderGeo(1, -1, 8, true, true, true); } },
-        { "makeConicalFrustumGeo", [] { return makeConicalFrustumGeo(1, 1, 1, 2, true, true, true); } },
-        { "makeTorusGeo",          [] { return makeTorusGeo(0, 1, 8, 8); } },
-        { "makeTorusGeo",          [] { return makeTorusGeo(1, 2, 8, 2); } },
-        { "makeSphereGeo",         [] { return makeSphereGeo(1, 0); } },
-        { "makeLatLongSphereGeo",  [] { return makeLatLongSphereGeo(3, 8, 1); } },
-        { "makeLatLongSphereGeo",  [] { return makeLatLongSphereGeo(8, 8, -1); } },
+        { "makePlaneGeo",          [] { return makePlaneGeo(1, 1, 0, 1); },
+                                   [] { return makePlane(1, 1, 0, 1); } },
+        { "makePlaneGeo",          [] { return makePlaneGeo(1, 1, 1, 0); },
+                                   [] { return makePlane(1, 1, 1, 0); } },
+        { "makeBoxGeo",            [] { return makeBoxGeo(1, 1, 1, 1, 1, 0); },
+                                   [] { return makeBox(1, 1, 1, 0, 1, 1); } },
+        { "makeConicalFrustumGeo", [] { return makeConeGeo(0, 1, 8, true, true); },
+                                   [] { return makeCone(1, 1, 2, true, true); } },
+        { "makeConicalFrustumGeo", [] { return makeCylinderGeo(1, -1, 8, true, true, true); },
+                                   [] { return makeCylinder(-1, 1, 8, true, true, true); } },
+        { "makeConicalFrustumGeo", [] { return makeConicalFrustumGeo(1, 1, 1, 2, true, true, true); },
+                                   [] { return makeConicalFrustum(1, -1, 1, 8, true, true, true); } },
+        { "makeTorusGeo",          [] { return makeTorusGeo(0, 1, 8, 8); },
+                                   [] { return makeTorus(1, 2, 8, 2); } },
+        { "makeTorusGeo",          [] { return makeTorusGeo(1, 2, 2, 8); },
+                                   [] { return makeTorus(1, 0, 8, 8); } },
+        { "makeLatLongSphereGeo",  [] { return makeLatLongSphereGeo(3, 8, 1); },
+                                   [] { return makeLatLongSphere(8, 3, 1); } },
+        { "makeLatLongSphereGeo",  [] { return makeLatLongSphereGeo(8, 8, -1); },
+                                   [] { return makeLatLongSphere(8, 8, 0); } },
     };
     for(const Case &c : cases)
     {
@@ -323,10 +460,83 @@ TEST(SimpleGeometry, InvalidArgumentsWarnAndGiveNullFC)
         testsupport::LogCapture log(LOG_WARNING);
         EXPECT_EQ(c.make(), NullFC);
         EXPECT_TRUE(log.contains(c.what));
+        log.clear();
+        EXPECT_EQ(c.node(), NullFC);
+        EXPECT_TRUE(log.contains(c.what));
     }
+}
 
+TEST(SimpleGeometry, IcosphereTakesAnyRadius)
+{
+    // No check, as in 1.8. Positions are the normals times the radius, so a
+    // negative one turns the normals inwards, and 0 collapses the sphere
+    // with null normals wherever a split made the vertex.
     testsupport::LogCapture log(LOG_WARNING);
-    EXPECT_EQ(makeTorus(1, 2, 8, 2), NullFC);
+    for(Real32 radius : { 0.f, -2.f })
+    {
+        SCOPED_TRACE(radius);
+        GeometryPtr geo = makeSphereGeo(1, radius);
+        ASSERT_NE(geo, NullFC);
+        addRefCP(geo);
+        GeoPositionsPtr pos = geo->getPositions();
+        GeoNormalsPtr   nrm = geo->getNormals();
+        ASSERT_EQ(pos->size(), 12u + 20 * 3);
+        for(UInt32 i = 0; i < pos->size(); ++i)
+        {
+            Vec3f p = pos->getValue(i) - Pnt3f(0, 0, 0);
+            EXPECT_NEAR(p.length(), -radius, 1e-5f);
+            expectNear(p, nrm->getValue(i) * radius, "position");
+            EXPECT_NEAR(nrm->getValue(i).length(), radius == 0 && i >= 12 ? 0.f : 1.f, 1e-5f);
+        }
+        subRefCP(geo);
+    }
+    EXPECT_EQ(log.text(), "");
+}
+
+TEST(SimpleGeometry, NodeFormsHoldTheSameGeometry)
+{
+    struct Case
+    {
+        const char                  *what;
+        std::function<NodePtr()>     node;
+        std::function<GeometryPtr()> geo;
+    };
+    const Case cases[] =
+    {
+        { "plane",    [] { return makePlane(1, 2, 3, 4); },  [] { return makePlaneGeo(1, 2, 3, 4); } },
+        { "box",      [] { return makeBox(1, 2, 3, 3, 2, 1); }, [] { return makeBoxGeo(1, 2, 3, 3, 2, 1); } },
+        { "cone",     [] { return makeCone(1, 2, 5, true, false); },
+                      [] { return makeConeGeo(1, 2, 5, true, false); } },
+        { "cylinder", [] { return makeCylinder(1, 2, 5, false, true, true); },
+                      [] { return makeCylinderGeo(1, 2, 5, false, true, true); } },
+        { "frustum",  [] { return makeConicalFrustum(1, 2, 1, 5, true, true, false); },
+                      [] { return makeConicalFrustumGeo(1, 2, 1, 5, true, true, false); } },
+        { "torus",    [] { return makeTorus(1, 2, 5, 6); },  [] { return makeTorusGeo(1, 2, 5, 6); } },
+        { "sphere",   [] { return makeSphere(1, 2); },       [] { return makeSphereGeo(1, 2); } },
+        { "lat-long", [] { return makeLatLongSphere(5, 6, 2); }, [] { return makeLatLongSphereGeo(5, 6, 2); } },
+    };
+    for(const Case &c : cases)
+    {
+        SCOPED_TRACE(c.what);
+        NodePtr node = c.node();
+        ASSERT_NE(node, NullFC);
+        addRefCP(node);
+        EXPECT_EQ(node->getNChildren(), 0u);
+        GeometryPtr fromNode = GeometryPtr::dcast(node->getCore());
+        ASSERT_NE(fromNode, NullFC);
+
+        GeometryPtr geo = c.geo();
+        addRefCP(geo);
+        EXPECT_EQ(fromNode->getMaterial(), geo->getMaterial());
+        ASSERT_EQ(fromNode->getPositions()->size(), geo->getPositions()->size());
+        ASSERT_EQ(fromNode->getIndices()->size(), geo->getIndices()->size());
+        for(UInt32 i = 0; i < geo->getPositions()->size(); ++i)
+            EXPECT_EQ(fromNode->getPositions()->getValue(i), geo->getPositions()->getValue(i));
+        for(UInt32 i = 0; i < geo->getIndices()->size(); ++i)
+            EXPECT_EQ(fromNode->getIndices()->getValue(i), geo->getIndices()->getValue(i));
+        subRefCP(geo);
+        subRefCP(node);
+    }
 }
 
 TEST(SimpleGeometry, DefaultMaterialIsOneSharedSimpleMaterial)
@@ -338,6 +548,13 @@ TEST(SimpleGeometry, DefaultMaterialIsOneSharedSimpleMaterial)
     EXPECT_TRUE(mat->getAmbient().equals(Color3f(.1f, .1f, .1f), 1e-6f));
     EXPECT_TRUE(mat->getSpecular().equals(Color3f(1, 1, 1), 1e-6f));
     EXPECT_FLOAT_EQ(mat->getShininess(), 20.f);
+    EXPECT_TRUE(mat->getLit());
+
+    SimpleMaterialPtr unlit = SimpleMaterialPtr::dcast(getDefaultUnlitMaterial());
+    ASSERT_NE(unlit, NullFC);
+    EXPECT_NE(unlit, mat);
+    EXPECT_FALSE(unlit->getLit());
+    EXPECT_TRUE(unlit->getDiffuse().equals(Color3f(1, 1, .5f), 1e-6f));
 
     // Geometries that used it do not take it along when they go.
     Int32 refs = mat.getRefCount();
