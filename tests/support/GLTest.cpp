@@ -79,7 +79,9 @@ void GLTest::SetUp()
         ;
     s_errorMessages.clear();
     _expectErrors = false;
+    _logRead      = false;
     _log.reset(new LogCapture);
+    _capturesMade = LogCapture::made();
 }
 
 void GLTest::TearDown()
@@ -100,6 +102,9 @@ void GLTest::TearDown()
     }
 
     const std::string logText = _log->text();
+    if(!_logRead && LogCapture::made() == _capturesMade &&
+       logText.find("WARNING") != std::string::npos)
+        ADD_FAILURE() << "the runtime logged a warning";
     _log.reset();
     if(HasFailure() && !logText.empty())
         std::cerr << "OpenSG log of the failed test:\n" << logText << std::endl;

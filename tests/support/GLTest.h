@@ -20,7 +20,8 @@ namespace testsupport
 // costs more than most tests), made current before each test. A test fails
 // if it leaves a GL error behind, if the driver reported an error through
 // the debug output, or if the runtime logged a shader compile or link
-// failure, unless it called expectGLErrors().
+// failure, unless it called expectGLErrors(); and if the runtime logged a
+// warning, unless the test reads the log itself.
 class GLTest : public ::testing::Test
 {
   public:
@@ -44,10 +45,12 @@ class GLTest : public ::testing::Test
     const std::vector<std::string> &glErrorMessages() const;
 
     // The OpenSG log text written since the test began.
-    const LogCapture &log() const { return *_log; }
+    const LogCapture &log() const { _logRead = true; return *_log; }
 
   private:
     bool                        _expectErrors = false;
+    mutable bool                _logRead      = false;
+    std::size_t                 _capturesMade = 0;
     std::unique_ptr<LogCapture> _log;
 };
 

@@ -15,6 +15,7 @@ namespace
 std::recursive_mutex       s_mutex;
 std::vector<std::string *> s_sinks;
 osg::LogType               s_previousType = osg::LOG_STDERR;
+std::size_t                s_made         = 0;
 
 } // namespace
 
@@ -32,6 +33,13 @@ LogCapture::LogCapture() :
         log.getLogBuf().setCallback(&LogCapture::receive, NULL);
     }
     s_sinks.push_back(&_text);
+    ++s_made;
+}
+
+std::size_t LogCapture::made()
+{
+    std::lock_guard<std::recursive_mutex> lock(s_mutex);
+    return s_made;
 }
 
 LogCapture::LogCapture(osg::LogLevel level) :

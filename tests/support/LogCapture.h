@@ -27,6 +27,9 @@ class LogCapture
     std::size_t count   (const std::string &substr) const;
     void        clear   () { _text.clear(); }
 
+    // How many captures were ever made: a test that made one reads the log.
+    static std::size_t made();
+
   private:
     static void receive(const osg::Char8 *data, osg::Int32 size, void *);
 

@@ -1,7 +1,8 @@
 #ifndef _OSGGLUT_H_
 #define _OSGGLUT_H_
 
+// Plain GLUT, as 1.8 gives it: code that builds here builds against any GLUT.
 #include <OpenSG/OSGGL.h>
-#include <GL/freeglut.h>
+#include <GL/glut.h>
 
 #endif

@@ -81,10 +81,13 @@ class SHLChunk : public ShaderChunk
     GLuint getProgram(void);
     bool   hasFailed (void) const { return _failed; }
 
-    // Uploads params to the program; used for the chunk's own parameters
-    // and by SHLParameterChunk. Needs a current context.
+    // Uploads params to the program (values: the plain uniforms; callbacks:
+    // the OSG* ones); used for the chunk's own parameters and by
+    // SHLParameterChunk. Each parameter keeps the location it was first
+    // found at, and one missing from the program warns each time, as 1.8
+    // does. Needs a current context.
     void applyParameters(const MFShaderParameterPtr &params,
-                         DrawActionBase *action, bool warnUnknown);
+                         DrawActionBase *action, bool values, bool callbacks);
 
     // Runtime extension: supplies the callback parameters again, for a new
     // object matrix under the same state.
@@ -132,7 +135,6 @@ class SHLChunk : public ShaderChunk
     bool                         _failed;
     bool                         _paramsChanged;
     std::map<std::string, GLint> _locations;
-    std::set<std::string>        _reportedUnknown;
     std::unordered_map<const ShaderParameter *, ParameterSlot> _slots;
     // The bytes last uploaded to each location: many materials share a
     // program, and most of their values are the same.

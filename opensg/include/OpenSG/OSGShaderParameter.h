@@ -1,6 +1,7 @@
 #ifndef _OSGSHADERPARAMETER_H_
 #define _OSGSHADERPARAMETER_H_
 
+#include <OpenSG/OSGGL.h>
 #include <OpenSG/OSGAttachmentContainer.h>
 #include <OpenSG/OSGSFSysTypes.h>
 #include <OpenSG/OSGRefPtr.h>
@@ -28,10 +29,18 @@ class ShaderParameter : public AttachmentContainer
   public:
     static void initMethod(void) {}
 
+    // The uniform's location, kept here once looked up: -2 not yet looked
+    // up, -1 not in the program it was looked up in.
+    GLint getLocation(void) const     { return _location;     }
+    void  setLocation(GLint location) { _location = location; }
+
   protected:
     ShaderParameter(void);
     ShaderParameter(const ShaderParameter &source);
     virtual ~ShaderParameter(void);
+
+  private:
+    GLint _location;
 };
 
 typedef RefPtr<ShaderParameterPtr> ShaderParameterRefPtr;

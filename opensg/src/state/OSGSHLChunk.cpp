@@ -43,7 +43,6 @@ SHLChunk::SHLChunk(void) :
     _failed                   (false),
     _paramsChanged            (true),
     _locations                (),
-    _reportedUnknown          (),
     _windowHandled            (false)
 {
 }
@@ -63,7 +62,6 @@ SHLChunk::SHLChunk(const SHLChunk &source) :
     _failed                   (false),
     _paramsChanged            (true),
     _locations                (),
-    _reportedUnknown          (),
     _windowHandled            (false)
 {
 }
@@ -264,7 +262,6 @@ void SHLChunk::releaseProgram(void)
         glDeleteProgram(_program);
     _program = 0;
     _locations.clear();
-    _reportedUnknown.clear();
     _slots.clear();
     _sent.clear();
 }
@@ -319,6 +316,16 @@ void SHLChunk::buildProgram(void)
 
     for(GLuint shader : shaders)
         glDeleteShader(shader);
+
+    // A new program has new locations for the chunk's own parameters; those
+    // of parameter chunks pointing here keep theirs.
+    const MFShaderParameterPtr &params = getParameters();
+    for(UInt32 i = 0; i < params.size(); ++i)
+    {
+        if(params[i] != NullFC)
+            params[i]->setLocation(_program != 0 ?
+                glGetUniformLocation(_program, params[i]->getName().c_str()) : GLint(-2));
+    }
 }
 
 GLuint SHLChunk::getProgram(void)
@@ -684,8 +691,18 @@ bool callParameterCallback(const std::string &name, DrawActionBase *action, GLui
 
 } // namespace
 
+namespace
+{
+
+bool isOSGParameter(const std::string &name)
+{
+    return name.size() > 3 && name.compare(0, 3, "OSG") == 0;
+}
+
+} // namespace
+
 void SHLChunk::applyParameters(const MFShaderParameterPtr &params,
-                               DrawActionBase *action, bool warnUnknown)
+                               DrawActionBase *action, bool values, bool callbacks)
 {
     if(getProgram() == 0)
         return;
@@ -700,22 +717,28 @@ void SHLChunk::applyParameters(const MFShaderParameterPtr &params,
         if(param == NULL)
             continue;
 
-        ParameterSlot &slot = parameterSlot(param);
-        const GLint loc = slot.location;
-        if(loc < 0)
+        if(isOSGParameter(param->getName()))
         {
-            if(warnUnknown && getUnknownParameterWarning() &&
-               param->getName().compare(0, 3, "OSG") != 0 &&
-               _reportedUnknown.insert(param->getName()).second)
-            {
-                SWARNING << "SHLChunk: no active uniform '" << param->getName()
-                         << "' in the program" << std::endl;
-            }
+            if(!callbacks)
+                continue;
+            ParameterSlot &slot = parameterSlot(param);
+            if(slot.location >= 0 &&
+               (!slot.callback || !callParameterCallback(param->getName(), action, _program)))
+                uploadUniform(_program, slot.location, param, direct, _sent[slot.location]);
             continue;
         }
+        if(!values)
+            continue;
 
-        if(!slot.callback || !callParameterCallback(param->getName(), action, _program))
+        // The location lives in the parameter, found in whichever program
+        // first applies it, and is trusted from then on.
+        if(param->getLocation() == -2)
+            param->setLocation(glGetUniformLocation(_program, param->getName().c_str()));
+        const GLint loc = param->getLocation();
+        if(loc >= 0)
             uploadUniform(_program, loc, param, direct, _sent[loc]);
+        else if(getUnknownParameterWarning())
+            SWARNING << "Unknown parameter '" << param->getName() << "'!" << std::endl;
     }
 }
 
@@ -769,9 +792,11 @@ void SHLChunk::activate(DrawActionBase *action, UInt32)
     }
 
     glUseProgram(_program);
+    // Values go up when they changed or the program was built; the OSG*
+    // uniforms at every activation.
     if(_program != 0)
     {
-        applyParameters(getParameters(), action, true);
+        applyParameters(getParameters(), action, _paramsChanged, true);
         _paramsChanged = false;
     }
 

@@ -1,4 +1,5 @@
 #include <OpenSG/OSGSHLParameterChunk.h>
+#include <OpenSG/OSGLog.h>
 
 namespace osg
 {
@@ -49,15 +50,21 @@ void SHLParameterChunk::setSHLChunk(const SHLChunkPtr &value)
 void SHLParameterChunk::activate(DrawActionBase *action, UInt32)
 {
     SHLChunkPtr shl = getSHLChunk();
-    if(shl == NullFC || shl->getProgram() == 0)
+    if(shl == NullFC)
+    {
+        SWARNING << "SHLParameterChunk::activate: no SHLChunk to apply the parameters to"
+                 << std::endl;
         return;
-    shl->applyParameters(getParameters(), action, false);
+    }
+    if(shl->getProgram() == 0)
+        return;
+    shl->applyParameters(getParameters(), action, true, false);
 }
 
-// Another material's parameters may have been applied in between.
-void SHLParameterChunk::changeFrom(DrawActionBase *action, StateChunk *, UInt32 index)
+void SHLParameterChunk::changeFrom(DrawActionBase *action, StateChunk *old, UInt32 index)
 {
-    activate(action, index);
+    if(old != this)
+        activate(action, index);
 }
 
 void SHLParameterChunk::deactivate(DrawActionBase *, UInt32)

@@ -20,13 +20,15 @@ OSG_FC_ABSTRACT_IMPL(ShaderParameter, "AttachmentContainer")
 
 ShaderParameter::ShaderParameter(void) :
     Inherited(),
-    _sfName()
+    _sfName(),
+    _location(-2)
 {
 }
 
 ShaderParameter::ShaderParameter(const ShaderParameter &source) :
     Inherited(source),
-    _sfName(source._sfName)
+    _sfName(source._sfName),
+    _location(source._location)
 {
 }
 

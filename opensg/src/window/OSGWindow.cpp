@@ -426,6 +426,12 @@ UInt32 Window::registerFunction(const Char8 *s, Int32 ext, UInt32 version)
 {
     if(s == NULL)
         return TypeTraits<UInt32>::getMax();
+    std::vector<FunctionEntry> &names = functionNames();
+    for(UInt32 i = 0; i < names.size(); ++i)
+    {
+        if(names[i].name == s)
+            return i;
+    }
     FunctionEntry entry = { s, ext, version };
     functionNames().push_back(entry);
     return UInt32(functionNames().size() - 1);
@@ -447,11 +453,17 @@ Int32 Window::getExtensionId(const Char8 *s)
     return -1;
 }
 
+// Like the functions, a registered extension is known from the next
+// frameInit on.
 bool Window::hasExtension(UInt32 id)
 {
     if(id >= _extensionAvailable.size())
-        frameInit();
-    return id < _extensionAvailable.size() && _extensionAvailable[id];
+    {
+        SWARNING << "Window::hasExtension: extension id " << id
+                 << " is out of range" << std::endl;
+        return false;
+    }
+    return _extensionAvailable[id];
 }
 
 bool Window::hasExtension(const Char8 *s)
@@ -463,25 +475,24 @@ bool Window::hasExtension(const Char8 *s)
     return _availExtensions.count(s) != 0;
 }
 
+// A function registered after the window's last frameInit is not resolved
+// yet: NULL, as the caller must be ready for anyway.
 Window::GLExtensionFunction Window::getFunction(UInt32 id)
 {
     if(id >= _functions.size())
-        frameInit();
-    if(id >= _functions.size())
     {
-        SWARNING << "Window::getFunction: unknown function id " << id << std::endl;
+        SINFO << "Window::getFunction: function id " << id
+              << " is not resolved yet" << std::endl;
         return NULL;
     }
     if(_functions[id] == NULL)
-        SWARNING << "Window::getFunction: " << functionNames()[id].name
-                 << " is not available" << std::endl;
+        SINFO << "Window::getFunction: " << functionNames()[id].name
+              << " is not available" << std::endl;
     return _functions[id];
 }
 
 Window::GLExtensionFunction Window::getFunctionNoCheck(UInt32 id)
 {
-    if(id >= _functions.size())
-        frameInit();
     return id < _functions.size() ? _functions[id] : NULL;
 }
 

@@ -205,7 +205,78 @@ TEST_F(SHLChunkGL, ParameterChunkOverridesTheShadersOwnUniforms)
     state->deactivate(NULL);
 
     EXPECT_FLOAT_EQ(level, 0.75f);
-    EXPECT_FALSE(log().contains("fNotInProgram")) << log().text();
+    EXPECT_EQ(log().count("Unknown parameter 'fNotInProgram'!"), 1u) << log().text();
+}
+
+// As in 1.8: a parameter keeps the location of the first program that
+// applies it, and one the program lacks warns each time it is applied (the
+// chunk's own parameters when they change, a parameter chunk's whenever its
+// state is activated) while UnknownParameterWarning is on.
+TEST_F(SHLChunkGL, ParametersKeepTheirFirstLocationAndWarnWhenUnknown)
+{
+    expectGLErrors();   // the stale location does not fit the other program
+    // fLevel sits at another location in the second program.
+    shl->setFragmentProgram(
+        "uniform float fLevel;\n"
+        "void main() { gl_FragColor = vec4(fLevel); }\n");
+    SHLChunkPtr other = SHLChunk::create();
+    SHLChunkRefPtr otherRef(other);
+    other->setVertexProgram(s_strVertex);
+    other->setFragmentProgram(
+        "uniform vec4 vPad[3];\n"
+        "uniform float fLevel;\n"
+        "void main() { gl_FragColor = vPad[0] + vPad[1] + vPad[2] + vec4(fLevel); }\n");
+
+    SHLParameterChunkPtr params = SHLParameterChunk::create();
+    params->setSHLChunk(shl);
+    params->setUniformParameter("fLevel", 0.5f);
+    params->setUniformParameter("fMissing", 1.f);
+    StateRefPtr first(stateWith(shl, params));
+    for(int i = 0; i < 3; ++i)
+    {
+        first->activate(NULL);
+        first->deactivate(NULL);
+    }
+    EXPECT_EQ(log().count("Unknown parameter 'fMissing'!"), 3u) << log().text();
+
+    ShaderParameterPtr level = params->getParameters()[0];
+    const GLint firstLocation = glGetUniformLocation(shl->getProgram(), "fLevel");
+    EXPECT_EQ(level->getLocation(), firstLocation);
+    EXPECT_EQ(params->getParameters()[1]->getLocation(), -1);
+
+    // Pointed at the other program, the parameter goes on using its first
+    // location, where the other program has something else.
+    params->setSHLChunk(other);
+    StateRefPtr second(stateWith(other, params));
+    second->activate(NULL);
+    second->deactivate(NULL);
+    EXPECT_EQ(level->getLocation(), firstLocation);
+    EXPECT_NE(glGetUniformLocation(other->getProgram(), "fLevel"), firstLocation);
+    while(glGetError() != GL_NO_ERROR)
+        ;
+
+    // The chunk's own parameters warn when they change, not at every use,
+    // and not at all with the warning switched off.
+    log();
+    testsupport::LogCapture own(LOG_WARNING);
+    beginEditCP(shl, ShaderParameterChunk::ParametersFieldMask);
+    shl->setUniformParameter("fOwnMissing", 2.f);
+    endEditCP(shl, ShaderParameterChunk::ParametersFieldMask);
+    StateRefPtr plain(stateWith(shl));
+    plain->activate(NULL);
+    plain->deactivate(NULL);
+    plain->activate(NULL);
+    plain->deactivate(NULL);
+    EXPECT_EQ(own.count("Unknown parameter 'fOwnMissing'!"), 1u) << own.text();
+    beginEditCP(shl, SHLChunk::UnknownParameterWarningFieldMask |
+                     ShaderParameterChunk::ParametersFieldMask);
+    shl->setUnknownParameterWarning(false);
+    shl->setUniformParameter("fOwnMissing", 3.f);
+    endEditCP(shl, SHLChunk::UnknownParameterWarningFieldMask |
+                   ShaderParameterChunk::ParametersFieldMask);
+    plain->activate(NULL);
+    plain->deactivate(NULL);
+    EXPECT_EQ(own.count("Unknown parameter 'fOwnMissing'!"), 1u) << own.text();
 }
 
 // Uploads skip values a location already holds; whatever the order of the
