@@ -45,14 +45,18 @@ template <class T> inline T osgClamp(const T lo, const T v, const T hi)
     return v < lo ? lo : (v > hi ? hi : v);
 }
 
+// Divided by a full turn and scaled by a ten-digit pi in the argument's own
+// precision, as 1.8 does, so that angles agree to the bit.
 template <class T> inline OSG_REAL_RETURN osgdegree2rad(const T deg)
 {
-    return OSG_REAL_RETURN(deg) * OSG_REAL_RETURN(3.14159265358979323846L / 180.0L);
+    typedef OSG_REAL_RETURN R;
+    return (R(deg) / R(360)) * R(2) * R(3.1415926535);
 }
 
 template <class T> inline OSG_REAL_RETURN osgrad2degree(const T rad)
 {
-    return OSG_REAL_RETURN(rad) * OSG_REAL_RETURN(180.0L / 3.14159265358979323846L);
+    typedef OSG_REAL_RETURN R;
+    return (R(rad) / (R(2) * R(3.1415926535))) * R(360);
 }
 
 template <class T> inline OSG_REAL_RETURN deg2rad(const T deg) { return osgdegree2rad(deg); }

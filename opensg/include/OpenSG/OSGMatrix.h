@@ -405,48 +405,45 @@ class TransformationMatrix
         return true;
     }
 
+    // Determinants and inverses by cofactors in the matrix's own precision,
+    // summed in the order 1.8 sums them, so that results agree to the bit.
     ValueTypeT det3(void) const
     {
-        return ValueTypeT(det3Of(*this));
+        return _matrix[0][0] * _matrix[1][1] * _matrix[2][2] +
+               _matrix[0][1] * _matrix[1][2] * _matrix[2][0] +
+               _matrix[0][2] * _matrix[1][0] * _matrix[2][1] -
+               _matrix[0][2] * _matrix[1][1] * _matrix[2][0] -
+               _matrix[0][1] * _matrix[1][0] * _matrix[2][2] -
+               _matrix[0][0] * _matrix[1][2] * _matrix[2][1];
     }
 
+    // Expanded along the first row.
     ValueTypeT det(void) const
     {
-        CalcType s[6], c[6];
-        return ValueTypeT(minors(s, c));
+        return _matrix[0][0] * minor3(0, 0) - _matrix[1][0] * minor3(1, 0) +
+               _matrix[2][0] * minor3(2, 0) - _matrix[3][0] * minor3(3, 0);
     }
 
+    // A singular matrix gives the identity and false, silently as in 1.8.
     bool inverse(TransformationMatrix &result) const
     {
-        CalcType s[6], c[6];
-        const CalcType d = minors(s, c);
-
-        if(osgabs(d) < CalcType(1e-30))
+        ValueTypeT d = det();
+        if(osgabs(d) < ValueTypeT(1e-30))
         {
-            SWARNING << "TransformationMatrix::inverse: singular matrix, no inverse!"
-                     << endLog;
             result.setIdentity();
             return false;
         }
+        d = ValueTypeT(1) / d;
 
-        const CalcType i = CalcType(1) / d;
         TransformationMatrix r;
-        r.at(0, 0) = ValueTypeT(( a(1,1) * c[5] - a(1,2) * c[4] + a(1,3) * c[3]) * i);
-        r.at(0, 1) = ValueTypeT((-a(0,1) * c[5] + a(0,2) * c[4] - a(0,3) * c[3]) * i);
-        r.at(0, 2) = ValueTypeT(( a(3,1) * s[5] - a(3,2) * s[4] + a(3,3) * s[3]) * i);
-        r.at(0, 3) = ValueTypeT((-a(2,1) * s[5] + a(2,2) * s[4] - a(2,3) * s[3]) * i);
-        r.at(1, 0) = ValueTypeT((-a(1,0) * c[5] + a(1,2) * c[2] - a(1,3) * c[1]) * i);
-        r.at(1, 1) = ValueTypeT(( a(0,0) * c[5] - a(0,2) * c[2] + a(0,3) * c[1]) * i);
-        r.at(1, 2) = ValueTypeT((-a(3,0) * s[5] + a(3,2) * s[2] - a(3,3) * s[1]) * i);
-        r.at(1, 3) = ValueTypeT(( a(2,0) * s[5] - a(2,2) * s[2] + a(2,3) * s[1]) * i);
-        r.at(2, 0) = ValueTypeT(( a(1,0) * c[4] - a(1,1) * c[2] + a(1,3) * c[0]) * i);
-        r.at(2, 1) = ValueTypeT((-a(0,0) * c[4] + a(0,1) * c[2] - a(0,3) * c[0]) * i);
-        r.at(2, 2) = ValueTypeT(( a(3,0) * s[4] - a(3,1) * s[2] + a(3,3) * s[0]) * i);
-        r.at(2, 3) = ValueTypeT((-a(2,0) * s[4] + a(2,1) * s[2] - a(2,3) * s[0]) * i);
-        r.at(3, 0) = ValueTypeT((-a(1,0) * c[3] + a(1,1) * c[1] - a(1,2) * c[0]) * i);
-        r.at(3, 1) = ValueTypeT(( a(0,0) * c[3] - a(0,1) * c[1] + a(0,2) * c[0]) * i);
-        r.at(3, 2) = ValueTypeT((-a(3,0) * s[3] + a(3,1) * s[1] - a(3,2) * s[0]) * i);
-        r.at(3, 3) = ValueTypeT(( a(2,0) * s[3] - a(2,1) * s[1] + a(2,2) * s[0]) * i);
+        for(UInt32 c = 0; c < 4; ++c)
+        {
+            for(UInt32 row = 0; row < 4; ++row)
+            {
+                const ValueTypeT cofactor = minor3(row, c);
+                r._matrix[c][row] = ((c + row) % 2 == 0 ? cofactor : -cofactor) * d;
+            }
+        }
         result = r;
         return true;
     }
@@ -455,33 +452,36 @@ class TransformationMatrix
 
     bool invertFrom(const TransformationMatrix &m) { return m.inverse(*this); }
 
-    // Inverse of the upper 3x3; the rest of the result is identity.
+    // Inverse of the upper 3x3. The last row becomes (0, 0, 0, 1); the last
+    // column is left as it was, as in 1.8.
     bool inverse3(TransformationMatrix &result) const
     {
-        const CalcType d = det3Of(*this);
-
-        if(osgabs(d) < CalcType(1e-30))
+        ValueTypeT d = det3();
+        if(osgabs(d) < ValueTypeT(1e-20))
         {
-            SWARNING << "TransformationMatrix::inverse3: singular matrix, no inverse!"
-                     << endLog;
             result.setIdentity();
             return false;
         }
+        d = ValueTypeT(1) / d;
 
-        const CalcType i = CalcType(1) / d;
-        TransformationMatrix r;
-        for(UInt32 row = 0; row < 3; ++row)
+        ValueTypeT r[3][3];
+        for(UInt32 c = 0; c < 3; ++c)
         {
-            for(UInt32 col = 0; col < 3; ++col)
+            for(UInt32 row = 0; row < 3; ++row)
             {
-                // Cofactor of the transposed position.
-                const UInt32 r0 = (col + 1) % 3, r1 = (col + 2) % 3;
-                const UInt32 c0 = (row + 1) % 3, c1 = (row + 2) % 3;
-                const CalcType cof = a(r0, c0) * a(r1, c1) - a(r0, c1) * a(r1, c0);
-                r.at(row, col) = ValueTypeT(cof * i);
+                // Without column row and row c of the upper 3x3.
+                const UInt32 c0 = row == 0 ? 1 : 0, c1 = row == 2 ? 1 : 2;
+                const UInt32 r0 = c   == 0 ? 1 : 0, r1 = c   == 2 ? 1 : 2;
+                const ValueTypeT cofactor = _matrix[c0][r0] * _matrix[c1][r1] -
+                                            _matrix[c0][r1] * _matrix[c1][r0];
+                r[c][row] = ((c + row) % 2 == 0 ? cofactor : -cofactor) * d;
             }
         }
-        result = r;
+        for(UInt32 c = 0; c < 3; ++c)
+            for(UInt32 row = 0; row < 3; ++row)
+                result._matrix[c][row] = r[c][row];
+        result._matrix[3][0] = result._matrix[3][1] = result._matrix[3][2] = ValueTypeT(0);
+        result._matrix[3][3] = ValueTypeT(1);
         return true;
     }
 
@@ -510,46 +510,30 @@ class TransformationMatrix
     bool operator !=(const TransformationMatrix &m) const { return !equals(m, ValueTypeT(Eps)); }
 
   private:
-    // Accumulate in double: a float matrix with a far plane near FLT_MAX
-    // loses everything to cancellation otherwise.
-    typedef typename std::conditional<std::is_same<ValueTypeT, Real128>::value,
-                                      Real128, Real64>::type CalcType;
-
-    CalcType    a (UInt32 row, UInt32 col) const { return CalcType(_matrix[col][row]); }
-    ValueTypeT &at(UInt32 row, UInt32 col)       { return _matrix[col][row]; }
+    // The 3x3 determinant left without column skipCol and row skipRow.
+    ValueTypeT minor3(UInt32 skipCol, UInt32 skipRow) const
+    {
+        UInt32 cols[3], rows[3];
+        for(UInt32 i = 0, n = 0; i < 4; ++i)
+            if(i != skipCol)
+                cols[n++] = i;
+        for(UInt32 i = 0, n = 0; i < 4; ++i)
+            if(i != skipRow)
+                rows[n++] = i;
+        const ValueTypeT a1 = _matrix[cols[0]][rows[0]], a2 = _matrix[cols[0]][rows[1]],
+                         a3 = _matrix[cols[0]][rows[2]];
+        const ValueTypeT b1 = _matrix[cols[1]][rows[0]], b2 = _matrix[cols[1]][rows[1]],
+                         b3 = _matrix[cols[1]][rows[2]];
+        const ValueTypeT c1 = _matrix[cols[2]][rows[0]], c2 = _matrix[cols[2]][rows[1]],
+                         c3 = _matrix[cols[2]][rows[2]];
+        return (a1 * b2 * c3) + (a2 * b3 * c1) + (a3 * b1 * c2) -
+               (a1 * b3 * c2) - (a2 * b1 * c3) - (a3 * b2 * c1);
+    }
 
     void setZero(void)
     {
         for(UInt32 c = 0; c < 4; ++c)
             _matrix[c].setNull();
-    }
-
-    static CalcType det3Of(const TransformationMatrix &m)
-    {
-        return m.a(0,0) * (m.a(1,1) * m.a(2,2) - m.a(1,2) * m.a(2,1)) -
-               m.a(0,1) * (m.a(1,0) * m.a(2,2) - m.a(1,2) * m.a(2,0)) +
-               m.a(0,2) * (m.a(1,0) * m.a(2,1) - m.a(1,1) * m.a(2,0));
-    }
-
-    // 2x2 minors of the top (s) and bottom (c) row pairs; returns det.
-    CalcType minors(CalcType *s, CalcType *c) const
-    {
-        s[0] = a(0,0) * a(1,1) - a(1,0) * a(0,1);
-        s[1] = a(0,0) * a(1,2) - a(1,0) * a(0,2);
-        s[2] = a(0,0) * a(1,3) - a(1,0) * a(0,3);
-        s[3] = a(0,1) * a(1,2) - a(1,1) * a(0,2);
-        s[4] = a(0,1) * a(1,3) - a(1,1) * a(0,3);
-        s[5] = a(0,2) * a(1,3) - a(1,2) * a(0,3);
-
-        c[5] = a(2,2) * a(3,3) - a(3,2) * a(2,3);
-        c[4] = a(2,1) * a(3,3) - a(3,1) * a(2,3);
-        c[3] = a(2,1) * a(3,2) - a(3,1) * a(2,2);
-        c[2] = a(2,0) * a(3,3) - a(3,0) * a(2,3);
-        c[1] = a(2,0) * a(3,2) - a(3,0) * a(2,2);
-        c[0] = a(2,0) * a(3,1) - a(3,0) * a(2,1);
-
-        return s[0] * c[5] - s[1] * c[4] + s[2] * c[3] +
-               s[3] * c[2] - s[4] * c[1] + s[5] * c[0];
     }
 
     static void product(const TransformationMatrix &l, const TransformationMatrix &r,

@@ -302,37 +302,33 @@ class QuaternionBase
         setValueAsAxisRad(axis, angle * scaleFactor);
     }
 
-    // Takes the shorter arc; nearly equal inputs interpolate linearly.
-    // t outside [0, 1] extrapolates.
+    // Takes the shorter arc; nearly equal inputs interpolate linearly; t
+    // outside [0, 1] extrapolates. The weights in double and the result not
+    // normalised, as in 1.8.
     void slerpThis(const QuaternionBase &rot0, const QuaternionBase &rot1,
                    const ValueTypeT t)
     {
+        Real64 cosom = rot0._quat[0] * rot1._quat[0] + rot0._quat[1] * rot1._quat[1] +
+                       rot0._quat[2] * rot1._quat[2] + rot0._quat[3] * rot1._quat[3];
         ValueTypeT to1[4];
-        ValueTypeT cosom = rot0._quat[0] * rot1._quat[0] + rot0._quat[1] * rot1._quat[1] +
-                           rot0._quat[2] * rot1._quat[2] + rot0._quat[3] * rot1._quat[3];
-
-        const ValueTypeT sign = cosom < 0 ? ValueTypeT(-1) : ValueTypeT(1);
-        cosom *= sign;
         for(UInt32 i = 0; i < 4; ++i)
-            to1[i] = rot1._quat[i] * sign;
+            to1[i] = cosom < 0.0 ? ValueTypeT(-rot1._quat[i]) : rot1._quat[i];
+        if(cosom < 0.0)
+            cosom = -cosom;
 
-        ValueTypeT scale0, scale1;
-        if(ValueTypeT(1) - cosom > ValueTypeT(Eps))
+        Real64 scale0 = 1.0 - t, scale1 = t;
+        if(1.0 - cosom > 0.00001)
         {
-            const ValueTypeT omega = osgacos(osgMin(cosom, ValueTypeT(1)));
-            const ValueTypeT sinom = osgsin(omega);
-            scale0 = osgsin((ValueTypeT(1) - t) * omega) / sinom;
+            const Real64 omega = osgacos(cosom);
+            const Real64 sinom = osgsin(omega);
+            scale0 = osgsin((1.0 - t) * omega) / sinom;
             scale1 = osgsin(t * omega) / sinom;
         }
-        else
-        {
-            scale0 = ValueTypeT(1) - t;
-            scale1 = t;
-        }
 
+        ValueTypeT r[4];
         for(UInt32 i = 0; i < 4; ++i)
-            _quat[i] = scale0 * rot0._quat[i] + scale1 * to1[i];
-        normalize();
+            r[i] = ValueTypeT(scale0 * rot0._quat[i] + scale1 * to1[i]);
+        setValueAsQuat(r[0], r[1], r[2], r[3]);
     }
 
     void mult(const QuaternionBase &other)

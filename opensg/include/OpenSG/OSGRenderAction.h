@@ -104,6 +104,7 @@ class RenderAction : public RenderActionBase
         Material             *material;
         State                *state;
         Matrix                world;
+        Matrix                modelview;
         Real32                eyeZ;
         UInt32                lightsMask;
         UInt32                triangles;
@@ -134,6 +135,9 @@ class RenderAction : public RenderActionBase
     static RenderAction *_prototype;
 
     std::vector<Matrix>              _matrixStack;
+    // The same transforms multiplied onto the viewing matrix one by one, as
+    // 1.8 keeps them, so that the modelview rounds as it does there.
+    std::vector<Matrix>              _modelviewStack;
     Matrix                           _viewing;
     Matrix                           _currentWorld;
     bool                             _drawing;

@@ -348,13 +348,15 @@ class Vector : public Point<ValueTypeT, SizeI>
 
     RealReturnType length(void) const { return osgsqrt(squareLength()); }
 
+    // By the reciprocal, as 1.8 does, so that results agree to the bit.
     void normalize(void)
     {
-        const RealReturnType len = length();
-        if(len < RealReturnType(Eps))
+        const ValueTypeT len = ValueTypeT(length());
+        if(osgabs(len) < ValueTypeT(Eps))
             return;
+        const ValueTypeT inverse = ValueTypeT(1) / len;
         for(UInt32 i = 0; i < SizeI; ++i)
-            _values[i] = ValueTypeT(_values[i] / len);
+            _values[i] *= inverse;
     }
 
     Vector cross(const Vector &v) const

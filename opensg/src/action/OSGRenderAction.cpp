@@ -69,6 +69,7 @@ RenderAction *RenderAction::getPrototype(void)
 RenderAction::RenderAction(void) :
     RenderActionBase        (),
     _matrixStack            (1, Matrix()),
+    _modelviewStack         (1, Matrix()),
     _viewing                (),
     _currentWorld           (),
     _drawing                (false),
@@ -100,6 +101,7 @@ RenderAction::RenderAction(void) :
 RenderAction::RenderAction(const RenderAction &source) :
     RenderActionBase        (source),
     _matrixStack            (1, Matrix()),
+    _modelviewStack         (1, Matrix()),
     _viewing                (),
     _currentWorld           (),
     _drawing                (false),
@@ -160,12 +162,19 @@ void RenderAction::push_matrix(const Matrix &matrix)
     Matrix m = _matrixStack.back();
     m.mult(matrix);
     _matrixStack.push_back(m);
+
+    Matrix modelview = _modelviewStack.back();
+    modelview.mult(matrix);
+    _modelviewStack.push_back(modelview);
 }
 
 void RenderAction::pop_matrix(void)
 {
     if(_matrixStack.size() > 1)
+    {
         _matrixStack.pop_back();
+        _modelviewStack.pop_back();
+    }
     else
         SWARNING << "RenderAction::pop_matrix: stack is empty" << std::endl;
 }
@@ -264,6 +273,7 @@ void RenderAction::addItem(const Material::DrawFunctor &func, Geometry *geo,
     item.material   = mat;
     item.state      = NULL;
     item.world      = _matrixStack.back();
+    item.modelview  = _modelviewStack.back();
     item.eyeZ       = 0.f;
     item.lightsMask = 0;
     item.triangles  = 0;
@@ -275,9 +285,7 @@ void RenderAction::addItem(const Material::DrawFunctor &func, Geometry *geo,
     {
         Pnt3f center;
         node->getVolume(true).getCenter(center);
-        Matrix toEye = _viewing;
-        toEye.mult(item.world);
-        toEye.multMatrixPnt(center);
+        item.modelview.multMatrixPnt(center);
         item.eyeZ = center[2];
 
         Geometry *counted = geo != NULL ? geo
@@ -475,6 +483,7 @@ Action::ResultE RenderAction::start(void)
         _background->clear(this, _viewport);
 
     _matrixStack.assign(1, Matrix());
+    _modelviewStack.assign(1, _viewing);
     _visibilityStack.clear();
     _unsortedOpaque.clear();
     _unsortedTransparent.clear();
@@ -497,9 +506,7 @@ void RenderAction::drawItem(DrawItem &item)
     if(worldChanged)
     {
         _currentWorld = item.world;
-        Matrix modelview = _viewing;
-        modelview.mult(item.world);
-        glLoadMatrixf(modelview.getValues());
+        glLoadMatrixf(item.modelview.getValues());
     }
 
     if(_localLights)

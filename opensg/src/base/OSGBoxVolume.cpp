@@ -196,35 +196,28 @@ bool BoxVolume::isOnSurface(const Pnt3f &point) const
     return onFace;
 }
 
+// Each new bound is the translation plus, axis by axis, the larger (or the
+// smaller) of the old bounds' contributions, added in 1.8's order so that
+// boxes agree to the bit.
 void BoxVolume::transform(const Matrix &matrix)
 {
     if(isEmpty() || isInfinite())
         return;
 
-    const Pnt3f oldMin = _min;
-    const Pnt3f oldMax = _max;
-
-    for(UInt32 i = 0; i < 8; ++i)
+    Pnt3f newMin, newMax;
+    for(UInt32 j = 0; j < 3; ++j)
     {
-        Pnt3f corner((i & 1) ? oldMax[0] : oldMin[0],
-                     (i & 2) ? oldMax[1] : oldMin[1],
-                     (i & 4) ? oldMax[2] : oldMin[2]);
-        matrix.multMatrixPnt(corner);
-
-        if(i == 0)
+        newMin[j] = newMax[j] = matrix[3][j];
+        for(UInt32 i = 0; i < 3; ++i)
         {
-            _min = corner;
-            _max = corner;
-        }
-        else
-        {
-            for(UInt32 j = 0; j < 3; ++j)
-            {
-                _min[j] = osgMin(_min[j], corner[j]);
-                _max[j] = osgMax(_max[j], corner[j]);
-            }
+            const Real32 a = _max[i] * matrix[i][j];
+            const Real32 b = _min[i] * matrix[i][j];
+            newMax[j] += a >= b ? a : b;
+            newMin[j] += a >= b ? b : a;
         }
     }
+    _min = newMin;
+    _max = newMax;
 }
 
 void BoxVolume::dump(UInt32 uiIndent, const BitVector) const

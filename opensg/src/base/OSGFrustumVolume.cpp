@@ -136,8 +136,10 @@ void FrustumVolume::setPlanes(const Matrix &matrix)
         // a x + b y + c z + d >= 0  <=>  n.p - (-d) >= 0
         const Vec3f  n(eq[i][0], eq[i][1], eq[i][2]);
         const Real32 len = n.length();
+        // Divided, not multiplied by the reciprocal: the planes agree with
+        // 1.8's to the bit.
         if(len > 0.f)
-            planes[i].set(n * (1.f / len), -eq[i][3] / len);
+            planes[i].set(Vec3f(n[0] / len, n[1] / len, n[2] / len), eq[i][3] / -len);
         else
             planes[i].set(n, -eq[i][3]);
     }

@@ -22,22 +22,21 @@ bool MatrixOrthogonal(Matrix &result,
     return false;
 }
 
+// In float throughout, as 1.8: a far distance whose product with twice the
+// near one overflows gives an infinite depth offset there too.
 bool MatrixFrustum(Matrix &result,
                    Real32 rLeft,   Real32 rRight,
                    Real32 rBottom, Real32 rTop,
                    Real32 rNear,   Real32 rFar)
 {
-    const Real32 dx = rRight - rLeft;
-    const Real32 dy = rTop   - rBottom;
-    const Real64 dz = Real64(rFar) - rNear;
+    const Real32 dx     = rRight - rLeft;
+    const Real32 dy     = rTop   - rBottom;
+    const Real32 dz     = rFar   - rNear;
+    const Real32 twoNear = 2.f * rNear;
 
-    // In double: a far distance near the float maximum must not overflow.
-    const Real32 zScale  = Real32(-(Real64(rFar) + rNear) / dz);
-    const Real32 zOffset = Real32(-2.0 * rFar * rNear / dz);
-
-    result.setValue(2.f * rNear / dx, 0.f, (rRight + rLeft) / dx, 0.f,
-                    0.f, 2.f * rNear / dy, (rTop + rBottom) / dy, 0.f,
-                    0.f, 0.f, zScale, zOffset,
+    result.setValue(twoNear / dx, 0.f, (rRight + rLeft) / dx, 0.f,
+                    0.f, twoNear / dy, (rTop + rBottom) / dy, 0.f,
+                    0.f, 0.f, -(rFar + rNear) / dz, -(rFar * twoNear) / dz,
                     0.f, 0.f, -1.f, 0.f);
     return false;
 }
@@ -46,7 +45,31 @@ bool MatrixPerspective(Matrix &result,
                        Real32 rFovy, Real32 rAspect,
                        Real32 rNear, Real32 rFar)
 {
-    if(rNear > rFar || rFovy <= Eps || osgabs(rNear - rFar) < Eps || rAspect < Eps)
+    // Each bad argument is named, as 1.8 does, before the identity is given.
+    bool bad = false;
+    if(rNear > rFar)
+    {
+        SWARNING << "MatrixPerspective: near " << rNear << " lies beyond far " << rFar
+                 << endLog;
+        bad = true;
+    }
+    if(rFovy <= Eps)
+    {
+        SWARNING << "MatrixPerspective: field of view " << rFovy << " is too small" << endLog;
+        bad = true;
+    }
+    if(osgabs(rNear - rFar) < Eps)
+    {
+        SWARNING << "MatrixPerspective: near " << rNear << " and far " << rFar
+                 << " nearly coincide" << endLog;
+        bad = true;
+    }
+    if(rAspect < Eps)
+    {
+        SWARNING << "MatrixPerspective: aspect ratio " << rAspect << " is too small" << endLog;
+        bad = true;
+    }
+    if(bad)
     {
         result.setIdentity();
         return true;
@@ -99,25 +122,28 @@ bool MatrixLookAt(Matrix &result,
                         Vec3f(upx, upy, upz));
 }
 
+// Degenerate input (up along the view) leaves result as it was.
 bool MatrixLookAt(Matrix &result, Pnt3f from, Pnt3f at, Vec3f up)
 {
     Vec3f back = from - at;
     back.normalize();
 
     Vec3f right = up.cross(back);
-    if(right.length() < Eps)
-    {
-        result.setIdentity();
+    if(right.dot(right) < Eps)
         return true;
-    }
     right.normalize();
 
     Vec3f newUp = back.cross(right);
 
-    result.setValue(right[0], newUp[0], back[0], from[0],
-                    right[1], newUp[1], back[1], from[1],
-                    right[2], newUp[2], back[2], from[2],
-                    0.f,      0.f,      0.f,     1.f);
+    // Translation times rotation, multiplied out as 1.8 does.
+    Matrix rotation;
+    rotation.setValue(right[0], newUp[0], back[0], 0.f,
+                      right[1], newUp[1], back[1], 0.f,
+                      right[2], newUp[2], back[2], 0.f,
+                      0.f,      0.f,      0.f,     1.f);
+    result.setIdentity();
+    result.setTranslate(from[0], from[1], from[2]);
+    result.mult(rotation);
     return false;
 }
 

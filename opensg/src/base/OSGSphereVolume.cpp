@@ -124,21 +124,18 @@ bool SphereVolume::isOnSurface(const Pnt3f &point) const
     return !isEmpty() && osgabs(_center.dist(point) - _radius) < Eps;
 }
 
+// As 1.8: the radius follows the point above the centre, which assumes a
+// uniform scale.
 void SphereVolume::transform(const Matrix &matrix)
 {
     if(isEmpty() || isInfinite())
         return;
 
+    Pnt3f top(_center);
+    top += Vec3f(0.f, _radius, 0.f);
     matrix.multMatrixPnt(_center);
-
-    // Non-uniform scale: the largest axis keeps the sphere enclosing.
-    Real32 scale = 0.f;
-    for(UInt32 c = 0; c < 3; ++c)
-    {
-        const Vec3f axis(matrix[c][0], matrix[c][1], matrix[c][2]);
-        scale = osgMax(scale, axis.length());
-    }
-    _radius *= scale;
+    matrix.multMatrixPnt(top);
+    _radius = (top - _center).length();
 }
 
 void SphereVolume::dump(UInt32 uiIndent, const BitVector) const

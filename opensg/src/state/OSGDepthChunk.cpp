@@ -42,8 +42,9 @@ void DepthChunk::activate(DrawActionBase *, UInt32)
     if(getNear() >= 0.f && getFar() >= 0.f)
         glDepthRange(getNear(), getFar());
 
-    if(getReadOnly())
-        glDepthMask(GL_FALSE);
+    // Both ways, as 1.8: a writable chunk turns writes back on where the
+    // render action had turned them off for transparent objects.
+    glDepthMask(getReadOnly() ? GL_FALSE : GL_TRUE);
 }
 
 void DepthChunk::deactivate(DrawActionBase *, UInt32)
@@ -57,8 +58,7 @@ void DepthChunk::deactivate(DrawActionBase *, UInt32)
     if(getNear() >= 0.f && getFar() >= 0.f)
         glDepthRange(0.0, 1.0);
 
-    if(getReadOnly())
-        glDepthMask(GL_TRUE);
+    glDepthMask(GL_TRUE);
 }
 
 } // namespace osg
