@@ -96,17 +96,15 @@ void DeferredDirectionalLight::update(const Matrix &viewing,
     const Color4f &diffuse  = light->getDiffuse();
     const Color4f &specular = light->getSpecular();
 
-    beginEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
-    parameterChunk->setUniformParameter("vCamNearFar",      camNearFar);
-    parameterChunk->setUniformParameter("mCamInvProj",      invProjection);
-    parameterChunk->setUniformParameter("bCastShadows",     castShadows);
-    parameterChunk->setUniformParameter("fShadowIntensity", shadowIntensity);
-    parameterChunk->setUniformParameter("vLightDirection",  eyeDirection);
-    parameterChunk->setUniformParameter("vLightDiffuse",
+    setUniform("vCamNearFar",      camNearFar);
+    setUniform("mCamInvProj",      invProjection);
+    setUniform("bCastShadows",     castShadows);
+    setUniform("fShadowIntensity", shadowIntensity);
+    setUniform("vLightDirection",  eyeDirection);
+    setUniform("vLightDiffuse",
                                         Vec3f(diffuse[0], diffuse[1], diffuse[2]));
-    parameterChunk->setUniformParameter("vLightSpecular",
+    setUniform("vLightSpecular",
                                         Vec3f(specular[0], specular[1], specular[2]));
-    endEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
 
     if(!shadowMapsAttached && shadowMaps[0].isInitialized())
     {
@@ -225,12 +223,10 @@ bool DeferredDirectionalLight::updateLightCamera(UInt16           index,
         splitFars.push_back(splitDistances[2]);
         splitFars.push_back(splitDistances[3]);
 
-        beginEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
-        parameterChunk->setUniformParameter("fSplitDistances", splitFars);
-        parameterChunk->setUniformParameter("vLightNearFar",   lightNearFars);
-        parameterChunk->setUniformParameter("mLightView",      lightView);
-        parameterChunk->setUniformParameter("mLightProj",      lightProjections);
-        endEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
+        setUniform("fSplitDistances", splitFars);
+        setUniform("vLightNearFar",   lightNearFars);
+        setUniform("mLightView",      lightView);
+        setUniform("mLightProj",      lightProjections);
     }
 
     return enabled;

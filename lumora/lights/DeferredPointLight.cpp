@@ -155,18 +155,16 @@ void DeferredPointLight::update(const Matrix &viewing,
     projection.inverse(invProjection);
     viewing.inverse(invViewing);
 
-    beginEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
-    parameterChunk->setUniformParameter("vCamNearFar",      camNearFar);
-    parameterChunk->setUniformParameter("mCamInvProj",      invProjection);
-    parameterChunk->setUniformParameter("mCamInvView",      invViewing);
-    parameterChunk->setUniformParameter("fShadowIntensity", shadowIntensity);
-    parameterChunk->setUniformParameter("vLightPosition",   Vec3f(eyePosition));
-    parameterChunk->setUniformParameter("vAttenuation",     attenuation);
-    parameterChunk->setUniformParameter("vLightDiffuse",
+    setUniform("vCamNearFar",      camNearFar);
+    setUniform("mCamInvProj",      invProjection);
+    setUniform("mCamInvView",      invViewing);
+    setUniform("fShadowIntensity", shadowIntensity);
+    setUniform("vLightPosition",   Vec3f(eyePosition));
+    setUniform("vAttenuation",     attenuation);
+    setUniform("vLightDiffuse",
                                         Vec3f(diffuse[0], diffuse[1], diffuse[2]));
-    parameterChunk->setUniformParameter("vLightSpecular",
+    setUniform("vLightSpecular",
                                         Vec3f(specular[0], specular[1], specular[2]));
-    endEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
 
     if(!indirectionBound)
     {
@@ -263,12 +261,10 @@ bool DeferredPointLight::updateLightCamera(UInt16           index,
 
     setLightCamera(lightCamera, lightViews[index], lightProjections[index], nearDist, farDist);
 
-    beginEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
-    parameterChunk->setUniformParameter("bCastShadows",  castShadows);
-    parameterChunk->setUniformParameter("vLightNearFar", lightNearFars);
-    parameterChunk->setUniformParameter("mLightView",    lightViews);
-    parameterChunk->setUniformParameter("mLightProj",    lightProjections);
-    endEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
+    setUniform("bCastShadows",  castShadows);
+    setUniform("vLightNearFar", lightNearFars);
+    setUniform("mLightView",    lightViews);
+    setUniform("mLightProj",    lightProjections);
 
     return true;
 }

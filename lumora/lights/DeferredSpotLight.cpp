@@ -115,20 +115,18 @@ void DeferredSpotLight::update(const Matrix &viewing,
     Matrix invProjection;
     projection.inverse(invProjection);
 
-    beginEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
-    parameterChunk->setUniformParameter("vCamNearFar",      camNearFar);
-    parameterChunk->setUniformParameter("mCamInvProj",      invProjection);
-    parameterChunk->setUniformParameter("fShadowIntensity", shadowIntensity);
-    parameterChunk->setUniformParameter("vLightPosition",   Vec3f(eyePosition));
-    parameterChunk->setUniformParameter("vLightDirection",  eyeDirection);
-    parameterChunk->setUniformParameter("vLightCutoff",     cosCutoff);
-    parameterChunk->setUniformParameter("vLightExponent",   spot->getSpotExponent());
-    parameterChunk->setUniformParameter("vAttenuation",     attenuation);
-    parameterChunk->setUniformParameter("vLightDiffuse",
+    setUniform("vCamNearFar",      camNearFar);
+    setUniform("mCamInvProj",      invProjection);
+    setUniform("fShadowIntensity", shadowIntensity);
+    setUniform("vLightPosition",   Vec3f(eyePosition));
+    setUniform("vLightDirection",  eyeDirection);
+    setUniform("vLightCutoff",     cosCutoff);
+    setUniform("vLightExponent",   spot->getSpotExponent());
+    setUniform("vAttenuation",     attenuation);
+    setUniform("vLightDiffuse",
                                         Vec3f(diffuse[0], diffuse[1], diffuse[2]));
-    parameterChunk->setUniformParameter("vLightSpecular",
+    setUniform("vLightSpecular",
                                         Vec3f(specular[0], specular[1], specular[2]));
-    endEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
 
     if(!shadowMapAttached && shadowMap.isInitialized())
     {
@@ -244,12 +242,10 @@ bool DeferredSpotLight::updateLightCamera(UInt16,
     // From now on it maps the viewer's eye space into the light's.
     lightView.mult(camInvView);
 
-    beginEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
-    parameterChunk->setUniformParameter("bCastShadows",  castShadows);
-    parameterChunk->setUniformParameter("vLightNearFar", lightNearFar);
-    parameterChunk->setUniformParameter("mLightView",    lightView);
-    parameterChunk->setUniformParameter("mLightProj",    lightProjection);
-    endEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
+    setUniform("bCastShadows",  castShadows);
+    setUniform("vLightNearFar", lightNearFar);
+    setUniform("mLightView",    lightView);
+    setUniform("mLightProj",    lightProjection);
 
     return true;
 }

@@ -24,6 +24,8 @@ IDeferredLight::IDeferredLight(void) :
     castShadows    (false),
     shadowIntensity(1.0f),
     nextTextureUnit(0),
+    sharedParameters(NullFC),
+    activeParameters(NullFC),
     ownProgram     (NullFC),
     activeProgram  (NullFC),
     sharedProgram  (NULL)
@@ -58,6 +60,11 @@ IDeferredLight::~IDeferredLight(void)
         subRefCP(volumeRoot);
     if(ownProgram != NullFC)
         subRefCP(ownProgram);
+    // The light holds the parameter set that is not in the material.
+    SHLParameterChunkPtr idle = activeParameters == parameterChunk ? sharedParameters
+                                                                   : parameterChunk;
+    if(idle != NullFC)
+        subRefCP(idle);
 
     if(--s_numLights == 0)
         releaseShared();
@@ -106,6 +113,7 @@ SHLChunkPtr IDeferredLight::createShaderMaterial(StateChunkPtr culling)
     beginEditCP(parameterChunk, SHLParameterChunk::SHLChunkFieldMask);
     parameterChunk->setSHLChunk(shader);
     endEditCP(parameterChunk, SHLParameterChunk::SHLChunkFieldMask);
+    activeParameters = parameterChunk;
 
     material = ChunkMaterial::create();
     beginEditCP(material, ChunkMaterial::ChunksFieldMask);
@@ -168,9 +176,23 @@ void IDeferredLight::shareProgram(SHLChunkPtr own, ShaderManager::LightType type
     const UInt32 key = UInt32(type) | (UInt32(numGBufferTextures) << 8) |
                        (UInt32(numSplits) << 16);
     sharedProgram = &s_sharedPrograms[key];
-    if(*sharedProgram != NullFC)
-        return;
+    if(*sharedProgram == NullFC)
+        createSharedProgram(type, numGBufferTextures, numSplits);
 
+    if(sharedParameters == NullFC)
+    {
+        // Kept while the own parameters are in the material.
+        sharedParameters = SHLParameterChunk::create();
+        addRefCP(sharedParameters);
+    }
+    beginEditCP(sharedParameters, SHLParameterChunk::SHLChunkFieldMask);
+    sharedParameters->setSHLChunk(*sharedProgram);
+    endEditCP(sharedParameters, SHLParameterChunk::SHLChunkFieldMask);
+}
+
+void IDeferredLight::createSharedProgram(ShaderManager::LightType type,
+                                         UInt16 numGBufferTextures, UInt16 numSplits)
+{
     *sharedProgram = SHLChunk::create();
     addRefCP(*sharedProgram);
     holdShared(*sharedProgram);
@@ -192,15 +214,20 @@ void IDeferredLight::selectProgram(void)
     if(wanted == activeProgram)
         return;
 
+    // The parameters go with their program. The material holds one set,
+    // the light the other.
+    SHLParameterChunkPtr wantedParameters = castShadows ? parameterChunk : sharedParameters;
+    addRefCP(activeParameters);
     beginEditCP(material, ChunkMaterial::ChunksFieldMask);
     material->subChunk(activeProgram);
-    material->addChunk(wanted, State::AutoSlotReplace);
+    material->subChunk(activeParameters);
+    material->addChunk(wanted,           State::AutoSlotReplace);
+    material->addChunk(wantedParameters, State::AutoSlotReplace);
     endEditCP(material, ChunkMaterial::ChunksFieldMask);
+    subRefCP(wantedParameters);
 
-    beginEditCP(parameterChunk, SHLParameterChunk::SHLChunkFieldMask);
-    parameterChunk->setSHLChunk(wanted);
-    endEditCP(parameterChunk, SHLParameterChunk::SHLChunkFieldMask);
-    activeProgram = wanted;
+    activeProgram    = wanted;
+    activeParameters = wantedParameters;
 }
 
 void IDeferredLight::setLightCamera(MatrixCameraPtr camera, const Matrix &view,
@@ -219,9 +246,7 @@ void IDeferredLight::setLightCamera(MatrixCameraPtr camera, const Matrix &view,
 
 void IDeferredLight::bindTexture(const char *samplerName, StateChunkPtr texture)
 {
-    beginEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
-    parameterChunk->setUniformParameter(samplerName, Int32(nextTextureUnit));
-    endEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
+    setUniform(samplerName, Int32(nextTextureUnit));
     ++nextTextureUnit;
 
     beginEditCP(material, ChunkMaterial::ChunksFieldMask);
@@ -276,16 +301,14 @@ void IDeferredLight::attachGBuffer(RenderTarget &gbuffer, UInt16 numGBufferTextu
 {
     // All uniforms first, then the textures in the same order, so that
     // texture k lands on unit k.
-    beginEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
     for(UInt16 i = 0; i < numGBufferTextures; ++i)
     {
         if(i == 3)
             continue;
         std::string name = "texGBuffer" + std::to_string(i);
-        parameterChunk->setUniformParameter(name.c_str(), Int32(nextTextureUnit));
+        setUniform(name.c_str(), Int32(nextTextureUnit));
         ++nextTextureUnit;
     }
-    endEditCP(parameterChunk, ShaderParameterChunk::ParametersFieldMask);
 
     beginEditCP(material, ChunkMaterial::ChunksFieldMask);
     for(UInt16 i = 0; i < numGBufferTextures; ++i)

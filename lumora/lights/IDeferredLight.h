@@ -86,7 +86,10 @@ class IDeferredLight
     Real32               getShadowIntensity(void) const { return shadowIntensity; }
     UInt16               getNextTextureUnit(void) const { return nextTextureUnit; }
     ChunkMaterialPtr     getMaterial       (void) const { return material;        }
-    SHLParameterChunkPtr getParameterChunk (void) const { return parameterChunk;  }
+    // The parameters of the light's own program, which hold every uniform;
+    // the active ones are those of the program the volume draws with.
+    SHLParameterChunkPtr getParameterChunk      (void) const { return parameterChunk;   }
+    SHLParameterChunkPtr getActiveParameterChunk(void) const { return activeParameters; }
 
     // Binds every G-buffer texture but the emissive one (index 3).
     void attachGBuffer(RenderTarget &gbuffer, UInt16 numGBufferTextures);
@@ -123,6 +126,18 @@ class IDeferredLight
     // is appended to the material, which puts it on that unit.
     void bindTexture(const char *samplerName, StateChunkPtr texture);
 
+    // Sets a uniform of the light's own program and, unless only the shadow
+    // test reads it, of the shared shadow-free one. A parameter keeps the
+    // location it was first found at, so each program has a parameter chunk
+    // of its own and meets only uniforms it uses.
+    template <class ValueT>
+    void setUniform(const char *name, const ValueT &value)
+    {
+        setUniformIn(parameterChunk, name, value);
+        if(sharedParameters != NullFC && !ShaderManager::isShadowUniform(name))
+            setUniformIn(sharedParameters, name, value);
+    }
+
     // A light class's shared culling chunk, culling the given faces: made
     // on first use and kept in slot until the last light goes.
     static PolygonChunkPtr sharedCullingChunk(PolygonChunkPtr &slot, GLenum cullFace);
@@ -151,6 +166,8 @@ class IDeferredLight
     void shareProgram(SHLChunkPtr own, ShaderManager::LightType type,
                       UInt16 numGBufferTextures, UInt16 numSplits);
     void selectProgram(void);
+    void createSharedProgram(ShaderManager::LightType type,
+                             UInt16 numGBufferTextures, UInt16 numSplits);
 
     static void setLightCamera(MatrixCameraPtr camera, const Matrix &view,
                                const Matrix &projection, Real32 nearDist, Real32 farDist);
@@ -192,6 +209,17 @@ class IDeferredLight
 
   private:
     static void releaseShared(void);
+
+    template <class ValueT>
+    static void setUniformIn(SHLParameterChunkPtr chunk, const char *name, const ValueT &value)
+    {
+        beginEditCP(chunk, ShaderParameterChunk::ParametersFieldMask);
+        chunk->setUniformParameter(name, value);
+        endEditCP(chunk, ShaderParameterChunk::ParametersFieldMask);
+    }
+
+    SHLParameterChunkPtr sharedParameters;
+    SHLParameterChunkPtr activeParameters;
 
     SHLChunkPtr  ownProgram;
     SHLChunkPtr  activeProgram;

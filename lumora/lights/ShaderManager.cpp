@@ -220,6 +220,24 @@ const char *ShaderManager::s_strUnshadowedLightingMain =
     "gl_FragColor = vec4(shadePixel(data), 1.0); "
     "}";
 
+bool ShaderManager::isShadowUniform(const char *name)
+{
+    static const char *const names[] =
+    {
+        "bCastShadows", "fShadowIntensity", "mCamInvView", "texCubeIndirection",
+        "mLightView", "mLightProj", "vLightNearFar", "fSplitDistances"
+    };
+    const std::string text(name != NULL ? name : "");
+    if(text.compare(0, 12, "texShadowMap") == 0)
+        return true;
+    for(const char *shadowName : names)
+    {
+        if(text == shadowName)
+            return true;
+    }
+    return false;
+}
+
 ShaderManager &ShaderManager::getInstance(void)
 {
     static ShaderManager instance;

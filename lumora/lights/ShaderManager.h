@@ -35,6 +35,10 @@ class ShaderManager
                                             UInt16    numSplits,
                                             bool      shadows = true);
 
+    // True for the uniforms that only the shadow test reads, which the
+    // programs without shadows do not have.
+    static bool isShadowUniform(const char *name);
+
     static const char *s_strSpotPointVertex;
     static const char *s_strDirVertex;
     static const char *s_strShaderFunctions;

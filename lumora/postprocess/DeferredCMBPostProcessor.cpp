@@ -1,7 +1,6 @@
 #include "DeferredCMBPostProcessor.h"
 
 #include <OpenSG/OSGGLEXT.h>
-#include <OpenSG/OSGGLUT.h>
 #include <OpenSG/OSGImage.h>
 #include <OpenSG/OSGOrthographicCamera.h>
 #include <OpenSG/OSGPolygonChunk.h>
@@ -21,7 +20,8 @@ const Real32 BlurInterval = 40.0f;
 
 DeferredCMBPostProcessor::Clock clockOverride = NULL;
 
-// Whole milliseconds, as GLUT counts them: two updates within one
+// Whole milliseconds since the first call, as GLUT's elapsed time counts
+// them, whether or not the application runs GLUT: two updates within one
 // millisecond see no interval rather than a tiny one that would stretch the
 // rotation far beyond the frame.
 Real32 steadyMilliseconds(void)
@@ -258,10 +258,6 @@ Real32 DeferredCMBPostProcessor::getElapsedTime(void)
 {
     if(clockOverride != NULL)
         return clockOverride();
-    // freeglut aborts on most queries before glutInit; its init state is the
-    // one it answers at any time.
-    if(glutGet(GLUT_INIT_STATE) != 0)
-        return Real32(glutGet(GLUT_ELAPSED_TIME));
     return steadyMilliseconds();
 }
 

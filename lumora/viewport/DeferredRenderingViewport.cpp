@@ -61,6 +61,93 @@ const char *DeferredRenderingViewport::s_strGBufferFragment =
     "    gl_FragData[3] = gl_FrontMaterial.emission;\n"
     "}\n";
 
+#ifndef GL_SAMPLES_PASSED
+#define GL_SAMPLES_PASSED 0x8914
+#endif
+#ifndef GL_QUERY_RESULT
+#define GL_QUERY_RESULT 0x8866
+#endif
+
+namespace
+{
+// Occlusion queries count the light pass's pixels for pass timing. They are
+// newer than GL 1.1, so they come through the window's extension functions.
+typedef void (OSG_APIENTRY *GenQueriesProc      )(GLsizei n, GLuint *ids);
+typedef void (OSG_APIENTRY *DeleteQueriesProc   )(GLsizei n, const GLuint *ids);
+typedef void (OSG_APIENTRY *BeginQueryProc      )(GLenum target, GLuint id);
+typedef void (OSG_APIENTRY *EndQueryProc        )(GLenum target);
+typedef void (OSG_APIENTRY *GetQueryObjectuivProc)(GLuint id, GLenum name, GLuint *value);
+
+struct QueryFunctionIds
+{
+    UInt32 extension, gen, del, begin, end, result;
+};
+
+// Registered when the first viewport is made, so that the window resolves
+// them in its next frameInit, before that viewport first renders.
+const QueryFunctionIds &queryFunctionIds(void)
+{
+    static const UInt32 extension = Window::registerExtension("GL_ARB_occlusion_query");
+    static const QueryFunctionIds ids =
+    {
+        extension,
+        Window::registerFunction("glGenQueries",        Int32(extension), 0x0105),
+        Window::registerFunction("glDeleteQueries",     Int32(extension), 0x0105),
+        Window::registerFunction("glBeginQuery",        Int32(extension), 0x0105),
+        Window::registerFunction("glEndQuery",          Int32(extension), 0x0105),
+        Window::registerFunction("glGetQueryObjectuiv", Int32(extension), 0x0105)
+    };
+    return ids;
+}
+
+// Counts the samples drawn between begin and end; counts nothing where the
+// window has no occlusion queries.
+class SampleCounter
+{
+  public:
+    SampleCounter(void) :
+        _query(0), _gen(NULL), _del(NULL), _begin(NULL), _end(NULL), _result(NULL)
+    {
+    }
+
+    void begin(WindowPtr window)
+    {
+        const QueryFunctionIds &ids = queryFunctionIds();
+        if(!window->hasExtension(ids.extension) && window->getGLVersion() < 0x0105)
+            return;
+        _gen    = reinterpret_cast<GenQueriesProc       >(window->getFunction(ids.gen));
+        _del    = reinterpret_cast<DeleteQueriesProc    >(window->getFunction(ids.del));
+        _begin  = reinterpret_cast<BeginQueryProc       >(window->getFunction(ids.begin));
+        _end    = reinterpret_cast<EndQueryProc         >(window->getFunction(ids.end));
+        _result = reinterpret_cast<GetQueryObjectuivProc>(window->getFunction(ids.result));
+        if(_gen == NULL || _del == NULL || _begin == NULL || _end == NULL || _result == NULL)
+            return;
+        _gen(1, &_query);
+        _begin(GL_SAMPLES_PASSED, _query);
+    }
+
+    UInt64 end(void)
+    {
+        if(_query == 0)
+            return 0;
+        GLuint samples = 0;
+        _end(GL_SAMPLES_PASSED);
+        _result(_query, GL_QUERY_RESULT, &samples);
+        _del(1, &_query);
+        _query = 0;
+        return UInt64(samples);
+    }
+
+  private:
+    GLuint                _query;
+    GenQueriesProc        _gen;
+    DeleteQueriesProc     _del;
+    BeginQueryProc        _begin;
+    EndQueryProc          _end;
+    GetQueryObjectuivProc _result;
+};
+} // namespace
+
 void DeferredRenderingViewport::initMethod(void)
 {
 }
@@ -87,6 +174,7 @@ DeferredRenderingViewport::DeferredRenderingViewport(void) :
     postProcessOn     {false, false, false, false, false},
     postProcessors    {NULL, NULL, NULL, NULL, NULL}
 {
+    queryFunctionIds();
 }
 
 DeferredRenderingViewport::DeferredRenderingViewport(const DeferredRenderingViewport &source) :
@@ -903,28 +991,24 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
         passTimes.shadows = lapMilliseconds(clock);
 
     // Light pass: light volumes add into the float buffer; no volume may be
-    // cut by the far plane.
+    // cut by the far plane. The farthest plane whose projection OpenSG can
+    // compute in float: the depth offset is far times twice near, which
+    // must not overflow.
     lightRenderAction->setWindow(window.getCPtr());
     Real32 farDistance = camera->getFar();
     beginEditCP(camera, Camera::FarFieldMask);
-    camera->setFar(std::numeric_limits<Real32>::max());
+    camera->setFar(std::numeric_limits<Real32>::max() /
+                   osgMax(1.0f, 2.0f * camera->getNear()));
     endEditCP(camera, Camera::FarFieldMask);
 
-    GLuint pixelQuery = 0;
+    SampleCounter lightPixels;
     if(passTiming)
-    {
-        glGenQueries(1, &pixelQuery);
-        glBeginQuery(GL_SAMPLES_PASSED, pixelQuery);
-    }
+        lightPixels.begin(window);
     lightTarget.renderScene(lightRoot, camera, lightRenderAction, NullFC);
     if(passTiming)
     {
-        glEndQuery(GL_SAMPLES_PASSED);
-        passTimes.lightsCpu = threadCpuMilliseconds() - lightsCpuStart;
-        GLuint64 pixels = 0;
-        glGetQueryObjectui64v(pixelQuery, GL_QUERY_RESULT, &pixels);
-        glDeleteQueries(1, &pixelQuery);
-        passTimes.lightPixels = UInt64(pixels);
+        passTimes.lightPixels = lightPixels.end();
+        passTimes.lightsCpu   = threadCpuMilliseconds() - lightsCpuStart;
     }
 
     beginEditCP(camera, Camera::FarFieldMask);

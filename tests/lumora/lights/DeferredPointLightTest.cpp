@@ -579,7 +579,7 @@ TEST_F(DeferredPointLightTest, LightsSharingAProgramEachAddTheirOwnLight)
         for(int i = 0; i < 3; ++i)
         {
             ASSERT_NE(deferred(lights[i]), nullptr);
-            programs[i] = deferred(lights[i])->getParameterChunk()->getSHLChunk();
+            programs[i] = deferred(lights[i])->getActiveParameterChunk()->getSHLChunk();
         }
         EXPECT_EQ(programs[0], programs[2]);
         EXPECT_EQ(programs[0] == programs[1], c.middleShadowIntensity >= 1.0f);
