@@ -33,13 +33,15 @@ void LogBuf::removeCallback(void)
 
 void LogBuf::write(const char *s, std::streamsize n)
 {
-    if(!_enabled || n <= 0)
+    if(n <= 0)
         return;
 
+    // As in 1.8: enabled only decides whether the text is kept; a callback
+    // hears everything.
+    if(_enabled)
+        _chunks.append(s, size_t(n));
     if(_callback != NULL)
         _callback(s, Int32(n), _clientData);
-    else
-        _chunks.append(s, size_t(n));
 }
 
 LogBuf::int_type LogBuf::overflow(int_type c)
