@@ -274,8 +274,10 @@ struct Frame
 
 Frame makeFrame(Scene &scene, const std::vector<LightPtr> &lights, bool part)
 {
+    // Windows hold their ports without a reference: the frame holds them.
     Frame frame;
     frame.viewport = DeferredRenderingViewport::create();
+    addRefCP(frame.viewport);
     beginEditCP(frame.viewport);
     frame.viewport->setCamera(scene.camera);
     frame.viewport->setBackground(scene.background);
@@ -290,6 +292,7 @@ Frame makeFrame(Scene &scene, const std::vector<LightPtr> &lights, bool part)
         frame.viewport->addLight(lights[i]);
 
     frame.window = PassiveWindow::create();
+    addRefCP(frame.window);
     beginEditCP(frame.window);
     if(part)
     {
@@ -303,6 +306,7 @@ Frame makeFrame(Scene &scene, const std::vector<LightPtr> &lights, bool part)
         empty->setCore(Group::create());
         endEditCP(empty, Node::CoreFieldMask);
         frame.behind = Viewport::create();
+        addRefCP(frame.behind);
         beginEditCP(frame.behind);
         frame.behind->setCamera(scene.camera);
         frame.behind->setBackground(grey);
@@ -337,6 +341,9 @@ void dropFrame(Frame &frame)
     if(frame.behind != NullFC)
         frame.window->subPort(frame.behind);
     endEditCP(frame.window);
+    subRefCP(frame.viewport);
+    if(frame.behind != NullFC)
+        subRefCP(frame.behind);
     subRefCP(frame.window);
     delete frame.action;
 }
