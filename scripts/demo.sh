@@ -9,7 +9,9 @@ source scripts/install-deps.sh
 install_deps
 
 cmake -S . -B build -DCMAKE_BUILD_TYPE=Release
-cmake --build build -j2
+# Only what it runs: the renderer and the libraries under it. The test
+# command builds the rest.
+cmake --build build -j2 --target lumora-render
 
 renderer=build/apps/lumora-render
 if [[ ! -x $renderer ]]; then
