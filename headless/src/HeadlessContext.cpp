@@ -91,12 +91,15 @@ std::string eglErrorName(EGLint code)
 #if defined(LUMORA_ADDRESS_SANITIZER)
 // The driver is unloaded at exit, before the leak check, which then cannot
 // name it and so cannot apply the driver's suppressions. Pinning it keeps
-// it mapped.
+// it mapped. The GLX dispatch library is pinned too: in a program that does
+// not link it, left to be opened and closed at run time, it made the leak
+// checker's thread tracer crash at exit.
 void pinGLDriver()
 {
     static const char *const drivers[] = {
         "/usr/lib/x86_64-linux-gnu/dri/swrast_dri.so",
         "/usr/lib/aarch64-linux-gnu/dri/swrast_dri.so",
+        "libGL.so.1",
     };
     for(const char *driver : drivers)
         dlopen(driver, RTLD_NOW | RTLD_NODELETE);

@@ -75,6 +75,9 @@ Window::GLExtensionFunction lookupFunction(const char *name)
             if(handle == NULL)
                 continue;
             getProc = reinterpret_cast<ProcAddressF>(dlsym(handle, lib[1]));
+            // The process holds the library already; this look-up must not
+            // keep it loaded past the application's own unloading.
+            dlclose(handle);
             if(getProc != NULL)
                 break;
         }
