@@ -14,6 +14,7 @@
 #include "support/LogCapture.h"
 
 #include <cmath>
+#include <set>
 
 using namespace osg;
 using lighttest::DeferredSceneTest;
@@ -412,8 +413,13 @@ TEST_F(DeferredPointLightTest, FaceCamerasClipToSceneAndRange)
         EXPECT_NEAR(inside.getLightNearFars()[face][0], 0.01f, 1e-6f);
         EXPECT_NEAR(inside.getLightNearFars()[face][1], std::sqrt(1000.0f), 1e-3f);
     }
-    EXPECT_EQ(inside.getShadowmap(0), inside.getShadowmap(0));
-    EXPECT_NE(inside.getShadowmap(0), inside.getShadowmap(5));
+    // A map of its own for each face, and none beyond the sixth.
+    std::set<RenderTarget *> maps;
+    for(UInt16 face = 0; face < 6; ++face)
+        maps.insert(inside.getShadowmap(face));
+    EXPECT_EQ(maps.size(), 6u);
+    EXPECT_EQ(maps.count(nullptr), 0u);
+    EXPECT_EQ(inside.getShadowmap(6), nullptr);
 
     subRefCP(camera);
     subRefCP(dim);

@@ -64,11 +64,6 @@ class ShaderProgramTest : public testsupport::GLTest
 
 } // namespace
 
-TEST(ShaderManager, IsOneInstance)
-{
-    EXPECT_EQ(&ShaderManager::getInstance(), &ShaderManager::getInstance());
-}
-
 TEST(ShaderManager, VertexShaderPerLightType)
 {
     ShaderManager &m = ShaderManager::getInstance();
