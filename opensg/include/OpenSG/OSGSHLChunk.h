@@ -5,7 +5,6 @@
 #include <OpenSG/OSGGLEXT.h>
 
 #include <map>
-#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>

@@ -689,11 +689,6 @@ bool callParameterCallback(const std::string &name, DrawActionBase *action, GLui
     return true;
 }
 
-} // namespace
-
-namespace
-{
-
 bool isOSGParameter(const std::string &name)
 {
     return name.size() > 3 && name.compare(0, 3, "OSG") == 0;
