@@ -55,6 +55,11 @@ struct Options
     int         camera  = 0;        // which of the file's cameras
     bool        fit     = false;    // frame the model even if it has cameras
     std::string debugPrefix;        // empty: no debug views
+    // The renderer's own defaults, not the library's: lights without
+    // shadows batched, shadow maps reused while the camera stands still.
+    bool        batching = true;
+    int         reuse    = -1;      // -1: on unless the camera orbits
+    bool        compare  = false;   // also time the library's defaults
 
     // Viewport settings given on the command line, applied in order.
     std::vector<std::function<void(DRV *)>> settings;
@@ -115,8 +120,15 @@ void printUsage(std::ostream &os)
           "                         file's own lights)\n"
           "  --shadow-intensity X   global shadow intensity; below 1 every light\n"
           "                         casts shadows this dark (slow on software GL)\n"
-          "  --light-batching       draw the point and spot lights without shadows\n"
-          "                         in one tiled screen pass instead of as volumes\n"
+          "  --no-light-batching    draw every light as a volume (the library's\n"
+          "                         default) instead of the point and spot lights\n"
+          "                         without shadows in one tiled screen pass\n"
+          "  --shadow-reuse         keep shadow maps while nothing they show moved\n"
+          "                         (the default unless --orbit is given)\n"
+          "  --no-shadow-reuse      redraw every shadow map every frame\n"
+          "  --compare-defaults     also time the frames with the library's\n"
+          "                         defaults (no reuse, light volumes) and print\n"
+          "                         both totals and their ratio\n"
           "  --orbit DEGREES        turn the camera around the scene by this much\n"
           "                         each frame (default 0)\n"
           "  --camera N             with a model: view through its N-th camera\n"
@@ -171,9 +183,19 @@ int parseArgs(int argc, char **argv, Options &opt)
             opt.fit = true;
             continue;
         }
-        if(arg == "--light-batching")
+        if(arg == "--light-batching" || arg == "--no-light-batching")
         {
-            opt.settings.push_back([](DRV *viewport) { viewport->setLightBatching(true); });
+            opt.batching = arg == "--light-batching";
+            continue;
+        }
+        if(arg == "--shadow-reuse" || arg == "--no-shadow-reuse")
+        {
+            opt.reuse = arg == "--shadow-reuse" ? 1 : 0;
+            continue;
+        }
+        if(arg == "--compare-defaults")
+        {
+            opt.compare = true;
             continue;
         }
         if(arg == "--no-sun" || arg == "--no-shadows" || arg == "--all-effects")
@@ -260,14 +282,26 @@ int parseArgs(int argc, char **argv, Options &opt)
     return 0;
 }
 
-// One row of the timing table: min, median and max over the frames.
-void printRow(const char *name, std::vector<Real64> times)
+Real64 median(std::vector<Real64> times)
+{
+    if(times.empty())
+        return 0.0;
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+// One row of the timing table: min, median and max over the frames, and
+// the median CPU time.
+void printRow(const char *name, std::vector<Real64> times, const std::vector<Real64> &cpu)
 {
     if(times.empty())
         return;
     std::sort(times.begin(), times.end());
-    std::printf("  %-16s %9.3f %9.3f %9.3f\n", name, times.front(), times[times.size() / 2],
+    std::printf("  %-16s %9.3f %9.3f %9.3f", name, times.front(), times[times.size() / 2],
                 times.back());
+    if(!cpu.empty())
+        std::printf(" %9.3f", median(cpu));
+    std::printf("\n");
 }
 
 // The largest image this GL renders to: textures, renderbuffers and the
@@ -468,6 +502,9 @@ int main(int argc, char **argv)
             (viewport.getCPtr()->*on[slot])(true);
         }
     }
+    const bool reuse = opt.reuse < 0 ? opt.orbit == 0.0f : opt.reuse == 1;
+    viewport->setLightBatching(opt.batching);
+    viewport->setShadowMapReuse(reuse);
     for(const std::function<void(DRV *)> &setting : opt.settings)
         setting(viewport.getCPtr());
 
@@ -491,48 +528,68 @@ int main(int argc, char **argv)
         {"anti-aliasing", "ambient occl.", "HDR + bloom", "depth of field", "motion blur"};
     std::vector<Real64> geometry, shadows, lightPass, forward, final, total;
     std::vector<Real64> effects[DRV::NumPostProcessors];
+    std::vector<Real64> cpu[5], cpuEffects[DRV::NumPostProcessors];
     typedef std::chrono::steady_clock Clock;
     Clock::time_point lastProgress = Clock::now();
-    for(int frame = 0; frame < opt.frames; ++frame)
-    {
-        if(opt.orbit != 0.0f)
+    // Renders the timed frames; returns each frame's total.
+    auto renderFrames = [&](const char *label, bool record) {
+        std::vector<Real64> totals;
+        for(int frame = 0; frame < opt.frames; ++frame)
         {
-            Matrix turn, rotate, back;
-            turn.setTranslate(Vec3f(scene.center));
-            rotate.setRotate(Quaternion(Vec3f(0, 1, 0), osgdegree2rad(opt.orbit * (frame + 1))));
-            back.setTranslate(-Vec3f(scene.center));
-            turn.mult(rotate);
-            turn.mult(back);
-            turn.mult(cameraStart);
-            beginEditCP(cameraPlacement, Transform::MatrixFieldMask);
-            cameraPlacement->setMatrix(turn);
-            endEditCP(cameraPlacement, Transform::MatrixFieldMask);
-        }
+            if(opt.orbit != 0.0f)
+            {
+                Matrix turn, rotate, back;
+                turn.setTranslate(Vec3f(scene.center));
+                rotate.setRotate(Quaternion(Vec3f(0, 1, 0),
+                                            osgdegree2rad(opt.orbit * (frame + 1))));
+                back.setTranslate(-Vec3f(scene.center));
+                turn.mult(rotate);
+                turn.mult(back);
+                turn.mult(cameraStart);
+                beginEditCP(cameraPlacement, Transform::MatrixFieldMask);
+                cameraPlacement->setMatrix(turn);
+                endEditCP(cameraPlacement, Transform::MatrixFieldMask);
+            }
 
-        window->render(action);
-        // Nothing consumes the changes; as in any single-threaded program.
-        Thread::getCurrentChangeList()->clearAll();
+            // The whole frame's wall time needs the GPU finished; the passes
+            // are timed without waiting.
+            const Clock::time_point start = Clock::now();
+            window->render(action);
+            glFinish();
+            totals.push_back(std::chrono::duration<Real64, std::milli>(Clock::now() - start).count());
+            // Nothing consumes the changes; as in any single-threaded program.
+            Thread::getCurrentChangeList()->clearAll();
 
-        const DRV::PassTimes &t = viewport->getPassTimes();
-        geometry .push_back(t.geometry);
-        shadows  .push_back(t.shadows);
-        lightPass.push_back(t.lights);
-        forward  .push_back(t.forward);
-        final    .push_back(t.final);
-        Real64 sum = t.geometry + t.shadows + t.lights + t.forward + t.final;
-        for(int slot = 0; slot < DRV::NumPostProcessors; ++slot)
-        {
-            effects[slot].push_back(t.effects[slot]);
-            sum += t.effects[slot];
+            const DRV::PassTimes &t = viewport->getPassTimes();
+            const DRV::PassTimes &c = viewport->getPassCpuTimes();
+            cpu[0].push_back(c.geometry);
+            cpu[1].push_back(c.shadows);
+            cpu[2].push_back(c.lights);
+            cpu[3].push_back(c.forward);
+            cpu[4].push_back(c.final);
+            for(int slot = 0; slot < DRV::NumPostProcessors; ++slot)
+                cpuEffects[slot].push_back(c.effects[slot]);
+            // GPU times arrive frames later: keep those of the timed frames.
+            if(record && t.measured && viewport->getPassTimesAge() <= UInt32(frame))
+            {
+                geometry .push_back(t.geometry);
+                shadows  .push_back(t.shadows);
+                lightPass.push_back(t.lights);
+                forward  .push_back(t.forward);
+                final    .push_back(t.final);
+                for(int slot = 0; slot < DRV::NumPostProcessors; ++slot)
+                    effects[slot].push_back(t.effects[slot]);
+            }
+            // Long runs say how far they are, once a second.
+            if(Clock::now() - lastProgress >= std::chrono::seconds(1))
+            {
+                lastProgress = Clock::now();
+                std::cerr << label << "frame " << frame + 1 << "/" << opt.frames << std::endl;
+            }
         }
-        total.push_back(sum);
-        // Long runs say how far they are, once a second.
-        if(Clock::now() - lastProgress >= std::chrono::seconds(1))
-        {
-            lastProgress = Clock::now();
-            std::cerr << "frame " << frame + 1 << "/" << opt.frames << std::endl;
-        }
-    }
+        return totals;
+    };
+    total = renderFrames("", true);
 
     bool written = writeFramebufferPng(opt.out, opt.width, opt.height);
     std::vector<std::string> unwritten;
@@ -554,18 +611,38 @@ int main(int argc, char **argv)
     std::printf("deferred frame %dx%d, %s, %d lights, %d frames (ms):\n", opt.width,
                 opt.height, opt.model.empty() ? "courtyard" : opt.model.c_str(),
                 int(lights.size()), opt.frames);
-    std::printf("  %-16s %9s %9s %9s\n", "pass", "min", "median", "max");
-    printRow("geometry pass", geometry);
-    printRow("shadow maps", shadows);
-    printRow("lights", lightPass);
-    printRow("forward pass", forward);
+    std::printf("  %-16s %9s %9s %9s %9s\n", "pass", "min", "median", "max", "cpu");
+    printRow("geometry pass", geometry, cpu[0]);
+    printRow("shadow maps", shadows, cpu[1]);
+    printRow("lights", lightPass, cpu[2]);
+    printRow("forward pass", forward, cpu[3]);
     for(int slot = 0; slot < DRV::NumPostProcessors; ++slot)
     {
         if(opt.effects[slot])
-            printRow(effectNames[slot], effects[slot]);
+            printRow(effectNames[slot], effects[slot], cpuEffects[slot]);
     }
-    printRow("final quad", final);
-    printRow("total", total);
+    printRow("final quad", final, cpu[4]);
+    printRow("frame (wall)", total, std::vector<Real64>());
+    std::printf("  (passes: %s; cpu: median on the rendering thread)\n",
+                viewport->getPassTimesAge() > 0 ? "GPU timer queries, read frames later"
+                                                : "wall clock, waiting after each pass");
+    std::printf("  (light batching %s, shadow-map reuse %s)\n", opt.batching ? "on" : "off",
+                reuse ? "on" : "off");
+
+    if(opt.compare)
+    {
+        // The same frames again with every map redrawn and every light a
+        // volume, as the library draws by default.
+        viewport->setShadowMapReuse(false);
+        viewport->setLightBatching(false);
+        for(const std::function<void(DRV *)> &setting : opt.settings)
+            setting(viewport.getCPtr());
+        window->render(action);
+        std::vector<Real64> defaults = renderFrames("library defaults: ", false);
+        const Real64 ours = median(total), theirs = median(defaults);
+        std::printf("library defaults: median total %.1f ms; these settings %.1f ms "
+                    "(%.2f times faster)\n", theirs, ours, ours > 0.0 ? theirs / ours : 0.0);
+    }
 
     delete action;
     for(LightPtr light : lights)

@@ -90,6 +90,8 @@ void printKeys(std::ostream &os)
           "  r          look at the whole scene again\n"
           "  x          shadows on/off\n"
           "  b          light batching on/off\n"
+          "  u          shadow-map reuse on/off (maps redrawn only when\n"
+          "             something they show moved)\n"
           "  1 .. 5     anti-aliasing, ambient occlusion, HDR + bloom, depth of field,\n"
           "             motion blur on/off; the last one pressed is the selected effect\n"
           "  p          next parameter of the selected effect\n"
@@ -290,6 +292,11 @@ void keyboard(unsigned char key, int x, int y)
             v.viewport->setLightBatching(!v.viewport->getLightBatching());
             report(v, std::string("light batching ") +
                       (v.viewport->getLightBatching() ? "on" : "off"));
+            break;
+        case 'u':
+            v.viewport->setShadowMapReuse(!v.viewport->getShadowMapReuse());
+            report(v, std::string("shadow-map reuse ") +
+                      (v.viewport->getShadowMapReuse() ? "on" : "off"));
             break;
         case 'x':
             setShadows(v, !v.shadows);

@@ -3,7 +3,10 @@
 #include <OpenSG/OSGChunkMaterial.h>
 #include <OpenSG/OSGGL.h>
 #include <OpenSG/OSGGLEXT.h>
+#include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGMaterialGroup.h>
+#include <OpenSG/OSGSwitch.h>
+#include <OpenSG/OSGTransform.h>
 
 #include <Lumora/IDeferredLight.h>
 #include <Lumora/PostProcessingTools.h>
@@ -63,6 +66,91 @@ void addMomentTexture(RenderTarget &target, Real32 anisotropy)
     texture->setWrapT(GL_CLAMP_TO_EDGE);
     endEditCP(texture, TextureChunk::WrapSFieldMask | TextureChunk::WrapTFieldMask);
 }
+
+// A 64-bit digest of what a shadow render draws. Two scenes that hash alike
+// would share a stale map, so the mix must spread every bit.
+class SceneDigest
+{
+  public:
+    SceneDigest(void) : _hash(0x9E3779B97F4A7C15ULL), _tail(0) {}
+
+    void add(const void *data, UInt64 bytes)
+    {
+        const UInt8 *byte = static_cast<const UInt8 *>(data);
+        for(; bytes >= 8; bytes -= 8, byte += 8)
+        {
+            UInt64 word;
+            std::memcpy(&word, byte, 8);
+            mix(word);
+        }
+        UInt64 last = 0;
+        std::memcpy(&last, byte, bytes);
+        mix(last ^ (bytes << 56));
+    }
+    template <class ValueT>
+    void add(const ValueT &value) { add(&value, sizeof(value)); }
+
+    UInt64 value(void) const { return _hash; }
+
+  private:
+    static UInt64 rotate(UInt64 x, int by) { return (x << by) | (x >> (64 - by)); }
+    void mix(UInt64 word)
+    {
+        word  *= 0x87C37B91114253D5ULL;
+        word   = rotate(word, 31);
+        word  *= 0x4CF5AD432745937FULL;
+        _hash ^= word;
+        _hash  = rotate(_hash, 27) * 5 + 0x52DCE729 + ++_tail;
+    }
+
+    UInt64 _hash;
+    UInt64 _tail;
+};
+
+template <class PropertyPtrT>
+void addProperty(SceneDigest &digest, const PropertyPtrT &property)
+{
+    digest.add(property.getCPtr());
+    if(property == NullFC)
+        return;
+    const UInt32 stride = property->getStride() != 0 ?
+        property->getStride() : property->getFormatSize() * property->getDimension();
+    digest.add(property->getFormat());
+    digest.add(property->getSize());
+    if(property->getData() != NULL)
+        digest.add(property->getData(), UInt64(property->getSize()) * stride);
+}
+
+// Everything the depth render reads: traversal masks, transforms, switch
+// choices and the geometry's primitives and positions. Materials are not
+// read: the mapper's own material replaces them.
+void addNode(SceneDigest &digest, const NodePtr &node)
+{
+    digest.add(node.getCPtr());
+    digest.add(node->getTravMask());
+    NodeCorePtr core = node->getCore();
+    digest.add(core.getCPtr());
+
+    if(TransformPtr transform = TransformPtr::dcast(core))
+        digest.add(transform->getMatrix().getValues(), sizeof(Real32) * 16);
+    else if(SwitchPtr choice = SwitchPtr::dcast(core))
+        digest.add(choice->getChoice());
+    else if(GeometryPtr geometry = GeometryPtr::dcast(core))
+    {
+        addProperty(digest, geometry->getTypes());
+        addProperty(digest, geometry->getLengths());
+        addProperty(digest, geometry->getIndices());
+        addProperty(digest, geometry->getPositions());
+        const MFUInt16 *mapping = geometry->getMFIndexMapping();
+        digest.add(mapping->size());
+        for(UInt32 i = 0; i < mapping->size(); ++i)
+            digest.add((*mapping)[i]);
+    }
+
+    digest.add(node->getNChildren());
+    for(UInt32 i = 0; i < node->getNChildren(); ++i)
+        addNode(digest, node->getChild(i));
+}
 } // namespace
 
 VSMShadowMapper::VSMShadowMapper(void) :
@@ -77,6 +165,10 @@ VSMShadowMapper::VSMShadowMapper(void) :
     lightCamera  (NullFC),
     cameraFrustum(),
     sceneVolume  (DynamicVolume::BOX_VOLUME),
+    reuse        (false),
+    renderCount  (0),
+    sceneStamp   (0),
+    stamps       (),
     rootParent   (NullFC),
     rootIndex    (-1)
 {
@@ -144,6 +236,7 @@ void VSMShadowMapper::initialize(WindowPtr win, UInt16 mapSize)
 
 void VSMShadowMapper::initializeShadowmap(RenderTarget *target)
 {
+    stamps.erase(target);
     const int half = size / 2;
     target->initialize(window, 0, 0, half - 1, half - 1);
     target->setBgClear(UncoveredMoments, 1.0f, true, true);
@@ -167,6 +260,13 @@ void VSMShadowMapper::beginShadowmapRendering(NodePtr root, CameraPtr camera, Vi
 
     root->getWorldVolume(sceneVolume);
 
+    if(reuse)
+    {
+        SceneDigest digest;
+        addNode(digest, root);
+        sceneStamp = digest.value();
+    }
+
     camera->getFrustum(cameraFrustum, *viewport);
     cameraFrustum.setValid();
     cameraFrustum.setEmpty(false);
@@ -185,6 +285,18 @@ void VSMShadowMapper::updateShadowmap(IDeferredLight *light)
         if(!target->isInitialized())
             initializeShadowmap(target);
 
+        MapStamp stamp;
+        if(reuse)
+        {
+            stamp.modelview    = lightCamera->getModelviewMatrix();
+            stamp.projection   = lightCamera->getProjectionMatrix();
+            stamp.nearDistance = lightCamera->getNear();
+            stamp.farDistance  = lightCamera->getFar();
+            stamp.scene        = sceneStamp;
+            if(isCurrent(target, stamp))
+                continue;
+        }
+
         beginEditCP(shader, ShaderChunk::ParametersFieldMask);
         shader->setUniformParameter("vLightNearFar",
                                     Vec2f(lightCamera->getNear(), lightCamera->getFar()));
@@ -195,7 +307,37 @@ void VSMShadowMapper::updateShadowmap(IDeferredLight *light)
         PostProcessingTools::getInstance()->downscaleTexture(
             renderTarget.getTargetTexture(0), target,
             PostProcessingTools::DOWNSCALE_2X2, renderAction);
+        ++renderCount;
+
+        if(reuse)
+            stamps[target] = stamp;
+        else
+            stamps.erase(target);
     }
+}
+
+bool VSMShadowMapper::isCurrent(const RenderTarget *target, const MapStamp &stamp) const
+{
+    std::map<const RenderTarget *, MapStamp>::const_iterator it = stamps.find(target);
+    if(it == stamps.end())
+        return false;
+    const MapStamp &drawn = it->second;
+    return drawn.scene        == stamp.scene        &&
+           drawn.nearDistance == stamp.nearDistance &&
+           drawn.farDistance  == stamp.farDistance  &&
+           drawn.modelview .equals(stamp.modelview,  0.0f) &&
+           drawn.projection.equals(stamp.projection, 0.0f);
+}
+
+void VSMShadowMapper::invalidate(void)
+{
+    stamps.clear();
+}
+
+void VSMShadowMapper::forgetShadowmaps(IDeferredLight *light)
+{
+    for(UInt16 i = 0; i < light->getNumShadowmaps(); ++i)
+        stamps.erase(light->getShadowmap(i));
 }
 
 void VSMShadowMapper::endShadowmapRendering(NodePtr root)

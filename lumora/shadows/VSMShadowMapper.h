@@ -15,6 +15,8 @@
 
 #include <Lumora/OSGRenderTarget.h>
 
+#include <map>
+
 OSG_BEGIN_NAMESPACE
 
 class IDeferredLight;
@@ -42,6 +44,22 @@ class VSMShadowMapper
     void updateShadowmap        (IDeferredLight *light);
     void endShadowmapRendering  (NodePtr root);
 
+    // Off by default: every map is drawn every frame. When on, a map is
+    // drawn again only when its light camera or something under the root
+    // that is drawn into it changed since its last drawing; changes the
+    // mapper cannot see (an image edited in place) call invalidate().
+    void   setReuse        (bool on)   { reuse = on;    }
+    bool   getReuse        (void) const { return reuse;  }
+    void   invalidate      (void);
+    // A light going away: its maps' records must not outlive it.
+    void   forgetShadowmaps(IDeferredLight *light);
+    // Maps drawn since construction, reused ones not counted.
+    UInt32 getRenderCount  (void) const { return renderCount; }
+
+    // The moment textures' anisotropy: the context's maximum, or 1 on a
+    // software rasteriser (see initialize).
+    Real32 getMaxAnisotropy(void) const { return maxAnisotropy; }
+
     UInt16          getSize        (void) const { return size;         }
     RenderTarget   &getRenderTarget(void)       { return renderTarget; }
     SHLChunkPtr     getShader      (void) const { return shader;       }
@@ -67,6 +85,22 @@ class VSMShadowMapper
     MatrixCameraPtr lightCamera;
     FrustumVolume   cameraFrustum;
     DynamicVolume   sceneVolume;
+
+    // What a map was drawn from; equal stamps draw equal maps.
+    struct MapStamp
+    {
+        Matrix modelview;
+        Matrix projection;
+        Real32 nearDistance;
+        Real32 farDistance;
+        UInt64 scene;
+    };
+    bool isCurrent(const RenderTarget *target, const MapStamp &stamp) const;
+
+    bool            reuse;
+    UInt32          renderCount;
+    UInt64          sceneStamp;
+    std::map<const RenderTarget *, MapStamp> stamps;
 
     // Where the application's root hung before begin, to restore it.
     NodePtr         rootParent;

@@ -339,6 +339,7 @@ void DeferredRenderingViewport::prepareScene(NodePtr root)
     forwardNodes.clear();
     deferredNodes.clear();
     dropOrphanConversions();
+    shadowMapper.invalidate();
 
     traverse(root, osgTypedMethodFunctor1ObjPtrCPtrRef<Action::ResultE,
                                                        DeferredRenderingViewport,
@@ -531,6 +532,8 @@ void DeferredRenderingViewport::subLight(LightPtr light)
 
 void DeferredRenderingViewport::releaseLight(IDeferredLight *light)
 {
+    shadowMapper.forgetShadowmaps(light);
+
     // A light that never rendered has no volume under the light root.
     NodePtr volume = light->getVolumeRoot();
     if(lightRoot != NullFC && volume->getParent() == lightRoot)
@@ -852,7 +855,6 @@ void DeferredRenderingViewport::showTextureFullscreen(RenderActionBase *action,
 
 namespace
 {
-// Milliseconds since `start` once the GPU has finished; restarts the clock.
 Real64 threadCpuMilliseconds(void)
 {
     timespec now;
@@ -860,14 +862,23 @@ Real64 threadCpuMilliseconds(void)
     return Real64(now.tv_sec) * 1000.0 + Real64(now.tv_nsec) * 1e-6;
 }
 
-Real64 lapMilliseconds(std::chrono::steady_clock::time_point &start)
+Real64 steadyMilliseconds(void)
 {
-    glFinish();
-    std::chrono::steady_clock::time_point now = std::chrono::steady_clock::now();
-    Real64 ms = std::chrono::duration<Real64, std::milli>(now - start).count();
-    start = now;
-    return ms;
+    return std::chrono::duration<Real64, std::milli>(
+        std::chrono::steady_clock::now().time_since_epoch()).count();
 }
+
+// The timed passes, in the order the frame draws them.
+enum TimedPass
+{
+    GeometryPass = 0,
+    ShadowPass,
+    LightPass,
+    ForwardPass,
+    FirstEffectPass,
+    FinalPass = FirstEffectPass + DeferredRenderingViewport::NumPostProcessors,
+    NumTimedPasses
+};
 }
 
 // --- the frame --------------------------------------------------------------
@@ -923,9 +934,13 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
         shadowMapper.initialize(window, 2048);
 
     CameraPtr camera = getCamera();
-    std::chrono::steady_clock::time_point clock = std::chrono::steady_clock::now();
     if(passTiming)
-        lapMilliseconds(clock);
+    {
+        gpuTiming = passTimer.begin(window);
+        if(!gpuTiming)
+            glFinish();
+        passStart = steadyMilliseconds();
+    }
 
     action->setViewport(this);
     action->setCamera(camera.getCPtr());
@@ -935,8 +950,7 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
     // Geometry pass: opaque geometry writes the G-buffer.
     enableNodes(forwardNodes, false);
     gbufferTarget.renderScene(getRoot(), camera, action, getBackground());
-    if(passTiming)
-        passTimes.geometry = lapMilliseconds(clock);
+    endPass(GeometryPass, passCpuTimes.geometry, passTimes.geometry);
 
     // Light stage: new lights get their shaders and join the light scene,
     // then every light takes this frame's camera and its OpenSG light.
@@ -987,8 +1001,7 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
     }
     shadowMapper.endShadowmapRendering(getRoot());
     updateLightBatch(projection, camNearFar);
-    if(passTiming)
-        passTimes.shadows = lapMilliseconds(clock);
+    endPass(ShadowPass, passCpuTimes.shadows, passTimes.shadows);
 
     // Light pass: light volumes add into the float buffer; no volume may be
     // cut by the far plane. The farthest plane whose projection OpenSG can
@@ -1014,8 +1027,7 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
     beginEditCP(camera, Camera::FarFieldMask);
     camera->setFar(farDistance);
     endEditCP(camera, Camera::FarFieldMask);
-    if(passTiming)
-        passTimes.lights = lapMilliseconds(clock);
+    endPass(LightPass, passCpuTimes.lights, passTimes.lights);
 
     // Forward pass: transparent geometry over the lit image, depth-tested
     // against the G-buffer's depth.
@@ -1025,17 +1037,52 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
     lightTarget.renderScene(getRoot(), camera, action, NullFC);
     lightTarget.setBgClear(Color4f(0, 0, 0, 0), 1.0f, true, false);
     enableNodes(deferredNodes, true);
-    if(passTiming)
-        passTimes.forward = lapMilliseconds(clock);
+    endPass(ForwardPass, passCpuTimes.forward, passTimes.forward);
 
     TextureChunkPtr current = runPostProcessors(viewing, projection, camNearFar,
                                                 lightTarget.getTargetTexture(0));
-    if(passTiming)
-        lapMilliseconds(clock);
 
     showTextureFullscreen(action, current);
-    if(passTiming)
-        passTimes.final = lapMilliseconds(clock);
+    endPass(FinalPass, passCpuTimes.final, passTimes.final);
+
+    if(passTiming && gpuTiming)
+    {
+        passTimer.end();
+        if(passTimer.hasTimes() && passTimer.getPasses() == NumTimedPasses)
+        {
+            const Real64 *gpu = passTimer.getTimes();
+            passTimes.geometry = gpu[GeometryPass];
+            passTimes.shadows  = gpu[ShadowPass];
+            passTimes.lights   = gpu[LightPass];
+            passTimes.forward  = gpu[ForwardPass];
+            for(UInt32 slot = 0; slot < NumPostProcessors; ++slot)
+                passTimes.effects[slot] = gpu[FirstEffectPass + slot];
+            passTimes.final    = gpu[FinalPass];
+            passTimes.measured = true;
+            passTimesAge       = passTimer.getAge();
+        }
+    }
+    else if(passTiming)
+    {
+        passTimes.measured = true;
+        passTimesAge       = 0;
+    }
+    passCpuTimes.measured = passTiming;
+}
+
+void DeferredRenderingViewport::endPass(UInt32 pass, Real64 &cpu, Real64 &wall)
+{
+    if(!passTiming)
+        return;
+    if(gpuTiming)
+        passTimer.mark(pass);
+    else
+        glFinish();
+    const Real64 now = steadyMilliseconds();
+    cpu       = now - passStart;
+    passStart = now;
+    if(!gpuTiming)
+        wall = cpu;
 }
 
 TextureChunkPtr DeferredRenderingViewport::runPostProcessors(const Matrix   &viewing,
@@ -1043,12 +1090,18 @@ TextureChunkPtr DeferredRenderingViewport::runPostProcessors(const Matrix   &vie
                                                              const Vec2f    &camNearFar,
                                                              TextureChunkPtr current)
 {
-    std::chrono::steady_clock::time_point clock = std::chrono::steady_clock::now();
     for(UInt32 slot = 0; slot < NumPostProcessors; ++slot)
     {
-        passTimes.effects[slot] = 0.0;
         if(!postProcessOn[slot])
+        {
+            // An empty interval keeps the timestamps in pass order.
+            if(passTiming && gpuTiming)
+                passTimer.mark(FirstEffectPass + slot);
+            passCpuTimes.effects[slot] = 0.0;
+            if(!gpuTiming)
+                passTimes.effects[slot] = 0.0;
             continue;
+        }
 
         IDeferredPostProcessor *effect = postProcessors[slot];
         if(!effect->initialized)
@@ -1058,8 +1111,7 @@ TextureChunkPtr DeferredRenderingViewport::runPostProcessors(const Matrix   &vie
         }
         effect->update(viewing, projection, camNearFar);
         current = effect->perform(current);
-        if(passTiming)
-            passTimes.effects[slot] = lapMilliseconds(clock);
+        endPass(FirstEffectPass + slot, passCpuTimes.effects[slot], passTimes.effects[slot]);
     }
     return current;
 }

@@ -18,6 +18,7 @@
 #include <Lumora/OSGRenderTarget.h>
 #include <Lumora/VSMShadowMapper.h>
 #include <Lumora/LumoraInit.h>
+#include <Lumora/PassTimer.h>
 
 #include <map>
 #include <set>
@@ -65,6 +66,15 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     void setLightBatching(bool on)       { lightBatching = on;   }
     bool getLightBatching(void) const    { return lightBatching; }
 
+    // Off by default: every shadow map is drawn every frame. When on, a
+    // light's maps are drawn again only when its light cameras or the
+    // shadow-casting scene under the root changed (transforms, geometry,
+    // traversal masks, switch choices); invalidateShadowMaps covers what the
+    // scene graph does not show. Same image either way.
+    void setShadowMapReuse   (bool on)       { shadowMapper.setReuse(on);       }
+    bool getShadowMapReuse   (void) const    { return shadowMapper.getReuse();  }
+    void invalidateShadowMaps(void)          { shadowMapper.invalidate();       }
+
     // The effects run in this order on the lit image, each switched on or
     // off; a switched-off effect is skipped and keeps its settings.
     enum PostProcessSlot
@@ -106,8 +116,11 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
 
     typedef std::map<LightPtr, IDeferredLight *> LightMap;
 
-    // Per-pass wall-clock times of the last frame, in milliseconds. Only
-    // measured when switched on: measuring waits for the GPU after each pass.
+    // Per-pass times in milliseconds, measured while pass timing is on.
+    // Where the window has timer queries they are the GPU's times of the
+    // newest frame whose timestamps arrived, getPassTimesAge() frames ago,
+    // and timing never waits for the GPU; elsewhere they are wall-clock
+    // times of this frame, waiting for the GPU after each pass.
     struct PassTimes
     {
         Real64 geometry = 0.0;
@@ -121,10 +134,15 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
         // drew, emissive screen pass included.
         Real64 lightsCpu   = 0.0;
         UInt64 lightPixels = 0;
+        // False until the first measured frame's times have arrived.
+        bool   measured    = false;
     };
 
-    void             setPassTiming(bool enabled) { passTiming = enabled; }
-    const PassTimes &getPassTimes (void) const   { return passTimes;     }
+    void             setPassTiming  (bool enabled) { passTiming = enabled;  }
+    const PassTimes &getPassTimes   (void) const   { return passTimes;      }
+    // The same passes on the rendering thread's clock, this frame.
+    const PassTimes &getPassCpuTimes(void) const   { return passCpuTimes;   }
+    UInt32           getPassTimesAge(void) const   { return passTimesAge;   }
 
     // Read-only views of the pipeline's state, for tools and tests.
     Int32                       getLastWidth        (void) const { return lastWidth;         }
@@ -178,6 +196,9 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
 
     template <class EffectT>
     EffectT *effect(PostProcessSlot slot) const;
+    // Ends a timed pass: its CPU time, and its GPU timestamp or, without
+    // timer queries, its wall-clock time after waiting for the GPU.
+    void            endPass                   (UInt32 pass, Real64 &cpu, Real64 &wall);
     static UInt16   countInitializedShadowmaps(IDeferredLight *light);
     static bool     hasFiniteFields           (LightPtr light);
     static bool     isFiniteSetting           (const char *operation, Real32 value);
@@ -200,6 +221,11 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     PolygonForegroundPtr fullscreenQuad;
     bool                 passTiming = false;
     PassTimes            passTimes;
+    PassTimes            passCpuTimes;
+    UInt32               passTimesAge = 0;
+    PassTimer            passTimer;
+    bool                 gpuTiming = false;  // this frame's timer queries run
+    Real64               passStart = 0.0;    // steady clock, ms
     Real32               globalShadowIntensity;
     bool                 lightBatching = false;
     LightMap             lights;
