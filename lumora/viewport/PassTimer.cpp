@@ -109,7 +109,7 @@ bool PassTimer::begin(WindowPtr window)
             return false;
         _window   = window.getCPtr();
         _objectId = Window::registerGLObject(
-            Window::GLObjectFunctor(&PassTimer::handleGL),
+            osgTypedFunctionVoidFunctor2Ptr<Window, UInt32>(&PassTimer::handleGL),
             FramesInFlight * (MaxPasses + 1));
         for(UInt32 i = 0; i < FramesInFlight; ++i)
         {

@@ -82,6 +82,13 @@ osgTypedFunctionFunctor2CPtrRef(RetT (*func)(Arg1T &, Arg2T))
     return TypedFunctor2Base<RetT, CPtrRefCallArg<Arg1T>, ArgsCollector<Arg2T> >(func);
 }
 
+template <class ObjectT, class Arg2T>
+TypedFunctor2Base<void, PtrCallArg<ObjectT>, ArgsCollector<Arg2T> >
+osgTypedFunctionVoidFunctor2Ptr(void (*func)(ObjectT *, Arg2T))
+{
+    return TypedFunctor2Base<void, PtrCallArg<ObjectT>, ArgsCollector<Arg2T> >(func);
+}
+
 // --- factories for methods of an object --------------------------------
 
 template <class RetT, class ClassT, class Arg1T>
