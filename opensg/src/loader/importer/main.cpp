@@ -50,7 +50,8 @@ const char *s_usage =
     "the model from standard input, in the format SUFFIX names.\n"
     "  --flags N     assimp post-processing steps (aiPostProcessSteps bits)\n"
     "  --hint SUFFIX format of the model read from standard input\n"
-    "  --parent PID  end when the process PID ends\n"
+    "  --parent PID  the starting process: end with it, or at once if it\n"
+    "                is no longer this program's parent\n"
     "  --help        show this text\n";
 
 struct Options
