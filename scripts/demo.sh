@@ -8,7 +8,9 @@ cd "$root"
 source scripts/install-deps.sh
 install_deps
 
-cmake -S . -B build -DCMAKE_BUILD_TYPE=Release
+# The libraries compile in batches of sources: a fresh build reads their
+# headers a few times instead of once per source.
+cmake -S . -B build -DCMAKE_BUILD_TYPE=Release -DLUMORA_UNITY_BUILD=ON
 # Only what it runs: the renderer and the libraries under it. The test
 # command builds the rest.
 cmake --build build -j2 --target lumora-render

@@ -8,6 +8,7 @@ LUMORA_DEB_PACKAGES=(
     freeglut3-dev libboost-dev libboost-random-dev libpng-dev
     libgtest-dev libgmock-dev libbenchmark-dev libassimp-dev libjpeg-dev
     assimp-testmodels xvfb xauth
+    dpkg-dev file
 )
 
 install_deps() {

@@ -11,8 +11,8 @@ namespace
 std::vector<Action::Functor> &drawEnterDefaults(void) { static std::vector<Action::Functor> v; return v; }
 std::vector<Action::Functor> &drawLeaveDefaults(void) { static std::vector<Action::Functor> v; return v; }
 
-void storeDefault(std::vector<Action::Functor> &functors, UInt32 typeId,
-                  const Action::Functor &func)
+void storeDrawDefault(std::vector<Action::Functor> &functors, UInt32 typeId,
+                      const Action::Functor &func)
 {
     if(functors.size() <= typeId)
         functors.resize(typeId + 1);
@@ -40,12 +40,12 @@ DrawAction::~DrawAction(void)
 
 void DrawAction::registerEnterDefault(const FieldContainerType &type, const Action::Functor &func)
 {
-    storeDefault(drawEnterDefaults(), type.getId(), func);
+    storeDrawDefault(drawEnterDefaults(), type.getId(), func);
 }
 
 void DrawAction::registerLeaveDefault(const FieldContainerType &type, const Action::Functor &func)
 {
-    storeDefault(drawLeaveDefaults(), type.getId(), func);
+    storeDrawDefault(drawLeaveDefaults(), type.getId(), func);
 }
 
 std::vector<Action::Functor> *DrawAction::getDefaultEnterFunctors(void)

@@ -18,22 +18,22 @@
 #include <OpenSG/OSGSpotLight.h>
 #include <OpenSG/OSGTransform.h>
 
-#include <assimp/Exporter.hpp>
 #include <assimp/Importer.hpp>
 #include <assimp/material.h>
 #include <assimp/postprocess.h>
 #include <assimp/scene.h>
 
+#include <dlfcn.h>
 #include <poll.h>
-#include <sys/prctl.h>
 #include <signal.h>
+#include <spawn.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstring>
-#include <functional>
 #include <cctype>
 #include <cerrno>
 #include <cstdlib>
@@ -42,6 +42,7 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <mutex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -708,83 +709,151 @@ NodePtr convertScene(const aiScene *scene, const Char8 *fileName, bool gltf,
 // Longest an import may take before it counts as hung.
 const int s_importSeconds = 120;
 
-bool writeAll(int fd, const char *data, std::size_t size)
+const char *const s_importerName = "osg-assimp-import";
+
+// A model to import: a file by name, or bytes in memory with the format's
+// suffix as a hint.
+struct ImportSource
 {
-    while(size > 0)
+    std::string        fileName;
+    const std::string *bytes = NULL;
+    std::string        hint;
+
+    const aiScene *readWith(Assimp::Importer &importer) const
     {
-        const ssize_t written = ::write(fd, data, size);
-        if(written < 0 && errno == EINTR)
-            continue;
-        if(written <= 0)
-            return false;
-        data += written;
-        size -= std::size_t(written);
+        if(bytes == NULL)
+            return importer.ReadFile(fileName, s_postProcessFlags);
+        return importer.ReadFileFromMemory(bytes->data(), bytes->size(), s_postProcessFlags,
+                                           hint.c_str());
     }
-    return true;
+};
+
+const aiScene *importInProcess(const ImportSource &source, Assimp::Importer &importer,
+                               std::string &failure)
+{
+    const aiScene *scene = source.readWith(importer);
+    if(scene == NULL)
+        failure = importer.GetErrorString();
+    return scene;
 }
 
-// What the child process tells: 'S' and the scene in assimp's binary
-// format, 'E' and the reason there is none, or 'R': read it here.
-std::string importInChild(const std::function<const aiScene *(Assimp::Importer &)> &import)
+// The importer program: OSG_ASSIMP_IMPORTER if set, else in libexec or
+// beside this library, wherever it is installed or built. Empty if none
+// is there; `looked` then lists the places.
+std::string findImporter(std::string &looked)
 {
-    try
+    std::vector<std::string> candidates;
+    const char *overridden = std::getenv("OSG_ASSIMP_IMPORTER");
+    if(overridden != NULL && *overridden != '\0')
+        candidates.push_back(overridden);
+    else
     {
-        Assimp::Importer importer;
-        const aiScene *scene = import(importer);
-        if(scene == NULL)
-            return "E" + std::string(importer.GetErrorString());
+        Dl_info library;
+        if(::dladdr(reinterpret_cast<void *>(&assimpSuffixes), &library) != 0 &&
+           library.dli_fname != NULL)
+        {
+            char *resolved = ::realpath(library.dli_fname, NULL);
+            const std::string libDir = directoryOf(resolved != NULL ? resolved
+                                                                    : library.dli_fname);
+            std::free(resolved);
+            candidates.push_back(libDir + OSG_LIBEXEC_FROM_LIBDIR "/" + s_importerName);
+            candidates.push_back(libDir + s_importerName);
+        }
+    }
+    for(const std::string &candidate : candidates)
+    {
+        if(::access(candidate.c_str(), X_OK) == 0)
+            return candidate;
+        looked += (looked.empty() ? "" : ", ") + candidate;
+    }
+    if(looked.empty())
+        looked = "nowhere: the runtime library's own path is unknown";
+    return std::string();
+}
 
-        Assimp::Exporter exporter;
-        const aiExportDataBlob *blob = exporter.ExportToBlob(scene, "assbin");
-        // Not every scene can be written; this file did not crash the
-        // importer, so reading it again in the parent is safe.
-        if(blob == NULL)
-            return "R";
-        return "S" + std::string(static_cast<const char *>(blob->data), blob->size);
-    }
-    catch(const std::exception &e)
-    {
-        return "E" + std::string(e.what());
-    }
-    catch(...)
-    {
-        return "Eunknown import error";
-    }
+// Once per place looked in, not once per model.
+void warnImportingInProcess(const std::string &looked)
+{
+    static std::mutex  lock;
+    static std::string warnedFor;
+    std::lock_guard<std::mutex> guard(lock);
+    if(warnedFor == looked)
+        return;
+    warnedFor = looked;
+    SWARNING << "SceneFileHandler: no " << s_importerName << " program (looked for "
+             << looked << "); models are imported in this process, where a file that "
+             << "crashes assimp takes the application with it" << std::endl;
 }
 
 // Some of assimp's importers crash or hang on malformed files, which would
-// take the application with them. The import runs in a child process; the
-// parent reads the scene back from assimp's own binary format, or reports
-// how the child failed. `importer` holds the scene afterwards.
-const aiScene *importIsolated(const std::function<const aiScene *(Assimp::Importer &)> &import,
-                              Assimp::Importer &importer, std::string &failure)
+// take the application with them, so the import runs in a program of its
+// own. It is spawned rather than forked: a fork copies this process with
+// locks that its other threads (the GL driver's, the application's) may
+// hold, and the copy can wait on them forever. The scene comes back in
+// assimp's binary format; `importer` holds it afterwards.
+const aiScene *importIsolated(const ImportSource &source, Assimp::Importer &importer,
+                              std::string &failure)
 {
+    std::string looked;
+    const std::string program = findImporter(looked);
+    if(program.empty())
+    {
+        warnImportingInProcess(looked);
+        return importInProcess(source, importer, failure);
+    }
+
+    // A socket rather than pipes: the model goes one way and the scene the
+    // other, and writing to a socket whose reader died gives an error, not
+    // SIGPIPE in the application.
     int channel[2];
-    if(::pipe(channel) != 0)
+    if(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, channel) != 0)
     {
-        failure = "no pipe to the importer: " + std::string(std::strerror(errno));
+        failure = "no channel to the importer: " + std::string(std::strerror(errno));
         return NULL;
     }
-    const pid_t child = ::fork();
-    if(child < 0)
-    {
-        failure = "no process for the importer: " + std::string(std::strerror(errno));
-        ::close(channel[0]);
-        ::close(channel[1]);
-        return NULL;
-    }
-    if(child == 0)
-    {
-        // A parent that dies takes a hung import with it.
-        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        if(::getppid() == 1)
-            ::_exit(1);
-        ::close(channel[0]);
-        const std::string answer = importInChild(import);
-        writeAll(channel[1], answer.data(), answer.size());
-        ::_exit(0);
-    }
+
+    const std::string flags  = std::to_string(s_postProcessFlags);
+    const std::string parent = std::to_string(::getpid());
+    std::vector<const char *> args = {program.c_str(), "--flags", flags.c_str(),
+                                      "--parent", parent.c_str()};
+    if(source.bytes != NULL)
+        args.insert(args.end(), {"--hint", source.hint.c_str(), "-"});
+    else
+        args.insert(args.end(), {"--", source.fileName.c_str()});
+    args.push_back(NULL);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, channel[1], STDIN_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, channel[1], STDOUT_FILENO);
+    // The application's signal mask and ignored signals are not the
+    // importer's business.
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t signals;
+    sigemptyset(&signals);
+    posix_spawnattr_setsigmask(&attributes, &signals);
+    sigaddset(&signals, SIGPIPE);
+    posix_spawnattr_setsigdefault(&attributes, &signals);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+
+    pid_t child = -1;
+    const int spawned = ::posix_spawn(&child, program.c_str(), &actions, &attributes,
+                                      const_cast<char *const *>(args.data()), environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&actions);
     ::close(channel[1]);
+    if(spawned != 0)
+    {
+        ::close(channel[0]);
+        failure = "could not start " + program + ": " + std::strerror(spawned);
+        return NULL;
+    }
+
+    std::size_t sent = 0;
+    const std::size_t toSend = source.bytes != NULL ? source.bytes->size() : 0;
+    if(toSend == 0)
+        ::shutdown(channel[0], SHUT_WR);
 
     std::string answer;
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(s_importSeconds);
@@ -798,7 +867,7 @@ const aiScene *importIsolated(const std::function<const aiScene *(Assimp::Import
             hung = true;
             break;
         }
-        pollfd wait = {channel[0], POLLIN, 0};
+        pollfd wait = {channel[0], short(POLLIN | (sent < toSend ? POLLOUT : 0)), 0};
         const int ready = ::poll(&wait, 1, int(left));
         if(ready < 0 && errno == EINTR)
             continue;
@@ -807,9 +876,24 @@ const aiScene *importIsolated(const std::function<const aiScene *(Assimp::Import
             hung = ready == 0;
             break;
         }
+        if(sent < toSend && (wait.revents & (POLLOUT | POLLERR | POLLHUP)) != 0)
+        {
+            const ssize_t written = ::send(channel[0], source.bytes->data() + sent,
+                                           toSend - sent, MSG_DONTWAIT | MSG_NOSIGNAL);
+            // An importer that stopped reading has ended or will: its answer
+            // or its end says why.
+            if(written < 0 && errno != EINTR && errno != EAGAIN)
+                sent = toSend;
+            else if(written > 0)
+                sent += std::size_t(written);
+            if(sent == toSend)
+                ::shutdown(channel[0], SHUT_WR);
+        }
+        if((wait.revents & (POLLIN | POLLHUP | POLLERR)) == 0)
+            continue;
         char buffer[65536];
-        const ssize_t got = ::read(channel[0], buffer, sizeof(buffer));
-        if(got < 0 && errno == EINTR)
+        const ssize_t got = ::recv(channel[0], buffer, sizeof(buffer), MSG_DONTWAIT);
+        if(got < 0 && (errno == EINTR || errno == EAGAIN))
             continue;
         if(got <= 0)
             break;
@@ -830,12 +914,7 @@ const aiScene *importIsolated(const std::function<const aiScene *(Assimp::Import
     else if(answer.empty())
         failure = "the importer ended without an answer";
     else if(answer[0] == 'R')
-    {
-        const aiScene *scene = import(importer);
-        if(scene == NULL)
-            failure = importer.GetErrorString();
-        return scene;
-    }
+        return importInProcess(source, importer, failure);
     else if(answer[0] != 'S')
         failure = answer.substr(1);
     else
@@ -898,10 +977,9 @@ NodePtr AssimpSceneFileType::readFile(const Char8 *fileName) const
 
         Assimp::Importer importer;
         std::string      failure;
-        const aiScene   *scene = importIsolated(
-            [fileName](Assimp::Importer &imp)
-            { return imp.ReadFile(fileName, s_postProcessFlags); },
-            importer, failure);
+        ImportSource     source;
+        source.fileName = fileName;
+        const aiScene   *scene = importIsolated(source, importer, failure);
         return convertScene(scene, fileName, suffix == "gltf" || suffix == "glb", failure);
     }
     catch(const std::exception &e)
@@ -938,13 +1016,10 @@ NodePtr AssimpSceneFileType::read(std::istream &is, const Char8 *fileNameOrExten
 
         Assimp::Importer importer;
         std::string      failure;
-        const aiScene   *scene = importIsolated(
-            [&bytes, &hint](Assimp::Importer &imp)
-            {
-                return imp.ReadFileFromMemory(bytes.data(), bytes.size(),
-                                              s_postProcessFlags, hint.c_str());
-            },
-            importer, failure);
+        ImportSource     source;
+        source.bytes = &bytes;
+        source.hint  = hint;
+        const aiScene   *scene = importIsolated(source, importer, failure);
         return convertScene(scene, ("stream '" + name + "'").c_str(),
                             hint == "gltf" || hint == "glb", failure);
     }
