@@ -447,6 +447,15 @@ void TextureChunk::uploadImage(GLenum target, GLenum imageTarget, Image *image,
         return;
     }
 
+    const bool compressed = isCompressedFormat(image->getPixelFormat());
+    if(compressed && !stateGLCaps().textureS3TC)
+    {
+        SWARNING << "TextureChunk: no GL_EXT_texture_compression_s3tc; the DXT image "
+                 << image->getName() << " is not uploaded" << std::endl;
+        glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+        return;
+    }
+
     const Int32 imageLevels = mipmapped() ? std::max(image->getMipMapCount(), 1) : 1;
     const Int32 skip        = std::min(Int32(getSkipMipMapLevels()), imageLevels - 1);
 
@@ -458,7 +467,7 @@ void TextureChunk::uploadImage(GLenum target, GLenum imageTarget, Image *image,
         const UInt8 *data = fmt.passData ? image->getData(UInt32(level), frame, side) : NULL;
         const GLint  glLevel = level - skip;
 
-        if(isCompressedFormat(image->getPixelFormat()))
+        if(compressed)
         {
             if(data == NULL)
                 continue;
@@ -492,10 +501,12 @@ void TextureChunk::uploadImage(GLenum target, GLenum imageTarget, Image *image,
 
     glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
 
+    // GL does not derive levels of compressed data: the image's are all.
+    const bool ownLevels = imageLevels - skip > 1 || compressed;
     if(mipmapped())
         glTexParameteri(target, GL_TEXTURE_MAX_LEVEL,
-                        imageLevels - skip > 1 ? imageLevels - skip - 1 : 1000);
-    _hasMipmaps = mipmapped() && imageLevels - skip > 1;
+                        ownLevels ? imageLevels - skip - 1 : 1000);
+    _hasMipmaps = mipmapped() && ownLevels;
 }
 
 void TextureChunk::uploadAll(GLenum target, bool full)
@@ -512,7 +523,7 @@ void TextureChunk::uploadAll(GLenum target, bool full)
     else
         uploadImage(target, target, image, 0, full);
 
-    if(mipmapped() && (!_hasMipmaps || !full))
+    if(mipmapped() && (!_hasMipmaps || !full) && !isCompressedFormat(image->getPixelFormat()))
     {
         glGenerateMipmap(target);
         _hasMipmaps = true;
