@@ -6,7 +6,7 @@
 namespace osg
 {
 
-// JPEG through libjpeg; written by stb_image_write, quality 90 unless
+// JPEG through libjpeg; written by stb_image_write, quality 95 unless
 // the options give "quality=N".
 class JPGImageFileType : public ImageFileType
 {

@@ -134,7 +134,8 @@ bool decodeJPEGData(Image &image, const UInt8 *data, std::size_t size, std::stri
     return true;
 }
 
-bool decodeStbData(Image &image, const UInt8 *data, std::size_t size, std::string &error)
+bool decodeStbData(Image &image, const UInt8 *data, std::size_t size, std::string &error,
+                   int wanted)
 {
     if(size > std::size_t(INT32_MAX))
     {
@@ -155,12 +156,12 @@ bool decodeStbData(Image &image, const UInt8 *data, std::size_t size, std::strin
     }
     else if(stbi_is_16_bit_from_memory(data, length))
     {
-        pixels = stbi_load_16_from_memory(data, length, &width, &height, &components, 0);
+        pixels = stbi_load_16_from_memory(data, length, &width, &height, &components, wanted);
         type   = Image::OSG_UINT16_IMAGEDATA;
     }
     else
     {
-        pixels = stbi_load_from_memory(data, length, &width, &height, &components, 0);
+        pixels = stbi_load_from_memory(data, length, &width, &height, &components, wanted);
         type   = Image::OSG_UINT8_IMAGEDATA;
     }
 
@@ -171,6 +172,8 @@ bool decodeStbData(Image &image, const UInt8 *data, std::size_t size, std::strin
         return false;
     }
 
+    if(wanted != 0)
+        components = wanted;
     const UInt32 pixelFormat = formatForComponents(components);
     if(pixelFormat == Image::OSG_INVALID_PF ||
        !image.set(pixelFormat, width, height, 1, 1, 1, 0.0, NULL, type))

@@ -18,8 +18,10 @@ bool decodePNGData (Image &image, const UInt8 *data, std::size_t size, std::stri
 bool decodeJPEGData(Image &image, const UInt8 *data, std::size_t size, std::string &error);
 
 // Whatever stb_image reads: 8- or 16-bit integer images, Radiance HDR as
-// 32-bit float RGB.
-bool decodeStbData(Image &image, const UInt8 *data, std::size_t size, std::string &error);
+// 32-bit float RGB. `components` (1 to 4) overrides the count stb_image
+// gives, for formats it always widens.
+bool decodeStbData(Image &image, const UInt8 *data, std::size_t size, std::string &error,
+                   int components = 0);
 
 // The first level, frame and side of `image` as files store pixels: top
 // row first, no padding, RGB order, converted to `type` (OSG_UINT8_IMAGEDATA

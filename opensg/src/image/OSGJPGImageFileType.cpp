@@ -47,7 +47,7 @@ bool JPGImageFileType::decode(Image &image, const UInt8 *data, std::size_t size,
 
 bool JPGImageFileType::encode(const ImagePtr &image, std::ostream &os, std::string &error)
 {
-    int quality = 90;
+    int quality = 95;
     std::sscanf(_options.c_str(), "quality=%d", &quality);
     return encodeStbData(image, "jpg", quality, os, error);
 }

@@ -40,7 +40,17 @@ bool PSDImageFileType::decode(Image &image, const UInt8 *data, std::size_t size,
         error = "not a Photoshop file";
         return false;
     }
-    return decodeStbData(image, data, size, error);
+    // stb_image widens everything to RGBA; keep the file's channels. The
+    // header holds them big-endian at 12 and the colour mode at 24.
+    if(size < 26)
+    {
+        error = "the header is cut short";
+        return false;
+    }
+    const int  channels  = data[12] << 8 | data[13];
+    const bool greyscale = (data[24] << 8 | data[25]) == 1;
+    const int  colour    = greyscale ? 1 : 3;
+    return decodeStbData(image, data, size, error, channels > colour ? colour + 1 : colour);
 }
 
 } // namespace osg

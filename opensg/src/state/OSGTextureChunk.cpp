@@ -400,7 +400,8 @@ TextureChunk::UploadFormat TextureChunk::uploadFormat(Image *image) const
                              image->getComponents() == 1;
         fmt.type           = GL_FLOAT;
     }
-    else if(fmt.passData && externalComponents(fmt.externalFormat) != image->getComponents())
+    else if(fmt.passData && !isCompressedFormat(pixelFormat) &&
+            externalComponents(fmt.externalFormat) != image->getComponents())
     {
         // GL would read past the image's pixels.
         SWARNING << "TextureChunk: external format 0x" << std::hex << fmt.externalFormat

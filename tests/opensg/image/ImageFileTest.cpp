@@ -320,7 +320,7 @@ TEST(ImageFile, BadFilesAreRefusedWithAWarningNamingFileAndReason)
     {
         { "missing.png",   NULL,                       0,  "no such file" },
         { "empty.tga",     "",                         0,  "empty" },
-        { "cut.png",       "\x89PNG\r\n\x1a\n\0\0",    10, "PNG" },
+        { "cut.png",       "\x89PNG\r\n\x1a\n\0\0",    10, "end of data" },
         { "ascii.ppm",     "P3\n1 1\n255\n1 2 3\n",    17, "P5, P6" },
         { "cut.bmp",       "BM\x10\0\0\0",             6,  "image/bmp" },
         { "unknown.xyz",   "abc",                      3,  "unknown image format" },
