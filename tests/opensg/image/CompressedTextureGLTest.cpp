@@ -3,7 +3,7 @@
 #include <OpenSG/OSGImageFileHandler.h>
 #include <OpenSG/OSGTextureChunk.h>
 
-#include "DDSFile.h"
+#include "support/DDSFile.h"
 #include "support/GLTest.h"
 #include "support/PixelProbe.h"
 #include "support/SceneSetup.h"

@@ -1,7 +1,7 @@
 #include <OpenSG/OSGImage.h>
 #include <OpenSG/OSGImageFileHandler.h>
 
-#include "DDSFile.h"
+#include "support/DDSFile.h"
 #include "support/LogCapture.h"
 
 #include <gtest/gtest.h>

@@ -20,7 +20,8 @@ namespace
 const char *const ModelDirectory = "/usr/share/assimp/models";
 
 // Images of assimp-testmodels the runtime refuses, relative to the models
-// directory, with what the warning gives as the reason.
+// directory, with what the warning gives as the reason. None at present:
+// the package ships PNG, JPEG, TGA and BMP files only, and all of them load.
 const std::map<std::string, std::string> Refused =
 {
 };

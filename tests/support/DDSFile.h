@@ -1,5 +1,5 @@
-#ifndef TESTS_OPENSG_IMAGE_DDSFILE_H
-#define TESTS_OPENSG_IMAGE_DDSFILE_H
+#ifndef TESTS_SUPPORT_DDSFILE_H
+#define TESTS_SUPPORT_DDSFILE_H
 
 #include <cstdint>
 #include <cstring>
