@@ -16,12 +16,12 @@ command -v clang++ >/dev/null || apt-get install -y --no-install-recommends clan
 
 cmake -S . -B build-fuzz -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
       -DLUMORA_FUZZ=ON -DLUMORA_BUILD_TESTS=OFF -DLUMORA_BUILD_BENCH=OFF
-cmake --build build-fuzz -j2 --target fuzz_load_model fuzz_drive_viewport
+cmake --build build-fuzz -j2 --target fuzz_load_model fuzz_read_image fuzz_drive_viewport
 
 export LP_NUM_THREADS=2
 export ASAN_OPTIONS=detect_leaks=1
 export LSAN_OPTIONS=suppressions=$root/tests/sanitizers/lsan.supp:print_suppressions=0
-for target in load_model drive_viewport; do
+for target in load_model read_image drive_viewport; do
     corpus=build-fuzz/corpus/$target
     findings=build-fuzz/findings/$target
     mkdir -p "$corpus" "$findings"

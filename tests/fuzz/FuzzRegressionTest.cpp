@@ -47,6 +47,7 @@ TEST_P(FuzzRegression, EveryKeptInputRunsThrough)
 
 INSTANTIATE_TEST_SUITE_P(Fuzz, FuzzRegression,
     ::testing::Values(Target{"load_model", &fuzz::loadModel},
+                      Target{"read_image", &fuzz::readImage},
                       Target{"drive_viewport", &fuzz::driveViewport}),
     [](const ::testing::TestParamInfo<Target> &info)
     { return std::string(info.param.directory); });

@@ -147,7 +147,7 @@ class Image : public AttachmentContainer
     bool setSubData(Int32 offX, Int32 offY, Int32 offZ,
                     Int32 srcW, Int32 srcH, Int32 srcD, const UInt8 *data);
 
-    // PNG only, chosen by the file extension.
+    // Through the ImageFileHandler: the format follows the suffix.
     bool write(const Char8 *fileName);
     bool read (const Char8 *fileName);
 

@@ -1,17 +1,9 @@
 #include <OpenSG/OSGImage.h>
+#include <OpenSG/OSGImageFileHandler.h>
 #include <OpenSG/OSGTextureChunk.h>
 
-#include "OSGImageDecoding.h"
-
-#include <png.h>
-
 #include <algorithm>
-#include <cctype>
 #include <cstring>
-#include <fstream>
-#include <iterator>
-#include <string>
-#include <vector>
 
 namespace osg
 {
@@ -116,18 +108,6 @@ void writeNormalized(UInt8 *p, Int32 type, Real32 value)
         default:
             break;
     }
-}
-
-bool hasExtension(const Char8 *fileName, const Char8 *ext)
-{
-    std::string name(fileName);
-    const std::string::size_type dot = name.rfind('.');
-    if(dot == std::string::npos)
-        return false;
-    std::string suffix = name.substr(dot + 1);
-    std::transform(suffix.begin(), suffix.end(), suffix.begin(),
-                   [](unsigned char c) { return char(std::tolower(c)); });
-    return suffix == ext;
 }
 
 } // namespace
@@ -475,124 +455,13 @@ bool Image::createMipmap(Int32, ImagePtr)
 
 bool Image::write(const Char8 *fileName)
 {
-    if(fileName == NULL || !hasExtension(fileName, "png"))
-    {
-        SWARNING << "Image::write: only PNG files are supported: "
-                 << (fileName != NULL ? fileName : "(null)") << std::endl;
-        return false;
-    }
-
-    png_uint_32 format;
-    switch(getPixelFormat())
-    {
-        case OSG_L_PF:
-        case OSG_I_PF:
-        case OSG_A_PF:    format = PNG_FORMAT_GRAY; break;
-        case OSG_LA_PF:   format = PNG_FORMAT_GA;   break;
-        case OSG_RGB_PF:  format = PNG_FORMAT_RGB;  break;
-        case OSG_RGBA_PF: format = PNG_FORMAT_RGBA; break;
-        case OSG_BGR_PF:  format = PNG_FORMAT_BGR;  break;
-        case OSG_BGRA_PF: format = PNG_FORMAT_BGRA; break;
-        default:
-            SWARNING << "Image::write: pixel format " << getPixelFormat()
-                     << " cannot be written as PNG" << std::endl;
-            return false;
-    }
-
-    const UInt8 *data = getData();
-    if(data == NULL || typeSize(getDataType()) == 0)
-    {
-        SWARNING << "Image::write: image has no data" << std::endl;
-        return false;
-    }
-
-    // PNG holds 8 bits per channel here; other types are scaled to them.
-    const size_t count = size_t(getWidth()) * getHeight() * getComponents();
-    std::vector<UInt8> bytes;
-    if(getDataType() != OSG_UINT8_IMAGEDATA)
-    {
-        const UInt32 compSize = typeSize(getDataType());
-        bytes.resize(count);
-        for(size_t i = 0; i < count; ++i)
-            writeNormalized(&bytes[i], OSG_UINT8_IMAGEDATA,
-                            readNormalized(data + i * compSize, getDataType()));
-        data = bytes.data();
-    }
-
-    png_image image;
-    std::memset(&image, 0, sizeof(image));
-    image.version = PNG_IMAGE_VERSION;
-    image.width   = png_uint_32(getWidth());
-    image.height  = png_uint_32(getHeight());
-    image.format  = format;
-
-    // A negative stride makes libpng take the first row in memory as the
-    // bottom one.
-    const png_int_32 stride = -png_int_32(getWidth() * getComponents());
-    if(!png_image_write_to_file(&image, fileName, 0, data, stride, NULL))
-    {
-        SWARNING << "Image::write: " << fileName << ": " << image.message << std::endl;
-        return false;
-    }
-    return true;
+    return ImageFileHandler::the().write(ImagePtr(this), fileName);
 }
 
 bool Image::read(const Char8 *fileName)
 {
-    if(fileName != NULL && (hasExtension(fileName, "jpg") || hasExtension(fileName, "jpeg")))
-    {
-        std::ifstream file(fileName, std::ios::binary);
-        std::vector<UInt8> bytes((std::istreambuf_iterator<char>(file)),
-                                 std::istreambuf_iterator<char>());
-        std::string error = file ? std::string() : std::string("cannot open the file");
-        if(!error.empty() || !decodeImageData(*this, bytes.data(), bytes.size(), error))
-        {
-            SWARNING << "Image::read: " << fileName << ": " << error << std::endl;
-            return false;
-        }
-        setName(fileName);
-        return true;
-    }
-
-    if(fileName == NULL || !hasExtension(fileName, "png"))
-    {
-        SWARNING << "Image::read: only PNG and JPEG files are supported: "
-                 << (fileName != NULL ? fileName : "(null)") << std::endl;
-        return false;
-    }
-
-    png_image image;
-    std::memset(&image, 0, sizeof(image));
-    image.version = PNG_IMAGE_VERSION;
-    if(!png_image_begin_read_from_file(&image, fileName))
-    {
-        SWARNING << "Image::read: " << fileName << ": " << image.message << std::endl;
-        return false;
-    }
-
-    image.format &= PNG_FORMAT_FLAG_COLOR | PNG_FORMAT_FLAG_ALPHA;
-
-    UInt32 pixelFormat;
-    switch(image.format)
-    {
-        case PNG_FORMAT_GRAY: pixelFormat = OSG_L_PF;    break;
-        case PNG_FORMAT_GA:   pixelFormat = OSG_LA_PF;   break;
-        case PNG_FORMAT_RGB:  pixelFormat = OSG_RGB_PF;  break;
-        default:              pixelFormat = OSG_RGBA_PF; image.format = PNG_FORMAT_RGBA; break;
-    }
-
-    set(pixelFormat, Int32(image.width), Int32(image.height));
-
-    const png_int_32 stride = -png_int_32(getWidth() * getComponents());
-    if(!png_image_finish_read(&image, NULL, editData(), stride, NULL))
-    {
-        SWARNING << "Image::read: " << fileName << ": " << image.message << std::endl;
-        png_image_free(&image);
-        return false;
-    }
-
-    setName(fileName);
-    return true;
+    ImagePtr self(this);
+    return ImageFileHandler::the().read(self, fileName);
 }
 
 // Texture chunks using the image re-create their texture from it.

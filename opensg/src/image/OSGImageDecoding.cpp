@@ -2,10 +2,14 @@
 
 #include <jpeglib.h>
 #include <png.h>
+#include <stb_image.h>
+#include <stb_image_write.h>
 
+#include <algorithm>
 #include <csetjmp>
+#include <cstdint>
 #include <cstring>
-#include <vector>
+#include <ostream>
 
 namespace osg
 {
@@ -13,18 +17,47 @@ namespace osg
 namespace
 {
 
-bool isPNG(const UInt8 *data, std::size_t size)
+UInt32 formatForComponents(int components)
 {
-    static const UInt8 signature[8] = { 0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n' };
-    return size >= 8 && std::memcmp(data, signature, 8) == 0;
+    switch(components)
+    {
+        case 1:  return Image::OSG_L_PF;
+        case 2:  return Image::OSG_LA_PF;
+        case 3:  return Image::OSG_RGB_PF;
+        case 4:  return Image::OSG_RGBA_PF;
+        default: return Image::OSG_INVALID_PF;
+    }
 }
 
-bool isJPEG(const UInt8 *data, std::size_t size)
+// Copies rows given top first into the image's bottom-first storage.
+void copyRowsFlipped(UInt8 *dst, const UInt8 *src, std::size_t rowBytes, std::size_t rows)
 {
-    return size >= 3 && data[0] == 0xff && data[1] == 0xd8 && data[2] == 0xff;
+    for(std::size_t y = 0; y < rows; ++y)
+        std::memcpy(dst + (rows - 1 - y) * rowBytes, src + y * rowBytes, rowBytes);
 }
 
-bool decodePNG(Image &image, const UInt8 *data, std::size_t size, std::string &error)
+struct JPEGError
+{
+    jpeg_error_mgr manager;
+    std::jmp_buf   jump;
+    char           message[JMSG_LENGTH_MAX];
+};
+
+// libjpeg's default handler exits the process; jump back to the caller.
+void jpegErrorExit(j_common_ptr info)
+{
+    JPEGError *err = reinterpret_cast<JPEGError *>(info->err);
+    (*info->err->format_message)(info, err->message);
+    std::longjmp(err->jump, 1);
+}
+
+void jpegSilence(j_common_ptr, int)
+{
+}
+
+} // namespace
+
+bool decodePNGData(Image &image, const UInt8 *data, std::size_t size, std::string &error)
 {
     png_image png;
     std::memset(&png, 0, sizeof(png));
@@ -59,28 +92,9 @@ bool decodePNG(Image &image, const UInt8 *data, std::size_t size, std::string &e
     return true;
 }
 
-struct JPEGError
-{
-    jpeg_error_mgr manager;
-    std::jmp_buf   jump;
-    char           message[JMSG_LENGTH_MAX];
-};
-
-// libjpeg's default handler exits the process; jump back to the caller.
-void jpegErrorExit(j_common_ptr info)
-{
-    JPEGError *err = reinterpret_cast<JPEGError *>(info->err);
-    (*info->err->format_message)(info, err->message);
-    std::longjmp(err->jump, 1);
-}
-
-void jpegSilence(j_common_ptr, int)
-{
-}
-
 // Only plain data lives across setjmp here: the rows are written straight
 // into the image, which the caller owns.
-bool decodeJPEG(Image &image, const UInt8 *data, std::size_t size, std::string &error)
+bool decodeJPEGData(Image &image, const UInt8 *data, std::size_t size, std::string &error)
 {
     jpeg_decompress_struct info;
     JPEGError              err;
@@ -120,23 +134,143 @@ bool decodeJPEG(Image &image, const UInt8 *data, std::size_t size, std::string &
     return true;
 }
 
-} // namespace
-
-bool decodeImageData(Image &image, const UInt8 *data, std::size_t size,
-                     std::string &error)
+bool decodeStbData(Image &image, const UInt8 *data, std::size_t size, std::string &error,
+                   int wanted)
 {
-    if(data == NULL || size == 0)
+    if(size > std::size_t(INT32_MAX))
     {
-        error = "no data";
+        error = "file too large";
         return false;
     }
-    if(isPNG(data, size))
-        return decodePNG(image, data, size, error);
-    if(isJPEG(data, size))
-        return decodeJPEG(image, data, size, error);
+    const int length = int(size);
+    int width = 0, height = 0, components = 0;
 
-    error = "neither PNG nor JPEG data";
-    return false;
+    Int32  type;
+    void  *pixels;
+    if(stbi_is_hdr_from_memory(data, length))
+    {
+        // Radiance files are read as stored: linear RGB, no tone mapping.
+        pixels = stbi_loadf_from_memory(data, length, &width, &height, &components, 3);
+        components = 3;
+        type       = Image::OSG_FLOAT32_IMAGEDATA;
+    }
+    else if(stbi_is_16_bit_from_memory(data, length))
+    {
+        pixels = stbi_load_16_from_memory(data, length, &width, &height, &components, wanted);
+        type   = Image::OSG_UINT16_IMAGEDATA;
+    }
+    else
+    {
+        pixels = stbi_load_from_memory(data, length, &width, &height, &components, wanted);
+        type   = Image::OSG_UINT8_IMAGEDATA;
+    }
+
+    if(pixels == NULL)
+    {
+        const char *reason = stbi_failure_reason();
+        error = reason != NULL ? reason : "cannot be decoded";
+        return false;
+    }
+
+    if(wanted != 0)
+        components = wanted;
+    const UInt32 pixelFormat = formatForComponents(components);
+    if(pixelFormat == Image::OSG_INVALID_PF ||
+       !image.set(pixelFormat, width, height, 1, 1, 1, 0.0, NULL, type))
+    {
+        stbi_image_free(pixels);
+        error = "unsupported channel count";
+        return false;
+    }
+
+    const std::size_t rowBytes = std::size_t(width) * image.getBpp();
+    copyRowsFlipped(image.editData(), static_cast<const UInt8 *>(pixels),
+                    rowBytes, std::size_t(height));
+    stbi_image_free(pixels);
+    return true;
+}
+
+bool fileRows(const ImagePtr &image, Int32 type, std::vector<UInt8> &rows,
+              int &components, std::string &error)
+{
+    const UInt32 format = image->getPixelFormat();
+    const bool   bgr    = format == Image::OSG_BGR_PF || format == Image::OSG_BGRA_PF;
+    switch(format)
+    {
+        case Image::OSG_L_PF: case Image::OSG_I_PF: case Image::OSG_A_PF:
+        case Image::OSG_LA_PF: case Image::OSG_RGB_PF: case Image::OSG_RGBA_PF:
+        case Image::OSG_BGR_PF: case Image::OSG_BGRA_PF:
+            break;
+        default:
+            error = "this pixel format cannot be stored in the file";
+            return false;
+    }
+
+    // Converted on a copy; the caller's image stays as it is.
+    ImagePtr copy = Image::create();
+    addRefCP(copy);
+    copy->set(format, image->getWidth(), image->getHeight(), 1, 1, 1, 0.0,
+              image->getData(), image->getDataType());
+    if(!copy->convertDataTypeTo(type))
+    {
+        subRefCP(copy);
+        error = "this data type cannot be stored in the file";
+        return false;
+    }
+
+    components = copy->getComponents();
+    const std::size_t pixelBytes = copy->getBpp();
+    const std::size_t rowBytes   = std::size_t(copy->getWidth()) * pixelBytes;
+    const std::size_t height     = std::size_t(copy->getHeight());
+    rows.resize(rowBytes * height);
+    copyRowsFlipped(rows.data(), copy->getData(), rowBytes, height);
+    subRefCP(copy);
+
+    if(bgr)
+    {
+        const std::size_t channelBytes = pixelBytes / std::size_t(components);
+        for(std::size_t p = 0; p < rows.size(); p += pixelBytes)
+            std::swap_ranges(&rows[p], &rows[p] + channelBytes, &rows[p + 2 * channelBytes]);
+    }
+    return true;
+}
+
+namespace
+{
+
+void writeToStream(void *context, void *data, int size)
+{
+    static_cast<std::ostream *>(context)->write(static_cast<const char *>(data), size);
+}
+
+} // namespace
+
+bool encodeStbData(const ImagePtr &image, const char *kind, int quality,
+                   std::ostream &os, std::string &error)
+{
+    const bool hdr = std::strcmp(kind, "hdr") == 0;
+    std::vector<UInt8> rows;
+    int components = 0;
+    if(!fileRows(image, hdr ? Image::OSG_FLOAT32_IMAGEDATA : Image::OSG_UINT8_IMAGEDATA,
+                 rows, components, error))
+        return false;
+
+    const int w = image->getWidth();
+    const int h = image->getHeight();
+    int written = 0;
+    if(hdr)
+        written = stbi_write_hdr_to_func(writeToStream, &os, w, h, components,
+                                         reinterpret_cast<const float *>(rows.data()));
+    else if(std::strcmp(kind, "tga") == 0)
+        written = stbi_write_tga_to_func(writeToStream, &os, w, h, components, rows.data());
+    else if(std::strcmp(kind, "bmp") == 0)
+        written = stbi_write_bmp_to_func(writeToStream, &os, w, h, components, rows.data());
+    else if(std::strcmp(kind, "jpg") == 0)
+        written = stbi_write_jpg_to_func(writeToStream, &os, w, h, components, rows.data(),
+                                         quality);
+    if(written == 0)
+        error = "the encoder refused the image";
+    return written != 0;
 }
 
 } // namespace osg

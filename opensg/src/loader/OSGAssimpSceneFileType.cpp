@@ -1,13 +1,12 @@
 #include "OSGAssimpSceneFileType.h"
 
-#include "../image/OSGImageDecoding.h"
-
 #include <OpenSG/OSGCameraAttachment.h>
 #include <OpenSG/OSGDirectionalLight.h>
 #include <OpenSG/OSGGeoProperty.h>
 #include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGImage.h>
+#include <OpenSG/OSGImageFileHandler.h>
 #include <OpenSG/OSGLog.h>
 #include <OpenSG/OSGMatrixUtility.h>
 #include <OpenSG/OSGPerspectiveCamera.h>
@@ -456,7 +455,7 @@ class SceneConverter
         addRefCP(image);
         bool loaded;
         if(const aiTexture *embedded = _scene.GetEmbeddedTexture(path.c_str()))
-            loaded = embeddedImage(*embedded, *image, path);
+            loaded = embeddedImage(*embedded, image);
         else
         {
             std::string file = path;
@@ -481,27 +480,26 @@ class SceneConverter
         return image;
     }
 
-    bool embeddedImage(const aiTexture &texture, Image &image, const std::string &path)
+    bool embeddedImage(const aiTexture &texture, ImagePtr &image)
     {
         if(texture.pcData == NULL || texture.mWidth == 0)
             return false;
 
         if(texture.mHeight == 0)
         {
-            // mWidth is the byte size of a compressed file.
-            std::string error;
-            if(!decodeImageData(image, reinterpret_cast<const UInt8 *>(texture.pcData),
-                                texture.mWidth, error))
-            {
-                SWARNING << "SceneFileHandler: " << _fileName << ": embedded texture '"
-                         << path << "': " << error << std::endl;
-                return false;
-            }
-            return true;
+            // mWidth is the byte size of a compressed file, whose suffix
+            // the hint may give; its first bytes tell otherwise.
+            std::istringstream file(std::string(reinterpret_cast<const char *>(texture.pcData),
+                                                texture.mWidth));
+            ImageFileHandler &handler = ImageFileHandler::the();
+            std::string mimeType = handler.determineMimetypeFromStream(file);
+            if(mimeType.empty())
+                mimeType = handler.determineMimetypeFromSuffix(texture.achFormatHint);
+            return handler.read(image, file, mimeType);
         }
 
-        image.set(Image::OSG_RGBA_PF, Int32(texture.mWidth), Int32(texture.mHeight));
-        UInt8 *pixels = image.editData();
+        image->set(Image::OSG_RGBA_PF, Int32(texture.mWidth), Int32(texture.mHeight));
+        UInt8 *pixels = image->editData();
         // Texels come first row first; the image keeps the bottom row first.
         for(unsigned int y = 0; y < texture.mHeight; ++y)
         {

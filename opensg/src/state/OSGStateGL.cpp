@@ -37,6 +37,7 @@ const StateGLCaps &stateGLCaps(void)
 
     caps.programUniform = version >= 41 ||
                           epoxy_has_gl_extension("GL_ARB_separate_shader_objects");
+    caps.textureS3TC    = epoxy_has_gl_extension("GL_EXT_texture_compression_s3tc");
     return caps;
 }
 

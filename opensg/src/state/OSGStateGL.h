@@ -17,6 +17,7 @@ struct StateGLCaps
     bool   anisotropy;
     Real32 maxAnisotropy;
     bool   programUniform;    // glProgramUniform* without binding
+    bool   textureS3TC;       // DXT1/3/5 compressed textures
 };
 
 const StateGLCaps &stateGLCaps(void);

@@ -400,7 +400,8 @@ TextureChunk::UploadFormat TextureChunk::uploadFormat(Image *image) const
                              image->getComponents() == 1;
         fmt.type           = GL_FLOAT;
     }
-    else if(fmt.passData && externalComponents(fmt.externalFormat) != image->getComponents())
+    else if(fmt.passData && !isCompressedFormat(pixelFormat) &&
+            externalComponents(fmt.externalFormat) != image->getComponents())
     {
         // GL would read past the image's pixels.
         SWARNING << "TextureChunk: external format 0x" << std::hex << fmt.externalFormat
@@ -447,6 +448,15 @@ void TextureChunk::uploadImage(GLenum target, GLenum imageTarget, Image *image,
         return;
     }
 
+    const bool compressed = isCompressedFormat(image->getPixelFormat());
+    if(compressed && !stateGLCaps().textureS3TC)
+    {
+        SWARNING << "TextureChunk: no GL_EXT_texture_compression_s3tc; the DXT image "
+                 << image->getName() << " is not uploaded" << std::endl;
+        glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+        return;
+    }
+
     const Int32 imageLevels = mipmapped() ? std::max(image->getMipMapCount(), 1) : 1;
     const Int32 skip        = std::min(Int32(getSkipMipMapLevels()), imageLevels - 1);
 
@@ -458,7 +468,7 @@ void TextureChunk::uploadImage(GLenum target, GLenum imageTarget, Image *image,
         const UInt8 *data = fmt.passData ? image->getData(UInt32(level), frame, side) : NULL;
         const GLint  glLevel = level - skip;
 
-        if(isCompressedFormat(image->getPixelFormat()))
+        if(compressed)
         {
             if(data == NULL)
                 continue;
@@ -492,10 +502,12 @@ void TextureChunk::uploadImage(GLenum target, GLenum imageTarget, Image *image,
 
     glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
 
+    // GL does not derive levels of compressed data: the image's are all.
+    const bool ownLevels = imageLevels - skip > 1 || compressed;
     if(mipmapped())
         glTexParameteri(target, GL_TEXTURE_MAX_LEVEL,
-                        imageLevels - skip > 1 ? imageLevels - skip - 1 : 1000);
-    _hasMipmaps = mipmapped() && imageLevels - skip > 1;
+                        ownLevels ? imageLevels - skip - 1 : 1000);
+    _hasMipmaps = mipmapped() && ownLevels;
 }
 
 void TextureChunk::uploadAll(GLenum target, bool full)
@@ -512,7 +524,7 @@ void TextureChunk::uploadAll(GLenum target, bool full)
     else
         uploadImage(target, target, image, 0, full);
 
-    if(mipmapped() && (!_hasMipmaps || !full))
+    if(mipmapped() && (!_hasMipmaps || !full) && !isCompressedFormat(image->getPixelFormat()))
     {
         glGenerateMipmap(target);
         _hasMipmaps = true;

@@ -296,11 +296,16 @@ TEST(Image, UnsupportedFilesAreRefusedWithAWarning)
 {
     ImagePtr image = newImage();
     image->set(Image::OSG_RGB_PF, 2, 2);
+    const std::string unknown = testing::TempDir() + "x.unknown";
+    const std::string dds     = testing::TempDir() + "x.dds";
+    const std::string missing = testing::TempDir() + "missing.png";
     testsupport::LogCapture log;
-    EXPECT_FALSE(image->write((testing::TempDir() + "x.jpg").c_str()));
-    EXPECT_FALSE(image->read((testing::TempDir() + "missing.png").c_str()));
-    EXPECT_TRUE(log.contains("Image::write"));
-    EXPECT_TRUE(log.contains("Image::read"));
+    EXPECT_FALSE(image->write(unknown.c_str()));
+    EXPECT_FALSE(image->write(dds.c_str()));
+    EXPECT_FALSE(image->read(missing.c_str()));
+    EXPECT_TRUE(log.contains(unknown)) << log.text();
+    EXPECT_TRUE(log.contains(dds)) << log.text();
+    EXPECT_TRUE(log.contains(missing)) << log.text();
     subRefCP(image);
 }
 
