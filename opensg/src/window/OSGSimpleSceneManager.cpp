@@ -1,6 +1,7 @@
 #include <OpenSG/OSGSimpleSceneManager.h>
 
 #include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGDrawable.h>
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGLog.h>
 #include <OpenSG/OSGSolidBackground.h>
