@@ -3,11 +3,14 @@
 // SimpleSceneManager and keys for shadows, effects and G-buffer views.
 
 #include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGDrawable.h>
+#include <OpenSG/OSGGrabForeground.h>
 #include <OpenSG/OSGGLUT.h>
 #include <OpenSG/OSGGLUTWindow.h>
 #include <OpenSG/OSGRenderAction.h>
 #include <OpenSG/OSGSceneFileHandler.h>
 #include <OpenSG/OSGSimpleSceneManager.h>
+#include <OpenSG/OSGSimpleStatisticsForeground.h>
 #include <OpenSG/OSGSolidBackground.h>
 #include <OpenSG/OSGThread.h>
 
@@ -82,11 +85,20 @@ const Effect Effects[DRV::NumPostProcessors] =
 
 const char *const ShortEffectNames[DRV::NumPostProcessors] = {"aa", "ssao", "hdr", "dof", "cmb"};
 
+// The whole frame, from the first pass to the last foreground.
+StatElemDesc<StatTimeElem> s_statFrameTime("viewerFrameTime", "time to render one frame");
+
+const char *const NavigatorModeNames[] = {"trackball", "fly", "walk"};
+
 void printKeys(std::ostream &os)
 {
     os << "lumora-viewer keys:\n"
-          "  mouse      left drag turns, middle drag pans, right drag and wheel zoom\n"
+          "  mouse      left drag turns, middle drag pans, right drag and wheel zoom;\n"
+          "             flying or walking: a drag looks around, left held moves\n"
+          "             forwards, right held back\n"
           "  w s a d    move forwards, back, left, right; q e turn\n"
+          "  m          navigation: trackball, fly, walk (on the ground), in turn\n"
+          "  i          frame statistics on/off: frame rate, pass times, triangles\n"
           "  r          look at the whole scene again\n"
           "  x          shadows on/off\n"
           "  b          light batching on/off\n"
@@ -227,6 +239,12 @@ struct Viewer
     int                          selected = DRV::HDRPostProcess;
     int                          parameter = 0;
     DebugView                    view     = NoDebugView;
+    SimpleStatisticsForegroundPtr statistics;
+    // The action counts a frame here; the foreground shows the last
+    // complete one, as its own collector is drawn before the frame ends.
+    StatCollector                counting;
+    bool                         statisticsOn = false;
+    GrabForegroundPtr            grab;
     int                          frame    = 0;
     int                          status   = 0;
 };
@@ -275,6 +293,38 @@ std::string makeTitle(const Viewer &v)
     return title.str();
 }
 
+// The manager made no viewport, so it shows no statistics: the viewer
+// puts its own foreground over the deferred viewport.
+void setStatistics(Viewer &v, bool on)
+{
+    v.statisticsOn = on;
+    beginEditCP(v.viewport, Viewport::ForegroundsFieldMask);
+    MFForegroundPtr &fgs = v.viewport->getForegrounds();
+    MFForegroundPtr::iterator it = fgs.find(v.statistics);
+    if(on && it == fgs.end())
+        v.viewport->addForeground(v.statistics);
+    else if(!on && it != fgs.end())
+    {
+        fgs.erase(it);
+        subRefCP(v.statistics);
+    }
+    endEditCP(v.viewport, Viewport::ForegroundsFieldMask);
+    v.action->setStatistics(on ? &v.counting : NULL);
+}
+
+// Each mode keeps its own placement; the new one starts where the old one
+// looked from.
+void nextNavigatorMode(Viewer &v)
+{
+    Navigator   *nav  = v.manager->getNavigator();
+    const Pnt3f  from = nav->getFrom(), at = nav->getAt();
+    const Vec3f  up   = nav->getUp();
+    const Navigator::Mode mode = Navigator::Mode((nav->getMode() + 1) % Navigator::NONE);
+    nav->setMode(mode);
+    nav->set(from, at, up);
+    report(v, std::string("navigation: ") + NavigatorModeNames[mode]);
+}
+
 void keyboard(unsigned char key, int x, int y)
 {
     Viewer &v = *s_viewer;
@@ -286,7 +336,15 @@ void keyboard(unsigned char key, int x, int y)
             printKeys(std::cout);
             break;
         case 'r':
+            v.manager->getNavigator()->setMode(Navigator::TRACKBALL);
             v.manager->showAll();
+            break;
+        case 'm':
+            nextNavigatorMode(v);
+            break;
+        case 'i':
+            setStatistics(v, !v.statisticsOn);
+            report(v, std::string("statistics ") + (v.statisticsOn ? "on" : "off"));
             break;
         case 'b':
             v.viewport->setLightBatching(!v.viewport->getLightBatching());
@@ -383,10 +441,27 @@ void drawDebugView(Viewer &v)
     glPopAttrib();
 }
 
+// Drawn by hand after the frame rather than as the viewport's last
+// foreground, so that a G-buffer view drawn over the image is grabbed too.
 void finishScript(Viewer &v)
 {
-    if(!v.opt.screenshot.empty() &&
-       !writeFramebufferPng(v.opt.screenshot, v.window->getWidth(), v.window->getHeight()))
+    if(v.opt.screenshot.empty())
+        return;
+    ImagePtr image = Image::create();
+    addRefCP(image);
+    beginEditCP(image);
+    image->set(Image::OSG_RGB_PF, 1, 1);
+    endEditCP(image);
+    beginEditCP(v.grab, GrabForeground::ImageFieldMask);
+    v.grab->setImage(image);
+    endEditCP(v.grab, GrabForeground::ImageFieldMask);
+    v.grab->draw(v.action, v.viewport.getCPtr());
+    const bool written = image->write(v.opt.screenshot.c_str());
+    beginEditCP(v.grab, GrabForeground::ImageFieldMask);
+    v.grab->setImage(NullFC);
+    endEditCP(v.grab, GrabForeground::ImageFieldMask);
+    subRefCP(image);
+    if(!written)
     {
         std::cerr << "lumora-viewer: cannot write '" << v.opt.screenshot << "'\n";
         v.status = 1;
@@ -404,7 +479,13 @@ void display(void)
     v.manager->idle();
     v.window->activate();
     v.window->frameInit();
+    // The action applies several times a frame, so its counts add up
+    // over the frame rather than start again with each pass.
+    v.counting.getElem(s_statFrameTime)->start();
     v.window->renderAllViewports(v.action);
+    v.counting.getElem(s_statFrameTime)->stop();
+    v.statistics->editCollector() = v.counting;
+    v.counting.reset();
     if(v.view != NoDebugView)
         drawDebugView(v);
     Thread::getCurrentChangeList()->clearAll();
@@ -575,6 +656,28 @@ int main(int argc, char **argv)
     viewer.window->resize(opt.width, opt.height);
 
     viewer.action  = RenderAction::create();
+    viewer.action->setResetStatistics(false);
+
+    viewer.statistics = SimpleStatisticsForeground::create();
+    addRefCP(viewer.statistics);
+    beginEditCP(viewer.statistics);
+    viewer.statistics->setSize(12.f);
+    viewer.statistics->setBgColor(Color4f(0.f, 0.f, 0.f, 0.6f));
+    viewer.statistics->addElement(s_statFrameTime,                "FPS           %r.1f");
+    viewer.statistics->addElement(s_statFrameTime,                "frame         %ms");
+    viewer.statistics->addElement(DRV::statGeometryPassTime,      "g-buffer      %.2f ms");
+    viewer.statistics->addElement(DRV::statShadowPassTime,        "shadows       %.2f ms");
+    viewer.statistics->addElement(DRV::statLightPassTime,         "lights        %.2f ms");
+    viewer.statistics->addElement(DRV::statForwardPassTime,       "forward       %.2f ms");
+    viewer.statistics->addElement(DRV::statPostProcessTime,       "effects       %.2f ms");
+    viewer.statistics->addElement(DRV::statFinalPassTime,         "final         %.2f ms");
+    viewer.statistics->addElement(Drawable::statNTriangles,       "triangles     %d");
+    endEditCP(viewer.statistics);
+    for(UInt32 i = 0; i < viewer.statistics->getMFElementIDs()->size(); ++i)
+        viewer.counting.getElem(viewer.statistics->getElementIDs(i));
+
+    viewer.grab = GrabForeground::create();
+    addRefCP(viewer.grab);
     viewer.manager = new SimpleSceneManager;
     viewer.manager->setAction(viewer.action);
     viewer.manager->setWindow(viewer.window);

@@ -29,6 +29,19 @@
 
 OSG_BEGIN_NAMESPACE
 
+StatElemDesc<StatRealElem> DeferredRenderingViewport::statGeometryPassTime(
+    "deferredGeometryPassTime", "G-buffer pass time in milliseconds");
+StatElemDesc<StatRealElem> DeferredRenderingViewport::statShadowPassTime(
+    "deferredShadowPassTime", "light updates and shadow maps in milliseconds");
+StatElemDesc<StatRealElem> DeferredRenderingViewport::statLightPassTime(
+    "deferredLightPassTime", "light pass time in milliseconds");
+StatElemDesc<StatRealElem> DeferredRenderingViewport::statForwardPassTime(
+    "deferredForwardPassTime", "forward (transparent) pass time in milliseconds");
+StatElemDesc<StatRealElem> DeferredRenderingViewport::statPostProcessTime(
+    "deferredPostProcessTime", "post-processing time in milliseconds");
+StatElemDesc<StatRealElem> DeferredRenderingViewport::statFinalPassTime(
+    "deferredFinalPassTime", "final pass time in milliseconds");
+
 // The G-buffer's shininess channel holds log2(shininess) / 8 so that the
 // light shaders' pow(2.0, a * 8.0) gives the material's shininess back.
 const char *DeferredRenderingViewport::s_strGBufferVertex =
@@ -1068,6 +1081,8 @@ void DeferredRenderingViewport::render(RenderActionBase *action)
         passTimesAge       = 0;
     }
     passCpuTimes.measured = passTiming;
+    if(passTiming)
+        writePassStatistics(action);
 }
 
 void DeferredRenderingViewport::endPass(UInt32 pass, Real64 &cpu, Real64 &wall)
@@ -1083,6 +1098,32 @@ void DeferredRenderingViewport::endPass(UInt32 pass, Real64 &cpu, Real64 &wall)
     passStart = now;
     if(!gpuTiming)
         wall = cpu;
+}
+
+void DeferredRenderingViewport::writePassStatistics(RenderActionBase *action) const
+{
+    // A collector the action made for itself has no reader.
+    StatCollector *stat = action->getStatistics();
+    if(stat == NULL || action->hasOwnStat())
+        return;
+
+    Real64 effects = 0.0;
+    for(UInt32 slot = 0; slot < NumPostProcessors; ++slot)
+        effects += passTimes.effects[slot];
+
+    const struct { StatElemDesc<StatRealElem> *desc; Real64 ms; } times[] = {
+        {&statGeometryPassTime, passTimes.geometry},
+        {&statShadowPassTime,   passTimes.shadows},
+        {&statLightPassTime,    passTimes.lights},
+        {&statForwardPassTime,  passTimes.forward},
+        {&statPostProcessTime,  effects},
+        {&statFinalPassTime,    passTimes.final},
+    };
+    for(UInt32 i = 0; i < sizeof(times) / sizeof(times[0]); ++i)
+    {
+        if(StatRealElem *elem = stat->getElem(*times[i].desc, false))
+            elem->set(Real32(times[i].ms));
+    }
 }
 
 TextureChunkPtr DeferredRenderingViewport::runPostProcessors(const Matrix   &viewing,

@@ -12,6 +12,8 @@
 #include <OpenSG/OSGPolygonForeground.h>
 #include <OpenSG/OSGTextureChunk.h>
 #include <OpenSG/OSGLight.h>
+#include <OpenSG/OSGStatCollector.h>
+#include <OpenSG/OSGStatElemTypes.h>
 
 #include <Lumora/DeferredRenderingViewportBase.h>
 #include <Lumora/IDeferredLight.h>
@@ -144,6 +146,16 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     const PassTimes &getPassCpuTimes(void) const   { return passCpuTimes;   }
     UInt32           getPassTimesAge(void) const   { return passTimesAge;   }
 
+    // The same times for a statistics foreground, in milliseconds: written
+    // into the action's collector after each frame timed, for the elements
+    // the collector holds (a foreground listing one makes it).
+    static StatElemDesc<StatRealElem> statGeometryPassTime;
+    static StatElemDesc<StatRealElem> statShadowPassTime;
+    static StatElemDesc<StatRealElem> statLightPassTime;
+    static StatElemDesc<StatRealElem> statForwardPassTime;
+    static StatElemDesc<StatRealElem> statPostProcessTime;   // all effects together
+    static StatElemDesc<StatRealElem> statFinalPassTime;
+
     // Read-only views of the pipeline's state, for tools and tests.
     Int32                       getLastWidth        (void) const { return lastWidth;         }
     Int32                       getLastHeight       (void) const { return lastHeight;        }
@@ -166,6 +178,7 @@ class DeferredRenderingViewport : public DeferredRenderingViewportBase
     virtual ~DeferredRenderingViewport(void);
 
     void onCreate (const DeferredRenderingViewport *source = NULL);
+    void writePassStatistics(RenderActionBase *action) const;
     virtual void onDestroy(void);
 
     Action::ResultE prepareNode(NodePtr &node);

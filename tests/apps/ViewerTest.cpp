@@ -135,6 +135,8 @@ TEST_F(ViewerTest, ScriptedFramesShowTheSceneAndFollowKeysAndDrags)
         {"back",    "--frames 2 --keys vV",    0.0},
         {"dragged", "--frames 2 --drag 60,0",  0.3},
         {"hdr",     "--frames 2 --keys 3",     0.3},
+        // Flying starts where the trackball looked from.
+        {"fly",     "--frames 2 --keys m",     0.0},
     };
     Picture normals;
     for(const Step &s : steps)
@@ -156,6 +158,46 @@ TEST_F(ViewerTest, ScriptedFramesShowTheSceneAndFollowKeysAndDrags)
             EXPECT_GT(changedShare(normals, shot), 0.3);
         }
     }
+}
+
+// Share of pixels changed within x < maxX, y < maxY counted from the top
+// left, and elsewhere (the picture's first row is its bottom one).
+void changedInAndOut(const Picture &a, const Picture &b, int maxX, int maxY,
+                     double &inside, double &outside)
+{
+    int in = 0, out = 0, nIn = 0, nOut = 0;
+    for(int y = 0; y < a.height; ++y)
+    {
+        for(int x = 0; x < a.width; ++x)
+        {
+            const int  i       = y * a.width + x;
+            const bool changed = (a.at(i) - b.at(i)).length() > 12.f;
+            if(x < maxX && a.height - 1 - y < maxY)
+                in += changed, ++nIn;
+            else
+                out += changed, ++nOut;
+        }
+    }
+    inside  = double(in) / nIn;
+    outside = double(out) / nOut;
+}
+
+TEST_F(ViewerTest, StatisticsKeyShowsTextInTheTopLeftCornerOnly)
+{
+    Picture plain, shown, hidden;
+    shoot("stats-plain",  "--frames 2",           plain);
+    shoot("stats-shown",  "--frames 2 --keys i",  shown);
+    shoot("stats-hidden", "--frames 2 --keys ii", hidden);
+    ASSERT_FALSE(HasFailure());
+
+    // Nine lines of 12 pixels and half a line around: the block ends 120
+    // pixels down; its longest line is about 160 pixels wide.
+    double inside = 0.0, outside = 0.0;
+    changedInAndOut(plain, shown, 60, 100, inside, outside);
+    EXPECT_GT(inside, 0.15);
+    changedInAndOut(plain, shown, 180, 130, inside, outside);
+    EXPECT_LT(outside, 0.01);
+    EXPECT_LT(changedShare(plain, hidden), 0.01) << "a second press hides it again";
 }
 
 TEST(ViewerCommandLine, HelpAndBadArgumentsNeedNoDisplay)

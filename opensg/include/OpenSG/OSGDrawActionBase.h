@@ -4,6 +4,8 @@
 #include <OpenSG/OSGAction.h>
 #include <OpenSG/OSGMatrix.h>
 #include <OpenSG/OSGFrustumVolume.h>
+#include <OpenSG/OSGStatCollector.h>
+#include <OpenSG/OSGStatElemTypes.h>
 
 namespace osg
 {
@@ -13,12 +15,15 @@ class Camera;
 class Background;
 class Window;
 class Material;
-class StatCollector;
 class Node;
 
 class DrawActionBase : public Action
 {
   public:
+    static StatElemDesc<StatTimeElem> statTravTime;
+    static StatElemDesc<StatIntElem>  statCullTestedNodes;
+    static StatElemDesc<StatIntElem>  statCulledNodes;
+
     virtual ~DrawActionBase(void);
 
     Viewport   *getViewport  (void) const { return _viewport;   }
@@ -32,8 +37,14 @@ class DrawActionBase : public Action
 
     const Matrix &getCameraToWorld(void) { return _mCameraToWorld; }
 
-    StatCollector *getStatistics(void) { return _statistics; }
-    void           setStatistics(StatCollector *statistics) { _statistics = statistics; }
+    // Without a collector set, a traversal counts into one of its own,
+    // made on demand and dropped when the traversal ends.
+    StatCollector *getStatistics     (void);
+    void           setStatistics     (StatCollector *stat);
+    bool           hasOwnStat        (void) { return _ownStat; }
+    // Off: the elements add up over traversals until the owner resets them.
+    bool           getResetStatistics(void) const { return _resetStat; }
+    void           setResetStatistics(bool value) { _resetStat = value; }
 
     bool getFrustumCulling(void) const { return _frustumCulling; }
     void setFrustumCulling(bool val = true) { _frustumCulling = val; }
@@ -58,12 +69,15 @@ class DrawActionBase : public Action
     DrawActionBase(const DrawActionBase &source);
 
     virtual ResultE start(void) override;
+    virtual ResultE stop (ResultE res) override;
 
     Viewport      *_viewport;
     Camera        *_camera;
     Background    *_background;
     Window        *_window;
     StatCollector *_statistics;
+    bool           _ownStat;
+    bool           _resetStat;
     Material      *_material;
     NodePtr        _materialNode;
     bool           _frustumCulling;

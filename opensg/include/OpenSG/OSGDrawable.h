@@ -3,6 +3,7 @@
 
 #include <OpenSG/OSGNodeCore.h>
 #include <OpenSG/OSGAction.h>
+#include <OpenSG/OSGStatElemTypes.h>
 
 namespace osg
 {
@@ -15,6 +16,13 @@ class Drawable : public NodeCore
 
   public:
     enum { NextFieldId = Inherited::NextFieldId };
+
+    static StatElemDesc<StatIntElem>     statNTriangles;
+    static StatElemDesc<StatIntElem>     statNLines;
+    static StatElemDesc<StatIntElem>     statNPoints;
+    static StatElemDesc<StatIntElem>     statNVertices;
+    static StatElemDesc<StatIntElem>     statNPrimitives;
+    static StatElemDesc<StatIntOnceElem> statNGeoBytes;
 
     static void initMethod(void) {}
 

@@ -161,6 +161,12 @@ class Geometry : public MaterialDrawable
     // lines count none), for statistics.
     UInt32 countTriangles(void) const;
 
+  private:
+    void countPrimitives(UInt32 &triangles, UInt32 &lines, UInt32 &points,
+                         UInt32 &vertices, UInt32 &primitives) const;
+
+  public:
+
     virtual void changed(BitVector whichField, UInt32 origin) override;
     virtual void dump(UInt32 uiIndent = 0, const BitVector bvFlags = 0) const override;
 

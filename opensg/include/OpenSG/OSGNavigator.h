@@ -1,10 +1,12 @@
 #ifndef _OSGNAVIGATOR_H_
 #define _OSGNAVIGATOR_H_
 
+#include <OpenSG/OSGFlyNavigator.h>
 #include <OpenSG/OSGMatrix.h>
 #include <OpenSG/OSGNode.h>
 #include <OpenSG/OSGVector.h>
 #include <OpenSG/OSGViewport.h>
+#include <OpenSG/OSGWalkNavigator.h>
 
 namespace osg
 {
@@ -13,6 +15,10 @@ namespace osg
 // at another. In TRACKBALL mode a left drag turns the camera about the
 // point looked at, a middle drag moves both points across the view, a
 // right drag and the wheel move the camera towards or away from it.
+// FLY and WALK keep placements of their own (FlyNavigator, WalkNavigator):
+// a drag turns the view, with the left button held moving forwards, with
+// the right backwards; keys move and turn. WALK walks on the viewport's
+// root. Switching modes does not carry the placement over.
 class Navigator
 {
   public:
@@ -58,15 +64,23 @@ class Navigator
     Real32        getMotionFactor (void);
     ViewportPtr   getViewport     (void);
 
+    WalkNavigator *getWalkNavigator(void) { return &_walker; }
+
   private:
     void   rotate      (Real32 fromX, Real32 fromY, Real32 toX, Real32 toY);
     void   pan         (Int16 dx, Int16 dy);
     void   zoom        (Int16 dy);
     void   moveForwards(Real32 amount);
+    void   flyRotate   (Real32 deltaX, Real32 deltaY);
+    void   flyForward  (Real32 step);
+    void   flyRight    (Real32 step);
     void   turnAbout   (const Pnt3f &center, const Vec3f &axis, Real32 angle);
     Real32 unitsPerPixelAtTarget(void);
     Real32 normX       (Int16 x);
     Real32 normY       (Int16 y);
+
+    FlyNavigator  _flyer;
+    WalkNavigator _walker;
 
     Mode        _mode;
     State       _state;

@@ -18,6 +18,18 @@ class State;
 class RenderAction : public RenderActionBase
 {
   public:
+    static StatElemDesc<StatTimeElem   > statDrawTime;
+    static StatElemDesc<StatIntElem    > statNMaterials;
+    static StatElemDesc<StatIntElem    > statNMatrices;
+    static StatElemDesc<StatIntElem    > statNLights;
+    static StatElemDesc<StatIntElem    > statNGeometries;
+    static StatElemDesc<StatIntElem    > statNTransGeometries;
+    static StatElemDesc<StatIntOnceElem> statNTextures;
+    static StatElemDesc<StatIntOnceElem> statNTexBytes;
+    static StatElemDesc<StatStringElem > statNOcclusionMode;
+    static StatElemDesc<StatIntElem    > statNOcclusionTests;
+    static StatElemDesc<StatIntElem    > statNOcclusionCulled;
+
     static RenderAction *create(void);
 
     static void          setPrototype(RenderAction *proto);
@@ -108,6 +120,7 @@ class RenderAction : public RenderActionBase
         Real32                eyeZ;
         UInt32                lightsMask;
         UInt32                triangles;
+        bool                  transparent;
     };
 
     struct Bucket
@@ -167,6 +180,8 @@ class RenderAction : public RenderActionBase
     UInt32                           _numDrawnNodes;
     UInt32                           _numTriangles;
     UInt32                           _numStateChanges;
+    UInt32                           _numMatrixChanges;
+    UInt32                           _numTransGeometries;
 
     double                           _startTime;
 };

@@ -2,10 +2,12 @@
 #define _OSGSIMPLESCENEMANAGER_H_
 
 #include <OpenSG/OSGDirectionalLight.h>
+#include <OpenSG/OSGImageForeground.h>
 #include <OpenSG/OSGNavigator.h>
 #include <OpenSG/OSGNode.h>
 #include <OpenSG/OSGPerspectiveCamera.h>
 #include <OpenSG/OSGRenderAction.h>
+#include <OpenSG/OSGSimpleStatisticsForeground.h>
 #include <OpenSG/OSGWindow.h>
 
 namespace osg
@@ -56,6 +58,8 @@ class SimpleSceneManager
     // root, from just far enough for the sphere to fill the view.
     virtual void showAll(void);
 
+    // Shows frame rate and counts over the viewport the manager made; an
+    // application that brought its own viewport shows its own foreground.
     virtual void setStatistics(bool on);
     virtual void useOpenSGLogo(void);
     inline  bool setClickCenter(bool mode) { return _navigator.setClickCenter(mode); }
@@ -89,7 +93,9 @@ class SimpleSceneManager
     RenderAction        *_action;
     RenderAction        *_ownAction;
     NodePtr              _highlight;
-    bool                 _statistics;
+    ImageForegroundPtr   _foreground;
+    SimpleStatisticsForegroundPtr _statforeground;
+    bool                 _statstate;
     Navigator            _navigator;
     Int16                _lastX;
     Int16                _lastY;

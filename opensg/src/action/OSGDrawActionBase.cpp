@@ -2,9 +2,17 @@
 #include <OpenSG/OSGCamera.h>
 #include <OpenSG/OSGViewport.h>
 #include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGDrawable.h>
 
 namespace osg
 {
+
+StatElemDesc<StatTimeElem> DrawActionBase::statTravTime(
+    "travTime", "time for traversal");
+StatElemDesc<StatIntElem>  DrawActionBase::statCullTestedNodes(
+    "cullTestedNodes", "nodes tested");
+StatElemDesc<StatIntElem>  DrawActionBase::statCulledNodes(
+    "culledNodes", "nodes culled from frustum");
 
 DrawActionBase::DrawActionBase(void) :
     Action         (),
@@ -13,6 +21,8 @@ DrawActionBase::DrawActionBase(void) :
     _background    (NULL),
     _window        (NULL),
     _statistics    (NULL),
+    _ownStat       (false),
+    _resetStat     (true),
     _material      (NULL),
     _materialNode  (),
     _frustumCulling(true),
@@ -30,6 +40,8 @@ DrawActionBase::DrawActionBase(const DrawActionBase &source) :
     _background    (source._background),
     _window        (source._window),
     _statistics    (source._statistics),
+    _ownStat       (false),
+    _resetStat     (source._resetStat),
     _material      (source._material),
     _materialNode  (source._materialNode),
     _frustumCulling(source._frustumCulling),
@@ -42,6 +54,26 @@ DrawActionBase::DrawActionBase(const DrawActionBase &source) :
 
 DrawActionBase::~DrawActionBase(void)
 {
+    if(_ownStat)
+        delete _statistics;
+}
+
+StatCollector *DrawActionBase::getStatistics(void)
+{
+    if(_statistics == NULL)
+    {
+        _statistics = StatCollector::create();
+        _ownStat    = true;
+    }
+    return _statistics;
+}
+
+void DrawActionBase::setStatistics(StatCollector *stat)
+{
+    if(_ownStat)
+        delete _statistics;
+    _statistics = stat;
+    _ownStat    = false;
 }
 
 Action::ResultE DrawActionBase::start(void)
@@ -56,7 +88,39 @@ Action::ResultE DrawActionBase::start(void)
                             _viewport->getPixelHeight());
         _mCameraToWorld.invertFrom(viewing);
     }
+
+    StatCollector *stat = getStatistics();
+    if(_resetStat)
+    {
+        stat->getElem(statTravTime       )->reset();
+        stat->getElem(statCullTestedNodes)->reset();
+        stat->getElem(statCulledNodes    )->reset();
+        // Geometry counts only into a collector that asked for triangles.
+        if(stat->getElem(Drawable::statNTriangles, false) != NULL)
+        {
+            stat->getElem(Drawable::statNGeoBytes  )->reset();
+            stat->getElem(Drawable::statNTriangles )->set(0);
+            stat->getElem(Drawable::statNLines     )->set(0);
+            stat->getElem(Drawable::statNPoints    )->set(0);
+            stat->getElem(Drawable::statNVertices  )->set(0);
+            stat->getElem(Drawable::statNPrimitives)->set(0);
+        }
+    }
+    stat->getElem(statTravTime)->start();
+
     return Action::start();
+}
+
+Action::ResultE DrawActionBase::stop(ResultE res)
+{
+    getStatistics()->getElem(statTravTime)->stop();
+    if(_ownStat)
+    {
+        delete _statistics;
+        _statistics = NULL;
+        _ownStat    = false;
+    }
+    return Action::stop(res);
 }
 
 // Narrows the act node's children to the visible ones.

@@ -66,6 +66,29 @@ RenderAction *RenderAction::getPrototype(void)
     return _prototype;
 }
 
+StatElemDesc<StatTimeElem   > RenderAction::statDrawTime(
+    "drawTime", "time for draw tree traversal");
+StatElemDesc<StatIntElem    > RenderAction::statNMaterials(
+    "NMaterials", "number of material changes");
+StatElemDesc<StatIntElem    > RenderAction::statNMatrices(
+    "NMatrices", "number of matrix changes");
+StatElemDesc<StatIntElem    > RenderAction::statNLights(
+    "NLights", "number of light changes");
+StatElemDesc<StatIntElem    > RenderAction::statNGeometries(
+    "NGeometries", "number of Geometry nodes");
+StatElemDesc<StatIntElem    > RenderAction::statNTransGeometries(
+    "NTransGeometries", "number of transformed Geometry nodes");
+StatElemDesc<StatIntOnceElem> RenderAction::statNTextures(
+    "NTextures", "number of texture changes");
+StatElemDesc<StatIntOnceElem> RenderAction::statNTexBytes(
+    "NTexBytes", "sum of all used textures' sizes (approx., in bytes)");
+StatElemDesc<StatStringElem > RenderAction::statNOcclusionMode(
+    "OcclusionMode", "occlusion culling mode");
+StatElemDesc<StatIntElem    > RenderAction::statNOcclusionTests(
+    "NOcclusionTests", "number of occlusion tests");
+StatElemDesc<StatIntElem    > RenderAction::statNOcclusionCulled(
+    "NOcclusionCulled", "number of objects culled via occlusion culling");
+
 RenderAction::RenderAction(void) :
     RenderActionBase        (),
     _matrixStack            (1, Matrix()),
@@ -93,6 +116,8 @@ RenderAction::RenderAction(void) :
     _numDrawnNodes          (0),
     _numTriangles           (0),
     _numStateChanges        (0),
+    _numMatrixChanges       (0),
+    _numTransGeometries     (0),
     _startTime              (0.0)
 {
     fillFunctors();
@@ -125,6 +150,8 @@ RenderAction::RenderAction(const RenderAction &source) :
     _numDrawnNodes          (0),
     _numTriangles           (0),
     _numStateChanges        (0),
+    _numMatrixChanges       (0),
+    _numTransGeometries     (0),
     _startTime              (0.0)
 {
 }
@@ -195,7 +222,11 @@ bool RenderAction::isVisible(Node *node)
 
     DynamicVolume vol;
     node->getWorldVolume(vol);
-    return intersect(getFrustum(), vol);
+    getStatistics()->getElem(statCullTestedNodes)->inc();
+    if(intersect(getFrustum(), vol))
+        return true;
+    getStatistics()->getElem(statCulledNodes)->inc();
+    return false;
 }
 
 bool RenderAction::pushVisibility(void)
@@ -224,6 +255,9 @@ bool RenderAction::pushVisibility(void)
 
     bool visible = intersect(getFrustum(), vol, inplanes);
     _visibilityStack.push_back(inplanes);
+    getStatistics()->getElem(statCullTestedNodes)->inc();
+    if(!visible)
+        getStatistics()->getElem(statCulledNodes)->inc();
     return visible;
 }
 
@@ -277,6 +311,7 @@ void RenderAction::addItem(const Material::DrawFunctor &func, Geometry *geo,
     item.eyeZ       = 0.f;
     item.lightsMask = 0;
     item.triangles  = 0;
+    item.transparent = false;
 
     for(UInt32 index : _lightPath)
         item.lightsMask |= 1u << index;
@@ -295,6 +330,7 @@ void RenderAction::addItem(const Material::DrawFunctor &func, Geometry *geo,
     }
 
     bool  transparent = _sortTrans && mat->isTransparent();
+    item.transparent  = transparent;
     Int32 key         = mat->getRealSortKey();
     bool  unsorted    = !_stateSorting || key == Material::NoStateSorting;
 
@@ -496,6 +532,8 @@ Action::ResultE RenderAction::start(void)
     _numDrawnNodes    = 0;
     _numTriangles     = 0;
     _numStateChanges  = 0;
+    _numMatrixChanges = 0;
+    _numTransGeometries = 0;
 
     return Continue;
 }
@@ -507,6 +545,7 @@ void RenderAction::drawItem(DrawItem &item)
     {
         _currentWorld = item.world;
         glLoadMatrixf(item.modelview.getValues());
+        ++_numMatrixChanges;
     }
 
     if(_localLights)
@@ -537,10 +576,15 @@ void RenderAction::drawItem(DrawItem &item)
 
     ++_numDrawnNodes;
     _numTriangles += item.triangles;
+    if(item.transparent)
+        ++_numTransGeometries;
 }
 
 Action::ResultE RenderAction::stop(ResultE res)
 {
+    StatCollector *stat = getStatistics();
+    stat->getElem(statDrawTime)->start();
+
     glMatrixMode(GL_MODELVIEW);
     activateLights();
     glDepthMask(GL_TRUE);
@@ -594,8 +638,23 @@ Action::ResultE RenderAction::stop(ResultE res)
     if(_useGLFinish)
         glFinish();
 
+    StatTimeElem *drawTime = stat->getElem(statDrawTime);
+    drawTime->stop();
     if(_viewport != NULL)
         _viewport->setDrawTime(Real32(now() - _startTime));
+
+    // Nobody reads a collector of the action's own.
+    if(!hasOwnStat())
+    {
+        stat->getElem(statNMaterials      )->set(Int32(_numStateChanges));
+        stat->getElem(statNMatrices       )->set(Int32(_numMatrixChanges));
+        stat->getElem(statNLights         )->set(Int32(_lights.size()));
+        stat->getElem(statNGeometries     )->set(Int32(_numDrawnNodes));
+        stat->getElem(statNTransGeometries)->set(Int32(_numTransGeometries));
+        stat->getElem(statNOcclusionTests )->set(0);
+        stat->getElem(statNOcclusionCulled)->set(0);
+        stat->getElem(statNOcclusionMode  )->set("Off");
+    }
 
     return RenderActionBase::stop(res);
 }

@@ -533,7 +533,7 @@ void Geometry::updateCache(void)
     _cacheValid = true;
 }
 
-Action::ResultE Geometry::drawPrimitives(DrawActionBase *)
+Action::ResultE Geometry::drawPrimitives(DrawActionBase *action)
 {
     GeoPTypesPtr   types   = getTypes();
     GeoPLengthsPtr lengths = getLengths();
@@ -654,15 +654,38 @@ Action::ResultE Geometry::drawPrimitives(DrawActionBase *)
     }
     glClientActiveTexture(GL_TEXTURE0);
 
+    StatCollector *coll = action != NULL ? action->getStatistics() : NULL;
+    if(coll != NULL && enabled[PositionSlot] &&
+       coll->getElem(Drawable::statNTriangles, false) != NULL)
+    {
+        UInt32 triangles, lines, points, vertices, primitives;
+        countPrimitives(triangles, lines, points, vertices, primitives);
+        coll->getElem(Drawable::statNTriangles )->add(Int32(triangles));
+        coll->getElem(Drawable::statNLines     )->add(Int32(lines));
+        coll->getElem(Drawable::statNPoints    )->add(Int32(points));
+        coll->getElem(Drawable::statNVertices  )->add(Int32(vertices));
+        coll->getElem(Drawable::statNPrimitives)->add(Int32(primitives));
+    }
+
     return Action::Continue;
 }
 
 UInt32 Geometry::countTriangles(void) const
 {
+    UInt32 triangles, lines, points, vertices, primitives;
+    countPrimitives(triangles, lines, points, vertices, primitives);
+    return triangles;
+}
+
+void Geometry::countPrimitives(UInt32 &triangles, UInt32 &lines, UInt32 &points,
+                               UInt32 &vertices, UInt32 &primitives) const
+{
+    triangles = lines = points = vertices = primitives = 0;
+
     GeoPTypesPtr   types   = getTypes();
     GeoPLengthsPtr lengths = getLengths();
     if(types == NullFC || getPositions() == NullFC)
-        return 0;
+        return;
 
     UInt32 total = 0;
     if(lengths == NullFC)
@@ -675,22 +698,26 @@ UInt32 Geometry::countTriangles(void) const
 
     UInt32 nprims = lengths != NullFC ? osgMin(types->size(), lengths->size()) :
                                         osgMin<UInt32>(types->size(), 1);
-    UInt32 triangles = 0;
     for(UInt32 i = 0; i < nprims; ++i)
     {
         UInt32 n = lengths != NullFC ? lengths->getValue(i) : total;
+        vertices += n;
+        ++primitives;
         switch(types->getValue(i))
         {
-            case GL_TRIANGLES:      triangles += n / 3;                 break;
+            case GL_POINTS:         points    += n;                      break;
+            case GL_LINES:          lines     += n / 2;                  break;
+            case GL_LINE_STRIP:     lines     += n >= 2 ? n - 1 : 0;     break;
+            case GL_LINE_LOOP:      lines     += n >= 2 ? n : 0;         break;
+            case GL_TRIANGLES:      triangles += n / 3;                  break;
             case GL_TRIANGLE_STRIP:
             case GL_TRIANGLE_FAN:
-            case GL_POLYGON:        triangles += n >= 3 ? n - 2 : 0;    break;
-            case GL_QUADS:          triangles += n / 4 * 2;             break;
+            case GL_POLYGON:        triangles += n >= 3 ? n - 2 : 0;     break;
+            case GL_QUADS:          triangles += n / 4 * 2;              break;
             case GL_QUAD_STRIP:     triangles += n >= 4 ? (n - 2) / 2 * 2 : 0; break;
-            default:                                                    break;
+            default:                                                     break;
         }
     }
-    return triangles;
 }
 
 // Every enter pushes one visibility entry and every leave pops it.

@@ -36,6 +36,8 @@ const Real32 MinimumDistanceShare = 0.05f;
 } // namespace
 
 Navigator::Navigator(void) :
+    _flyer        (),
+    _walker       (),
     _mode         (TRACKBALL),
     _state        (IDLE),
     _rotationAngle(osgdegree2rad(5.f)),
@@ -75,6 +77,21 @@ void Navigator::buttonPress(Int16 button, Int16 x, Int16 y)
     _lastY = y;
     if(_mode == NONE)
         return;
+    if(_mode == FLY || _mode == WALK)
+    {
+        switch(button)
+        {
+            case LEFT_MOUSE:   _state = TRANSLATING_ZPLUS;  break;
+            case MIDDLE_MOUSE: _state = ROTATING;           break;
+            case RIGHT_MOUSE:  _state = TRANSLATING_ZMINUS; break;
+            case UP_MOUSE:     _state = IDLE; flyForward(-_motionFactor); break;
+            case DOWN_MOUSE:   _state = IDLE; flyForward( _motionFactor); break;
+            default:
+                SWARNING << "Navigator::buttonPress: unknown button " << button << endLog;
+                break;
+        }
+        return;
+    }
     switch(button)
     {
         case LEFT_MOUSE:   _state = ROTATING;       break;
@@ -105,6 +122,22 @@ void Navigator::keyPress(Int16 key, Int16, Int16)
 {
     if(_mode == NONE)
         return;
+    if(_mode == FLY || _mode == WALK)
+    {
+        switch(key)
+        {
+            case LEFTROT:   flyRotate(-_rotationAngle, 0.f); break;
+            case RIGHTROT:  flyRotate( _rotationAngle, 0.f); break;
+            case LEFT:      flyRight ( _motionFactor);       break;
+            case RIGHT:     flyRight (-_motionFactor);       break;
+            case FORWARDS:  flyForward(-_motionFactor);      break;
+            case BACKWARDS: flyForward( _motionFactor);      break;
+            default:
+                SWARNING << "Navigator::keyPress: unknown key " << key << endLog;
+                break;
+        }
+        return;
+    }
     Vec3f view = _at - _from;
     view.normalize();
     Vec3f side = view.cross(_up);
@@ -131,7 +164,16 @@ void Navigator::keyPress(Int16 key, Int16, Int16)
 
 void Navigator::moveTo(Int16 x, Int16 y)
 {
-    if(_mode != NONE)
+    if(_mode == FLY || _mode == WALK)
+    {
+        // The view follows the mouse; the held button walks on.
+        flyRotate(normX(x) - normX(_lastX), normY(_lastY) - normY(y));
+        if(_state == TRANSLATING_ZPLUS)
+            flyForward(-_motionFactor);
+        else if(_state == TRANSLATING_ZMINUS)
+            flyForward(_motionFactor);
+    }
+    else if(_mode != NONE)
     {
         switch(_state)
         {
@@ -145,9 +187,36 @@ void Navigator::moveTo(Int16 x, Int16 y)
     _lastY = y;
 }
 
-void Navigator::idle(Int16, Int16, Int16)
+// The trackball only moves while dragged; flying and walking go on while
+// a button is held.
+void Navigator::idle(Int16 buttons, Int16 x, Int16 y)
 {
-    // The trackball only moves while dragged.
+    if((_mode == FLY || _mode == WALK) && buttons != 0)
+        moveTo(x, y);
+}
+
+void Navigator::flyRotate(Real32 deltaX, Real32 deltaY)
+{
+    if(_mode == WALK)
+        _walker.rotate(deltaX, deltaY);
+    else
+        _flyer.rotate(deltaX, deltaY);
+}
+
+void Navigator::flyForward(Real32 step)
+{
+    if(_mode == WALK)
+        _walker.forward(step);
+    else
+        _flyer.forward(step);
+}
+
+void Navigator::flyRight(Real32 step)
+{
+    if(_mode == WALK)
+        _walker.right(step);
+    else
+        _flyer.right(step);
 }
 
 // Turns from and up about the axis through center, in world space.
@@ -261,15 +330,56 @@ void Navigator::setMode(Mode mode)
     _state = IDLE;
 }
 
-void Navigator::setViewport(ViewportPtr viewport) { _viewport = viewport; }
+void Navigator::setViewport(ViewportPtr viewport)
+{
+    _viewport = viewport;
+    if(_viewport != NullFC)
+    {
+        _walker.setGround(_viewport->getRoot());
+        _walker.setWorld (_viewport->getRoot());
+    }
+}
+
 void Navigator::setRotationAngle(Real32 angle)     { _rotationAngle = angle; }
 void Navigator::setMotionFactor(Real32 factor)     { _motionFactor = factor; }
-void Navigator::setFrom(Pnt3f from)                { _from = from; }
-void Navigator::setAt(Pnt3f at)                    { _at = at; }
-void Navigator::setUp(Vec3f up)                    { _up = up; }
+
+void Navigator::setFrom(Pnt3f from)
+{
+    switch(_mode)
+    {
+        case FLY:  _flyer.setFrom(from);  break;
+        case WALK: _walker.setFrom(from); break;
+        default:   _from = from;          break;
+    }
+}
+
+void Navigator::setAt(Pnt3f at)
+{
+    switch(_mode)
+    {
+        case FLY:  _flyer.setAt(at);  break;
+        case WALK: _walker.setAt(at); break;
+        default:   _at = at;          break;
+    }
+}
+
+void Navigator::setUp(Vec3f up)
+{
+    switch(_mode)
+    {
+        case FLY:  _flyer.setUp(up);  break;
+        case WALK: _walker.setUp(up); break;
+        default:   _up = up;          break;
+    }
+}
 
 void Navigator::setDistance(Real32 distance)
 {
+    if(_mode == FLY || _mode == WALK)
+    {
+        flyForward(distance);
+        return;
+    }
     Vec3f back = _from - _at;
     if(distance <= 0.f || back.length() == 0.f)
     {
@@ -283,6 +393,11 @@ void Navigator::setDistance(Real32 distance)
 
 void Navigator::set(Pnt3f from, Pnt3f at, Vec3f up)
 {
+    if(_mode == FLY || _mode == WALK)
+    {
+        (_mode == FLY ? _flyer : static_cast<FlyNavigator &>(_walker)).set(from, at, up);
+        return;
+    }
     _from = from;
     _at   = at;
     _up   = up;
@@ -291,6 +406,11 @@ void Navigator::set(Pnt3f from, Pnt3f at, Vec3f up)
 // Keeps the distance to the point looked at.
 void Navigator::set(const Matrix &matrix)
 {
+    if(_mode == FLY || _mode == WALK)
+    {
+        (_mode == FLY ? _flyer : static_cast<FlyNavigator &>(_walker)).set(matrix);
+        return;
+    }
     const Real32 distance = getDistance();
     Vec3f back(matrix[2][0], matrix[2][1], matrix[2][2]);
     back.normalize();
@@ -310,6 +430,10 @@ bool Navigator::setClickCenter(bool state)
 
 const Matrix &Navigator::getMatrix(void)
 {
+    if(_mode == FLY)
+        return _flyer.getMatrix();
+    if(_mode == WALK)
+        return _walker.getMatrix();
     // A degenerate placement (from on at, up along the view) keeps the last.
     Matrix lookAt;
     if(!MatrixLookAt(lookAt, _from, _at, _up))
@@ -317,10 +441,26 @@ const Matrix &Navigator::getMatrix(void)
     return _matrix;
 }
 
-const Pnt3f &Navigator::getFrom(void)   { return _from; }
-const Pnt3f &Navigator::getAt(void)     { return _at; }
-const Vec3f &Navigator::getUp(void)     { return _up; }
-Real32 Navigator::getDistance(void)     { return (_from - _at).length(); }
+const Pnt3f &Navigator::getFrom(void)
+{
+    return _mode == FLY ? _flyer.getFrom() : _mode == WALK ? _walker.getFrom() : _from;
+}
+
+const Pnt3f &Navigator::getAt(void)
+{
+    return _mode == FLY ? _flyer.getAt() : _mode == WALK ? _walker.getAt() : _at;
+}
+
+const Vec3f &Navigator::getUp(void)
+{
+    return _mode == FLY ? _flyer.getUp() : _mode == WALK ? _walker.getUp() : _up;
+}
+
+// Flying and walking look at no particular point.
+Real32 Navigator::getDistance(void)
+{
+    return _mode == FLY || _mode == WALK ? 0.f : (_from - _at).length();
+}
 Navigator::Mode  Navigator::getMode(void)  { return _mode; }
 Navigator::State Navigator::getState(void) { return _state; }
 Real32 Navigator::getRotationAngle(void) { return _rotationAngle; }

@@ -1,6 +1,7 @@
 #include <OpenSG/OSGSimpleSceneManager.h>
 
 #include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGDrawable.h>
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGLog.h>
 #include <OpenSG/OSGSolidBackground.h>
@@ -24,7 +25,9 @@ SimpleSceneManager::SimpleSceneManager(void) :
     _action       (NULL),
     _ownAction    (NULL),
     _highlight    (NullFC),
-    _statistics   (false),
+    _foreground   (NullFC),
+    _statforeground(NullFC),
+    _statstate    (false),
     _navigator    (),
     _lastX        (0),
     _lastY        (0),
@@ -34,6 +37,8 @@ SimpleSceneManager::SimpleSceneManager(void) :
 
 SimpleSceneManager::~SimpleSceneManager(void)
 {
+    if(_statstate && _action != NULL)
+        _action->setStatistics(NULL);
     delete _ownAction;
     if(_ownViewport != NullFC)
     {
@@ -50,6 +55,8 @@ SimpleSceneManager::~SimpleSceneManager(void)
         }
         subRefCP(_ownViewport);
     }
+    if(_statforeground != NullFC)
+        subRefCP(_statforeground);
     if(_camera != NullFC)
         subRefCP(_camera);
     if(_internalRoot != NullFC)
@@ -120,6 +127,33 @@ void SimpleSceneManager::initialize(void)
         background->setColor(Color3f(0.f, 0.f, 0.f));
         endEditCP(background);
 
+        _foreground = ImageForeground::create();
+
+        SimpleStatisticsForegroundPtr sf = SimpleStatisticsForeground::create();
+        beginEditCP(sf);
+        sf->setSize (25.f);
+        sf->setColor(Color4f(0.f, 1.f, 0.f, 0.7f));
+        sf->addElement(RenderAction::statTravTime,         "FPS:                  %r.3f");
+        sf->addElement(DrawActionBase::statCullTestedNodes, "Nodes culltested      %d");
+        sf->addElement(DrawActionBase::statCulledNodes,     "Nodes culled          %d");
+        sf->addElement(RenderAction::statNOcclusionMode,    "Occlusion culling     %s");
+        sf->addElement(RenderAction::statNOcclusionTests,   "Occlusion tests       %d");
+        sf->addElement(RenderAction::statNOcclusionCulled,  "Occlusion culled      %d");
+        sf->addElement(RenderAction::statNGeometries,       "Nodes drawn           %d");
+        sf->addElement(RenderAction::statNTransGeometries,  "Transp. Nodes drawn   %d");
+        sf->addElement(RenderAction::statNMaterials,        "Material changes      %d");
+        sf->addElement(RenderAction::statNMatrices,         "Matrix changes        %d");
+        sf->addElement(Drawable::statNTriangles,            "Triangles drawn       %d");
+        sf->addElement(Drawable::statNLines,                "Lines drawn           %d");
+        sf->addElement(Drawable::statNPoints,               "Points drawn          %d");
+        sf->addElement(Drawable::statNVertices,             "Vertices transformed  %d");
+        sf->addElement(RenderAction::statNTextures,         "Textures used         %d");
+        sf->addElement(RenderAction::statNTexBytes,         "Textures size (bytes) %d");
+        endEditCP(sf);
+        sf->editCollector().getElem(Drawable::statNTriangles);
+        _statforeground = sf;
+        addRefCP(_statforeground);
+
         _ownViewport = Viewport::create();
         addRefCP(_ownViewport);
         beginEditCP(_ownViewport);
@@ -127,6 +161,7 @@ void SimpleSceneManager::initialize(void)
         _ownViewport->setRoot      (_internalRoot);
         _ownViewport->setBackground(background);
         _ownViewport->setSize      (0.f, 0.f, 1.f, 1.f);
+        _ownViewport->addForeground(_foreground);
         endEditCP(_ownViewport);
 
         beginEditCP(_win, Window::PortFieldMask);
@@ -175,9 +210,15 @@ void SimpleSceneManager::setAction(RenderAction *action)
         SWARNING << "SimpleSceneManager::setAction: no action" << endLog;
         return;
     }
+    // The statistics move to the new action.
+    const bool statstate = _statstate;
+    if(statstate)
+        setStatistics(false);
     delete _ownAction;
     _ownAction = NULL;
     _action    = action;
+    if(statstate)
+        setStatistics(true);
 }
 
 DrawActionBase *SimpleSceneManager::getAction(void) { return _action; }
@@ -282,7 +323,31 @@ void SimpleSceneManager::showAll(void)
     _navigator.updateCameraTransformation();
 }
 
-void SimpleSceneManager::setStatistics(bool on) { _statistics = on; }
+void SimpleSceneManager::setStatistics(bool on)
+{
+    if(_statforeground == NullFC || on == _statstate || _ownViewport == NullFC)
+        return;
+
+    MFForegroundPtr &fgs = _ownViewport->getForegrounds();
+    beginEditCP(_ownViewport, Viewport::ForegroundsFieldMask);
+    if(on)
+    {
+        _ownViewport->addForeground(_statforeground);
+        _action->setStatistics(&_statforeground->editCollector());
+    }
+    else
+    {
+        MFForegroundPtr::iterator it = std::find(fgs.begin(), fgs.end(), _statforeground);
+        if(it != fgs.end())
+        {
+            fgs.erase(it);
+            subRefCP(_statforeground);
+        }
+        _action->setStatistics(NULL);
+    }
+    endEditCP(_ownViewport, Viewport::ForegroundsFieldMask);
+    _statstate = on;
+}
 
 void SimpleSceneManager::useOpenSGLogo(void)
 {

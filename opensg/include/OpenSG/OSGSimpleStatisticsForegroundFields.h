@@ -1,0 +1,6 @@
+#ifndef _OSGSIMPLESTATISTICSFOREGROUNDFIELDS_H_
+#define _OSGSIMPLESTATISTICSFOREGROUNDFIELDS_H_
+
+#include <OpenSG/OSGSimpleStatisticsForeground.h>
+
+#endif
