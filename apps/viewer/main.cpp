@@ -663,15 +663,15 @@ int main(int argc, char **argv)
     beginEditCP(viewer.statistics);
     viewer.statistics->setSize(12.f);
     viewer.statistics->setBgColor(Color4f(0.f, 0.f, 0.f, 0.6f));
-    viewer.statistics->addElement(s_statFrameTime,                "FPS           %r.1f");
-    viewer.statistics->addElement(s_statFrameTime,                "frame         %ms");
-    viewer.statistics->addElement(DRV::statGeometryPassTime,      "g-buffer      %.2f ms");
-    viewer.statistics->addElement(DRV::statShadowPassTime,        "shadows       %.2f ms");
-    viewer.statistics->addElement(DRV::statLightPassTime,         "lights        %.2f ms");
-    viewer.statistics->addElement(DRV::statForwardPassTime,       "forward       %.2f ms");
-    viewer.statistics->addElement(DRV::statPostProcessTime,       "effects       %.2f ms");
-    viewer.statistics->addElement(DRV::statFinalPassTime,         "final         %.2f ms");
-    viewer.statistics->addElement(Drawable::statNTriangles,       "triangles     %d");
+    viewer.statistics->addElement(s_statFrameTime,                "FPS       %r.1f");
+    viewer.statistics->addElement(s_statFrameTime,                "frame     %ms");
+    viewer.statistics->addElement(DRV::statGeometryPassTime,      "g-buffer  %.2f ms");
+    viewer.statistics->addElement(DRV::statShadowPassTime,        "shadows   %.2f ms");
+    viewer.statistics->addElement(DRV::statLightPassTime,         "lights    %.2f ms");
+    viewer.statistics->addElement(DRV::statForwardPassTime,       "forward   %.2f ms");
+    viewer.statistics->addElement(DRV::statPostProcessTime,       "effects   %.2f ms");
+    viewer.statistics->addElement(DRV::statFinalPassTime,         "final     %.2f ms");
+    viewer.statistics->addElement(Drawable::statNTriangles,       "triangles %d");
     endEditCP(viewer.statistics);
     for(UInt32 i = 0; i < viewer.statistics->getMFElementIDs()->size(); ++i)
         viewer.counting.getElem(viewer.statistics->getElementIDs(i));

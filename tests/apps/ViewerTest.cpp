@@ -191,11 +191,12 @@ TEST_F(ViewerTest, StatisticsKeyShowsTextInTheTopLeftCornerOnly)
     ASSERT_FALSE(HasFailure());
 
     // Nine lines of 12 pixels and half a line around: the block ends 120
-    // pixels down; its longest line is about 160 pixels wide.
+    // pixels down; a line of 21 characters is 7.2 * 21 + 12 = 163 pixels
+    // wide, times of seconds included.
     double inside = 0.0, outside = 0.0;
     changedInAndOut(plain, shown, 60, 100, inside, outside);
     EXPECT_GT(inside, 0.15);
-    changedInAndOut(plain, shown, 180, 130, inside, outside);
+    changedInAndOut(plain, shown, 200, 130, inside, outside);
     EXPECT_LT(outside, 0.01);
     EXPECT_LT(changedShare(plain, hidden), 0.01) << "a second press hides it again";
 }
