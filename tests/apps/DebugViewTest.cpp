@@ -1,10 +1,15 @@
 #include "common/DebugView.h"
 
+#include <OpenSG/OSGFieldContainerFactory.h>
+#include <OpenSG/OSGGroup.h>
+#include <OpenSG/OSGPassiveWindow.h>
+#include <OpenSG/OSGPerspectiveCamera.h>
 #include <OpenSG/OSGSimpleGeometry.h>
 #include <OpenSG/OSGSimpleMaterial.h>
+#include <OpenSG/OSGSolidBackground.h>
 #include <OpenSG/OSGTransform.h>
 
-#include "support/DeferredScene.h"
+#include "support/GLTest.h"
 #include "support/SceneSetup.h"
 
 #include <cmath>
@@ -56,26 +61,73 @@ NodePtr makeSquare(Real32 size, Real32 z, const Surface &surface)
 
 // Looking down -Z from (0, 0, 5): a small square at z = 0 in the middle of
 // the view before a large one at z = -2 that fills it; no lights.
-class DebugViewTest : public testsupport::DeferredSceneTest
+class DebugViewTest : public testsupport::GLTest
 {
-  public:
-    static constexpr int Size = ::Size;
-
   protected:
-    testsupport::DeferredSceneOptions sceneOptions() const override
-    {
-        testsupport::DeferredSceneOptions options;
-        options.width = options.height = Size;
-        return options;
-    }
-
     void SetUp() override
     {
-        DeferredSceneTest::SetUp();
-        scene->addToRoot(makeSquare(20.f, -2.f, Far));
-        scene->addToRoot(makeSquare(1.f, 0.f, Near));
+        GLTest::SetUp();
+        window = PassiveWindow::create();
+        addRefCP(window);
+        window->init();
+        window->resize(Size, Size);
+
+        root = testsupport::makeGroupNode();
+        addRefCP(root);
+        testsupport::addChild(root, makeSquare(20.f, -2.f, Far));
+        testsupport::addChild(root, makeSquare(1.f, 0.f, Near));
+        Matrix m;
+        m.setTranslate(0.f, 0.f, 5.f);
+        NodePtr beacon = testsupport::makeTransformNode(m);
+        testsupport::addChild(root, beacon);
+
+        camera = PerspectiveCamera::create();
+        addRefCP(camera);
+        beginEditCP(camera);
+        camera->setBeacon(beacon);
+        camera->setFov(deg2rad(60.f));
+        camera->setNear(1.f);
+        camera->setFar(10.f);
+        endEditCP(camera);
+
+        background = SolidBackground::create();
+        addRefCP(background);
+        viewport = DeferredRenderingViewportPtr::dcast(
+            FieldContainerFactory::the()->createFieldContainer("DeferredRenderingViewport"));
+        addRefCP(viewport);
+        beginEditCP(viewport);
+        viewport->setCamera(camera);
+        viewport->setBackground(background);
+        viewport->setRoot(root);
+        viewport->setSize(0, 0, 1, 1);
+        endEditCP(viewport);
         viewport->prepareScene(root);
+        beginEditCP(window, Window::PortFieldMask);
+        window->addPort(viewport);
+        endEditCP(window, Window::PortFieldMask);
+        action = RenderAction::create();
     }
+
+    void TearDown() override
+    {
+        delete action;
+        beginEditCP(window, Window::PortFieldMask);
+        window->subPort(viewport);
+        endEditCP(window, Window::PortFieldMask);
+        subRefCP(viewport);
+        subRefCP(background);
+        subRefCP(camera);
+        subRefCP(root);
+        subRefCP(window);
+        GLTest::TearDown();
+    }
+
+    PassiveWindowPtr             window;
+    NodePtr                      root;
+    PerspectiveCameraPtr         camera;
+    SolidBackgroundPtr           background;
+    DeferredRenderingViewportPtr viewport;
+    RenderAction                *action;
 };
 
 Color3f grey(Real32 v) { return Color3f(v, v, v); }

@@ -242,6 +242,8 @@ struct ShapeCase
     int         width, height;      // of the window for the compared frames
     Real32      left, bottom;       // of the viewport, which reaches the top right
     bool        batchedBeforeResize;
+    int         points, spots;
+    Real32      range;              // of each light
 };
 
 class DeferredLightBatchShapeTest : public DeferredLightBatchTest,
@@ -255,12 +257,14 @@ TEST_P(DeferredLightBatchShapeTest, MatchesTheVolumePath)
 {
     const ShapeCase &c = GetParam();
     buildScene();
-    addLights({c.name, 10, 3, 2.0f, 20.0f, 1.0f, false, 32});
+    addLights({c.name, c.points, c.spots, 2.0f, c.range, 1.0f, false, 32});
     beginEditCP(viewport);
     viewport->setSize(c.left, c.bottom, 1, 1);
     endEditCP(viewport);
     if(c.batchedBeforeResize)
     {
+        // Smaller first: what the batch keeps per tile must grow with it.
+        window->resize(24, 20);
         viewport->setLightBatching(true);
         renderFrame();
         viewport->setLightBatching(false);
@@ -275,9 +279,10 @@ TEST_P(DeferredLightBatchShapeTest, MatchesTheVolumePath)
 
 INSTANTIATE_TEST_SUITE_P(
     Shapes, DeferredLightBatchShapeTest,
-    ::testing::Values(ShapeCase{"LowerThanATile",   64,   20,   0.0f,  0.0f,  false},
-                      ShapeCase{"AwayFromTheCorner", 64,   64, 0.25f, 0.375f, false},
-                      ShapeCase{"AfterAResize",      40,   56,   0.0f,  0.0f,  true}),
+    // Short ranges where each tile's depth decides which lights it lists.
+    ::testing::Values(ShapeCase{"LowerThanATile",    64, 20, 0.0f,  0.0f,   false, 10, 3, 20.0f},
+                      ShapeCase{"AwayFromTheCorner", 64, 64, 0.25f, 0.375f, false, 24, 6, 1.5f},
+                      ShapeCase{"AfterAResize",      56, 48, 0.0f,  0.0f,   true,  24, 6, 1.5f}),
     [](const ::testing::TestParamInfo<ShapeCase> &info) { return std::string(info.param.name); });
 
 TEST_F(DeferredLightBatchTest, ShadowedAndDirectionalLightsStayVolumes)

@@ -191,61 +191,6 @@ TEST(SimpleSceneManagerNavigation, RightDragAndWheelMoveAlongTheViewOnly)
     EXPECT_NEAR(m.nav()->getDistance(), start, 1e-4f);
 }
 
-struct KeyCase
-{
-    const char    *name;
-    Navigator::Key key;
-    Real32         forwards;  // the eye's move towards the point looked at
-    Real32         sideways;  // both points' move to the camera's right
-    Real32         turn;      // about the up vector through the point looked at
-};
-
-// Trackball mode: the keys step by the motion factor along the view or
-// sideways, and turn by the rotation angle about the point looked at.
-TEST(SimpleSceneManagerNavigation, TrackballKeysStepByTheMotionFactorAndTurnAboutTheTarget)
-{
-    const Real32 step = 0.5f, angle = osgdegree2rad(10.f);
-    const KeyCase cases[] = {
-        {"forwards",  Navigator::FORWARDS,   step,  0.f,   0.f},
-        {"backwards", Navigator::BACKWARDS, -step,  0.f,   0.f},
-        {"left",      Navigator::LEFT,       0.f,  -step,  0.f},
-        {"right",     Navigator::RIGHT,      0.f,   step,  0.f},
-        {"turn left", Navigator::LEFTROT,    0.f,   0.f,  -angle},
-        {"turn right",Navigator::RIGHTROT,   0.f,   0.f,   angle},
-    };
-    for(const KeyCase &c : cases)
-    {
-        SCOPED_TRACE(c.name);
-        // Framed along -Z: the camera's right is +X, its up +Y.
-        Managed m(250, 250, Pnt3f(1.f, 2.f, -3.f));
-        m.nav()->setMotionFactor(step);
-        m.nav()->setRotationAngle(angle);
-        const Pnt3f  at       = m.nav()->getAt();
-        const Pnt3f  from     = m.nav()->getFrom();
-        const Real32 distance = (from - at).length();
-
-        m.nav()->keyPress(c.key, 0, 0);
-
-        const Pnt3f wantAt(at[0] + c.sideways, at[1], at[2]);
-        const Pnt3f wantFrom(wantAt[0] + (distance - c.forwards) * std::sin(c.turn), at[1],
-                             wantAt[2] + (distance - c.forwards) * std::cos(c.turn));
-        EXPECT_LT((m.nav()->getAt()   - wantAt).length(),   1e-4f) << m.nav()->getAt();
-        EXPECT_LT((m.nav()->getFrom() - wantFrom).length(), 1e-4f) << m.nav()->getFrom();
-        EXPECT_LT((m.nav()->getUp() - Vec3f(0.f, 1.f, 0.f)).length(), 1e-5f);
-    }
-
-    // Never closer than a twentieth of the distance, and no keys without a mode.
-    Managed      m(250, 250);
-    const Real32 distance = m.nav()->getDistance();
-    m.nav()->setMotionFactor(2.f * distance);
-    m.nav()->keyPress(Navigator::FORWARDS, 0, 0);
-    EXPECT_NEAR(m.nav()->getDistance(), 0.05f * distance, 1e-4f * distance);
-    m.nav()->setMode(Navigator::NONE);
-    const Pnt3f from = m.nav()->getFrom();
-    m.nav()->keyPress(Navigator::RIGHT, 0, 0);
-    EXPECT_EQ(m.nav()->getFrom(), from);
-}
-
 struct FrameCase
 {
     int   width, height;
