@@ -2,6 +2,9 @@
 
 #include <epoxy/gl.h>
 
+#include <algorithm>
+#include <cmath>
+
 namespace testsupport
 {
 
@@ -19,6 +22,43 @@ TextureImage::TextureImage(osg::TextureChunkPtr texture)
     glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_FLOAT, _texels.data());
     glPixelStorei(GL_PACK_ALIGNMENT, alignment);
     glBindTexture(GL_TEXTURE_2D, GLuint(previous));
+}
+
+float TextureImage::maxValue() const
+{
+    float result = 0.0f;
+    for(int y = 0; y < _height; ++y)
+        for(int x = 0; x < _width; ++x)
+            for(int c = 0; c < 3; ++c)
+                result = std::max(result, std::fabs(at(x, y, c)));
+    return result;
+}
+
+float TextureImage::bilinear(float u, float v, int channel) const
+{
+    return bilinear(u, v, channel, WeightRounding());
+}
+
+float TextureImage::bilinear(float u, float v, int channel, const WeightRounding &rounding) const
+{
+    const float fx = u * _width  - 0.5f;
+    const float fy = v * _height - 0.5f;
+    const int   x0 = int(std::floor(fx));
+    const int   y0 = int(std::floor(fy));
+    float       ax = fx - x0;
+    float       ay = fy - y0;
+    if(rounding.weightBits > 0)
+    {
+        const float steps = float(1 << rounding.weightBits);
+        ax = (rounding.upX ? std::ceil(ax * steps) : std::floor(ax * steps)) / steps;
+        ay = (rounding.upY ? std::ceil(ay * steps) : std::floor(ay * steps)) / steps;
+    }
+    auto texel = [&](int x, int y) {
+        return at(std::min(std::max(x, 0), _width  - 1),
+                  std::min(std::max(y, 0), _height - 1), channel);
+    };
+    return (1 - ay) * ((1 - ax) * texel(x0, y0    ) + ax * texel(x0 + 1, y0    )) +
+           ay       * ((1 - ax) * texel(x0, y0 + 1) + ax * texel(x0 + 1, y0 + 1));
 }
 
 } // namespace testsupport

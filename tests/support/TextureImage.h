@@ -8,6 +8,13 @@
 namespace testsupport
 {
 
+struct WeightRounding
+{
+    int  weightBits = 0;
+    bool upX        = false;
+    bool upY        = false;
+};
+
 // Level 0 of a 2D texture chunk's GL texture, read at once as RGBA float;
 // rows from the bottom.
 class TextureImage
@@ -23,6 +30,17 @@ class TextureImage
         return _texels[(std::size_t(y) * std::size_t(_width) + std::size_t(x)) * 4 +
                        std::size_t(channel)];
     }
+
+    // Largest magnitude of the colour channels anywhere.
+    float maxValue() const;
+
+    // GL's bilinear lookup at texture coordinate (u, v) with the edge
+    // texels clamped. With weightBits, the weights are cut to that many
+    // fractional bits, rounded up or down along each axis, as a texture
+    // unit may do.
+    float bilinear(float u, float v, int channel,
+                   const WeightRounding &rounding) const;
+    float bilinear(float u, float v, int channel) const;
 
   private:
     int                _width  = 0;

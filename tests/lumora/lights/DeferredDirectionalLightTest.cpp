@@ -1,9 +1,8 @@
-#include "DeferredSceneTest.h"
-#include "LitImage.h"
+#include "support/DeferredScene.h"
+#include "support/Lighting.h"
 
 #include <Lumora/DeferredDirectionalLight.h>
 
-#include <OpenSG/OSGDirectionalLight.h>
 #include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGSimpleGeometry.h>
 #include <OpenSG/OSGTransform.h>
@@ -13,44 +12,19 @@
 #include <string>
 
 using namespace osg;
-using lighttest::DeferredSceneTest;
-using lighttest::LitImage;
-using lighttest::Phong;
-using lighttest::phong;
+using namespace testsupport;
 
 namespace
 {
 
 const Pnt3f Eye(0, 0, 5);
 
+typedef SurfaceParams Surface;
+
 Vec3f unit(Vec3f v)
 {
     v.normalize();
     return v;
-}
-
-struct Surface
-{
-    Color3f diffuse;
-    Color3f specular;
-    Real32  shininess;
-};
-
-// The light's colour at P with normal N, lowest and highest over the
-// shininess the G-buffer can carry. L points towards the light.
-void expectedColour(const Pnt3f &P, const Vec3f &N, const Vec3f &L, const Surface &surface,
-                    const Color3f &lightDiffuse, const Color3f &lightSpecular,
-                    Vec3f &low, Vec3f &high)
-{
-    Phong a = phong(P, N, Eye, L, surface.diffuse, surface.specular,
-                    lighttest::shininessLow(surface.shininess), lightDiffuse, lightSpecular);
-    Phong b = phong(P, N, Eye, L, surface.diffuse, surface.specular,
-                    lighttest::shininessHigh(surface.shininess), lightDiffuse, lightSpecular);
-    for(int c = 0; c < 3; ++c)
-    {
-        low [c] = std::min(a.diffuse[c] + a.specular[c], b.diffuse[c] + b.specular[c]);
-        high[c] = std::max(a.diffuse[c] + a.specular[c], b.diffuse[c] + b.specular[c]);
-    }
 }
 
 class DeferredDirectionalLightTest : public DeferredSceneTest
@@ -59,15 +33,7 @@ class DeferredDirectionalLightTest : public DeferredSceneTest
     DirectionalLightPtr createDirectional(const Vec3f &direction, const Color3f &diffuse,
                                           const Color3f &specular = Color3f(0, 0, 0))
     {
-        DirectionalLightPtr light = DirectionalLight::create();
-        addRefCP(light);
-        beginEditCP(light);
-        light->setDirection(direction);
-        light->setDiffuse (Color4f(diffuse [0], diffuse [1], diffuse [2], 1));
-        light->setSpecular(Color4f(specular[0], specular[1], specular[2], 1));
-        light->setShadowIntensity(1.0f);
-        endEditCP(light);
-        return light;
+        return makeLight(DirectionalLightParams{direction, diffuse, specular});
     }
 
     void addSurface(const Surface &s)
@@ -81,16 +47,16 @@ class DeferredDirectionalLightTest : public DeferredSceneTest
                      const Color3f &lightDiffuse, const Color3f &lightSpecular)
     {
         LitImage                   image(viewport);
-        lighttest::PixelMismatches mismatches;
+        testsupport::PixelMismatches mismatches;
         for(int y = 0; y < Size; ++y)
         {
             for(int x = 0; x < Size; ++x)
             {
-                Vec3f low, high;
-                expectedColour(pixelOnPlane(x, y, 0.0f), Vec3f(0, 0, 1), unit(towardsLight),
-                               surface, lightDiffuse, lightSpecular, low, high);
+                const ColourRange want =
+                    lightAt(DirectionalLightParams{towardsLight, lightDiffuse, lightSpecular},
+                            surface, pixelOnPlane(x, y, 0.0f), Vec3f(0, 0, 1), Eye);
                 for(int c = 0; c < 3; ++c)
-                    mismatches.check(x, y, c, image.at(x, y, c), low[c], high[c]);
+                    mismatches.check(x, y, c, image.at(x, y, c), want.low[c], want.high[c]);
             }
         }
         EXPECT_EQ(mismatches.count(), 0) << mismatches.text();
@@ -152,7 +118,7 @@ TEST_F(DeferredDirectionalLightTest, SphereShadingFollowsItsNormal)
     renderFrame();
 
     LitImage                   image(viewport);
-    lighttest::PixelMismatches mismatches(0.02f);
+    testsupport::PixelMismatches mismatches(0.02f);
     int lit = 0, unlit = 0, background = 0;
     for(int y = 0; y < Size; ++y)
     {
@@ -298,11 +264,11 @@ TEST_F(DeferredDirectionalLightTest, BeaconTurnsTheDirection)
     // that must not matter for a direction.
     TransformPtr parentCore = Transform::create();
     beginEditCP(parentCore, Transform::MatrixFieldMask);
-    parentCore->setMatrix(lighttest::rotateXThenTranslate(deg2rad(30.0f), Vec3f(3, -2, 1)));
+    parentCore->setMatrix(testsupport::rotateXThenTranslate(deg2rad(30.0f), Vec3f(3, -2, 1)));
     endEditCP(parentCore, Transform::MatrixFieldMask);
     TransformPtr beaconCore = Transform::create();
     beginEditCP(beaconCore, Transform::MatrixFieldMask);
-    beaconCore->setMatrix(lighttest::rotateXThenTranslate(deg2rad(20.0f), Vec3f(0, 4, 0)));
+    beaconCore->setMatrix(testsupport::rotateXThenTranslate(deg2rad(20.0f), Vec3f(0, 4, 0)));
     endEditCP(beaconCore, Transform::MatrixFieldMask);
 
     NodePtr parent = makeNodeFor(parentCore);

@@ -1,5 +1,5 @@
-#include "DeferredSceneTest.h"
-#include "LitImage.h"
+#include "support/DeferredScene.h"
+#include "support/Lighting.h"
 
 #include <Lumora/DeferredEmissiveLight.h>
 
@@ -13,8 +13,7 @@
 #include <vector>
 
 using namespace osg;
-using lighttest::DeferredSceneTest;
-using lighttest::LitImage;
+using namespace testsupport;
 
 namespace
 {

@@ -1,8 +1,9 @@
 // The batched light pass against the volume path it replaces: the same
 // scene drawn both ways must give the same lit image.
 
-#include "DeferredSceneTest.h"
-#include "LitImage.h"
+#include "support/DeferredScene.h"
+#include "support/Lighting.h"
+#include "support/SceneSetup.h"
 
 #include <Lumora/DeferredLightBatch.h>
 
@@ -22,7 +23,7 @@
 #include <vector>
 
 using namespace osg;
-using namespace lighttest;
+using namespace testsupport;
 
 namespace
 {
@@ -72,18 +73,8 @@ class DeferredLightBatchTest : public DeferredSceneTest
         beginEditCP(geometry, Geometry::MaterialFieldMask);
         geometry->setMaterial(mat);
         endEditCP(geometry, Geometry::MaterialFieldMask);
-        Matrix m = rotateXThenTranslate(turn, at);
-        TransformPtr transform = Transform::create();
-        beginEditCP(transform, Transform::MatrixFieldMask);
-        transform->setMatrix(m);
-        endEditCP(transform, Transform::MatrixFieldMask);
-        NodePtr node = makeNodeFor(transform);
-        beginEditCP(node, Node::ChildrenFieldMask);
-        node->addChild(makeNodeFor(geometry));
-        endEditCP(node, Node::ChildrenFieldMask);
-        beginEditCP(root, Node::ChildrenFieldMask);
-        root->addChild(node);
-        endEditCP(root, Node::ChildrenFieldMask);
+        NodePtr node = scene->addToRoot(makeTransformNode(rotateXThenTranslate(turn, at)));
+        addChild(node, makeNodeFor(geometry));
     }
 
     // Quadratic attenuation whose reach is range; colours kept dim so that
@@ -176,6 +167,21 @@ Differences compare(const LitImage &a, const LitImage &b, float tolerance)
     return result;
 }
 
+// The volume path's image, then the batched one; both must agree within one
+// eight-bit step.
+void expectBatchedMatchesVolumes(DeferredScene &scene)
+{
+    scene.renderFrame();
+    const LitImage volumes(scene.viewport);
+    scene.viewport->setLightBatching(true);
+    scene.renderFrame();
+    const LitImage batched(scene.viewport);
+
+    ASSERT_GT(volumes.maxValue(), 0.1f);
+    const Differences off = compare(volumes, batched, 1.0f / 255.0f);
+    EXPECT_EQ(off.count, 0) << off.first << "; largest " << off.largest;
+}
+
 const BatchCase s_cases[] =
 {
     // Many lights in so small a view share larger tiles. The volume path
@@ -230,24 +236,54 @@ INSTANTIATE_TEST_SUITE_P(Scenes, DeferredLightBatchCaseTest, ::testing::ValuesIn
                          [](const ::testing::TestParamInfo<BatchCase> &info)
                          { return std::string(info.param.name); });
 
-// Lower than a tile: one row of tiles.
-TEST_F(DeferredLightBatchTest, AViewportLowerThanATileMatchesToo)
+struct ShapeCase
 {
-    window->resize(Size, 20);
+    const char *name;
+    int         width, height;      // of the window for the compared frames
+    Real32      left, bottom;       // of the viewport, which reaches the top right
+    bool        batchedBeforeResize;
+    int         points, spots;
+    Real32      range;              // of each light
+};
+
+class DeferredLightBatchShapeTest : public DeferredLightBatchTest,
+                                    public ::testing::WithParamInterface<ShapeCase>
+{
+};
+
+// The tiles follow the viewport's own pixels wherever it sits and after
+// every resize.
+TEST_P(DeferredLightBatchShapeTest, MatchesTheVolumePath)
+{
+    const ShapeCase &c = GetParam();
     buildScene();
-    addLights({"Low", 10, 3, 2.0f, 20.0f, 1.0f, false, 32});
+    addLights({c.name, c.points, c.spots, 2.0f, c.range, 1.0f, false, 32});
+    beginEditCP(viewport);
+    viewport->setSize(c.left, c.bottom, 1, 1);
+    endEditCP(viewport);
+    if(c.batchedBeforeResize)
+    {
+        // Smaller first: what the batch keeps per tile must grow with it.
+        window->resize(24, 20);
+        viewport->setLightBatching(true);
+        renderFrame();
+        viewport->setLightBatching(false);
+    }
+    window->resize(c.width, c.height);
 
-    renderFrame();
-    LitImage volumes(viewport);
-    viewport->setLightBatching(true);
-    renderFrame();
-    LitImage batched(viewport);
-
-    ASSERT_EQ(batched.height(), 20);
-    ASSERT_GT(volumes.at(Size / 2, 19, 0), 0.02f);
-    const Differences off = compare(volumes, batched, 1.0f / 255.0f);
-    EXPECT_EQ(off.count, 0) << off.first << "; largest " << off.largest;
+    expectBatchedMatchesVolumes(*scene);
+    const LitImage batched(viewport);
+    EXPECT_EQ(batched.width(),  int(std::lround((1 - c.left)   * c.width)));
+    EXPECT_EQ(batched.height(), int(std::lround((1 - c.bottom) * c.height)));
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Shapes, DeferredLightBatchShapeTest,
+    // Short ranges where each tile's depth decides which lights it lists.
+    ::testing::Values(ShapeCase{"LowerThanATile",    64, 20, 0.0f,  0.0f,   false, 10, 3, 20.0f},
+                      ShapeCase{"AwayFromTheCorner", 64, 64, 0.25f, 0.375f, false, 24, 6, 1.5f},
+                      ShapeCase{"AfterAResize",      56, 48, 0.0f,  0.0f,   true,  24, 6, 1.5f}),
+    [](const ::testing::TestParamInfo<ShapeCase> &info) { return std::string(info.param.name); });
 
 TEST_F(DeferredLightBatchTest, ShadowedAndDirectionalLightsStayVolumes)
 {
@@ -276,20 +312,11 @@ TEST_F(DeferredLightBatchTest, ShadowedAndDirectionalLightsStayVolumes)
     lights.push_back(sun);
     viewport->addLight(sun);
 
-    renderFrame();
-    LitImage volumes(viewport);
-
-    viewport->setLightBatching(true);
-    renderFrame();
-    LitImage batched(viewport);
-
+    expectBatchedMatchesVolumes(*scene);
     int batchedLights = 0;
     for(const auto &entry : viewport->getLights())
         batchedLights += entry.second->isBatched() ? 1 : 0;
     EXPECT_EQ(batchedLights, 1);
-
-    const Differences off = compare(volumes, batched, 1.0f / 255.0f);
-    EXPECT_EQ(off.count, 0) << off.first << "; largest " << off.largest;
 }
 
 TEST_F(DeferredLightBatchTest, LightsOffOrOutOfViewListNowhere)

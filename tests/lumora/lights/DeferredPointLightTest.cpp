@@ -1,41 +1,33 @@
-#include "DeferredSceneTest.h"
-
-#include <Lumora/DeferredPointLight.h>
+#include "support/DeferredScene.h"
+#include "support/Lighting.h"
+#include "support/LogCapture.h"
+#include "support/SceneSetup.h"
 
 #include <Lumora/DeferredDirectionalLight.h>
+#include <Lumora/DeferredPointLight.h>
 #include <Lumora/DeferredSpotLight.h>
 
-#include <OpenSG/OSGDirectionalLight.h>
 #include <OpenSG/OSGMatrixUtility.h>
-#include <OpenSG/OSGPointLight.h>
-#include <OpenSG/OSGSpotLight.h>
 #include <OpenSG/OSGTransform.h>
 
-#include "support/LogCapture.h"
-
 #include <cmath>
+#include <memory>
 #include <set>
+#include <string>
 
 using namespace osg;
-using lighttest::DeferredSceneTest;
-using lighttest::Phong;
-using lighttest::phong;
+using namespace testsupport;
 
 namespace
 {
 
+const Color3f Black(0, 0, 0);
+const Color3f White(1, 1, 1);
+
 PointLightPtr createPointLight(const Pnt3f &position, const Color3f &diffuse,
                                const Color3f &specular, const Vec3f &attenuation)
 {
-    PointLightPtr light = PointLight::create();
-    addRefCP(light);
-    beginEditCP(light);
-    light->setPosition(position[0], position[1], position[2]);
-    light->setDiffuse (Color4f(diffuse[0], diffuse[1], diffuse[2], 1));
-    light->setSpecular(Color4f(specular[0], specular[1], specular[2], 1));
-    light->setAttenuation(attenuation[0], attenuation[1], attenuation[2]);
-    endEditCP(light);
-    return light;
+    return makeLight(PointLightParams{position, diffuse, specular, attenuation});
 }
 
 class DeferredPointLightTest : public DeferredSceneTest
@@ -49,82 +41,97 @@ class DeferredPointLightTest : public DeferredSceneTest
                    ? NULL : dynamic_cast<DeferredPointLight *>(it->second);
     }
 
-    // Expected light at pixel (x, y) of the plane z = 0 from a point light.
+    // The light at pixel (x, y) of the plane z = 0, highest over the
+    // shininess the G-buffer can carry.
     Vec3f expected(int x, int y, const Pnt3f &lightPos, const Color3f &kd, const Color3f &ks,
                    Real32 shininess, const Color3f &ld, const Color3f &ls, const Vec3f &att)
     {
-        Pnt3f  P = pixelOnPlane(x, y, 0.0f);
-        Vec3f  L = lightPos - P;
-        Real32 d = L.length();
-        L.normalize();
-        Phong  ph = phong(P, Vec3f(0, 0, 1), Pnt3f(0, 0, 5), L, kd, ks, shininess, ld, ls);
-        Real32 a  = 1.0f / (att[0] + att[1] * d + att[2] * d * d);
-        return (ph.diffuse + ph.specular) * a;
+        return lightAt(PointLightParams{lightPos, ld, ls, att}, SurfaceParams{kd, ks, shininess},
+                       pixelOnPlane(x, y, 0.0f), Vec3f(0, 0, 1), scene->eye()).high;
     }
 };
 
-const Color3f Black(0, 0, 0);
+struct EquationCase
+{
+    const char      *name;
+    PointLightParams light;         // position in the beacon's frame
+    SurfaceParams    surface;
+    Vec3f            beaconOffset;  // none if zero
+};
+
+class PointLightEquationTest : public DeferredPointLightTest,
+                               public testing::WithParamInterface<EquationCase>
+{
+};
 
 } // namespace
 
-TEST_F(DeferredPointLightTest, DiffuseFollowsLambertAndAttenuation)
+TEST_P(PointLightEquationTest, PlaneFollowsPhongAndAttenuation)
 {
-    const Color3f kd(0.8f, 0.6f, 0.4f);
-    addPlane(4.0f, 0.0f, material(kd));
-
-    const Pnt3f   lightPos(0.5f, -0.25f, 1.0f);
-    const Color3f ld(1.0f, 0.9f, 0.8f);
-    const Vec3f   att(1.0f, 0.1f, 0.5f);
-    PointLightPtr light = createPointLight(lightPos, ld, Color3f(0, 0, 0), att);
-    viewport->addLight(light);
-
-    renderFrame();
-
-    const int pixels[][2] = {{32, 32}, {40, 28}, {20, 40}, {12, 12}, {50, 50}};
-    for(const auto &p : pixels)
+    const EquationCase &test = GetParam();
+    addPlane(8.0f, 0.0f, material(test.surface.diffuse, test.surface.specular,
+                                  test.surface.shininess));
+    PointLightPtr light = makeLight(test.light);
+    if(test.beaconOffset != Vec3f(0, 0, 0))
     {
-        Pnt3f  P = pixelOnPlane(p[0], p[1], 0.0f);
-        Vec3f  L = lightPos - P;
-        Real32 d = L.length();
-        L.normalize();
-        Phong  ph = phong(P, Vec3f(0, 0, 1), Pnt3f(0, 0, 5), L, kd, Color3f(0, 0, 0), 1.0f,
-                          ld, Color3f(0, 0, 0));
-        Real32 a = 1.0f / (att[0] + att[1] * d + att[2] * d * d);
-
-        testsupport::RGBAf got = lit(p[0], p[1]);
-        for(int c = 0; c < 3; ++c)
-            EXPECT_NEAR(got[c], a * ph.diffuse[c], 0.01f)
-                << "pixel " << p[0] << "," << p[1] << " channel " << c;
+        Matrix m;
+        m.setTranslate(test.beaconOffset);
+        NodePtr beacon = scene->addToRoot(makeTransformNode(m));
+        beginEditCP(light, Light::BeaconFieldMask);
+        light->setBeacon(beacon);
+        endEditCP(light, Light::BeaconFieldMask);
     }
-    subRefCP(light);
-}
-
-TEST_F(DeferredPointLightTest, SpecularHighlightFollowsTheReflection)
-{
-    const Color3f kd(0.2f, 0.2f, 0.2f), ks(0.9f, 0.8f, 0.7f);
-    addPlane(4.0f, 0.0f, material(kd, ks, 16.0f));
-
-    // The mirror point of the camera in the plane lies under the light.
-    const Pnt3f   lightPos(0.0f, 0.0f, 1.5f);
-    const Color3f ld(0.5f, 0.5f, 0.5f), ls(1.0f, 1.0f, 1.0f);
-    const Vec3f   att(1.0f, 0.0f, 0.0f);
-    PointLightPtr light = createPointLight(lightPos, ld, ls, att);
     viewport->addLight(light);
     renderFrame();
 
-    const int pixels[][2] = {{32, 32}, {31, 31}, {34, 30}, {38, 32}, {44, 40}};
-    for(const auto &p : pixels)
-    {
-        Vec3f want = expected(p[0], p[1], lightPos, kd, ks, 16.0f, ld, ls, att);
-        testsupport::RGBAf got = lit(p[0], p[1]);
-        for(int c = 0; c < 3; ++c)
-            EXPECT_NEAR(got[c], want[c], 0.02f + 0.02f * want[c])
-                << "pixel " << p[0] << "," << p[1] << " channel " << c;
-    }
-    // The highlight sits at the centre, well above the diffuse level.
-    EXPECT_GT(lit(32, 32)[0], 3.0f * lit(44, 40)[0]);
+    PointLightParams world = test.light;
+    world.position += test.beaconOffset;
+    ASSERT_NE(deferred(light), nullptr);
+    const Pnt3f &placed = deferred(light)->getLightPosition();
+    for(int i = 0; i < 3; ++i)
+        EXPECT_NEAR(placed[i], world.position[i], 1e-5f);
+
+    // Every pixel within the light's range; the rest is the volume tests'.
+    const LitImage  image(viewport);
+    PixelMismatches mismatches;
+    int             compared = 0;
+    for(int y = 0; y < Size; ++y)
+        for(int x = 0; x < Size; ++x)
+        {
+            const Pnt3f P = pixelOnPlane(x, y, 0.0f);
+            if((P - world.position).length() > 0.9f * deferred(light)->getLightRange())
+                continue;
+            ++compared;
+            const float got[3] = {image.at(x, y, 0), image.at(x, y, 1), image.at(x, y, 2)};
+            mismatches.check(x, y, got,
+                             lightAt(world, test.surface, P, Vec3f(0, 0, 1), scene->eye()));
+        }
+    EXPECT_EQ(mismatches.count(), 0) << mismatches.text();
+    EXPECT_GT(compared, Size * Size / 4);
     subRefCP(light);
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    DeferredPointLight, PointLightEquationTest,
+    testing::Values(
+        EquationCase{"DiffuseAllAttenuationTerms",
+                     {Pnt3f(0.5f, -0.25f, 1.0f), Color3f(1.0f, 0.9f, 0.8f), Black,
+                      Vec3f(1.0f, 0.1f, 0.5f)},
+                     {Color3f(0.8f, 0.6f, 0.4f)}, Vec3f(0, 0, 0)},
+        // The camera's mirror point in the plane lies under the light.
+        EquationCase{"SpecularHighlight",
+                     {Pnt3f(0.0f, 0.0f, 1.5f), Color3f(0.5f, 0.5f, 0.5f), White,
+                      Vec3f(1, 0, 0)},
+                     {Color3f(0.2f, 0.2f, 0.2f), Color3f(0.9f, 0.8f, 0.7f), 16.0f},
+                     Vec3f(0, 0, 0)},
+        // Range 10 around z = 3: the camera at z = 5 is inside the sphere.
+        EquationCase{"CameraInsideTheVolume",
+                     {Pnt3f(-0.5f, 0.5f, 3.0f), White, Black, Vec3f(0, 0, 10)},
+                     {Color3f(0.5f, 1.0f, 0.25f)}, Vec3f(0, 0, 0)},
+        EquationCase{"PlacedByItsBeacon",
+                     {Pnt3f(0.25f, 0, 0.5f), White, Black, Vec3f(1, 0, 1)},
+                     {Color3f(0.7f, 0.7f, 0.7f)}, Vec3f(0.0f, -0.5f, 0.5f)}),
+    [](const testing::TestParamInfo<EquationCase> &info) { return std::string(info.param.name); });
 
 TEST_F(DeferredPointLightTest, VolumeCoversOnlyTheLightsRange)
 {
@@ -144,7 +151,7 @@ TEST_F(DeferredPointLightTest, VolumeCoversOnlyTheLightsRange)
 
     // Pixels whose view ray misses the sphere get nothing; the plane points
     // within the range get the full equation.
-    const Pnt3f eye(0, 0, 5);
+    const Pnt3f eye = scene->eye();
     for(int x = 0; x < Size; x += 3)
     {
         Pnt3f  P      = pixelOnPlane(x, 32, 0.0f);
@@ -163,30 +170,6 @@ TEST_F(DeferredPointLightTest, VolumeCoversOnlyTheLightsRange)
                                       Color3f(1, 1, 1), Black, att)[0], 1e-4f)
                 << "pixel " << x;
         }
-    }
-    subRefCP(light);
-}
-
-TEST_F(DeferredPointLightTest, CameraInsideTheVolumeIsStillLit)
-{
-    addPlane(4.0f, 0.0f, material(Color3f(0.5f, 1.0f, 0.25f)));
-
-    // Range 10 around z = 3: the camera at z = 5 is inside the sphere.
-    const Pnt3f   lightPos(-0.5f, 0.5f, 3.0f);
-    const Vec3f   att(0.0f, 0.0f, 10.0f);
-    PointLightPtr light = createPointLight(lightPos, Color3f(1, 1, 1), Black, att);
-    viewport->addLight(light);
-    renderFrame();
-
-    const int pixels[][2] = {{32, 32}, {10, 50}, {50, 14}};
-    for(const auto &p : pixels)
-    {
-        Vec3f want = expected(p[0], p[1], lightPos, Color3f(0.5f, 1.0f, 0.25f), Black, 1,
-                              Color3f(1, 1, 1), Black, att);
-        testsupport::RGBAf got = lit(p[0], p[1]);
-        EXPECT_GT(want[1], 0.001f);
-        for(int c = 0; c < 3; ++c)
-            EXPECT_NEAR(got[c], want[c], 0.01f * want[c] + 1e-4f) << p[0] << "," << p[1];
     }
     subRefCP(light);
 }
@@ -226,43 +209,6 @@ TEST_F(DeferredPointLightTest, RangeSetsTheSphereScale)
     }
 }
 
-TEST_F(DeferredPointLightTest, BeaconPlacesTheLight)
-{
-    const Color3f kd(0.7f, 0.7f, 0.7f);
-    addPlane(4.0f, 0.0f, material(kd));
-
-    // Position (0.25, 0, 0.5) in a beacon moved by (0, -0.5, 0.5).
-    Matrix m;
-    m.setTranslate(0.0f, -0.5f, 0.5f);
-    TransformPtr beaconCore = Transform::create();
-    beaconCore->setMatrix(m);
-    NodePtr beacon = makeNodeFor(beaconCore);
-    beginEditCP(root, Node::ChildrenFieldMask);
-    root->addChild(beacon);
-    endEditCP(root, Node::ChildrenFieldMask);
-
-    const Vec3f   att(1, 0, 1);
-    PointLightPtr light = createPointLight(Pnt3f(0.25f, 0, 0.5f), Color3f(1, 1, 1), Black, att);
-    beginEditCP(light, Light::BeaconFieldMask);
-    light->setBeacon(beacon);
-    endEditCP(light, Light::BeaconFieldMask);
-    viewport->addLight(light);
-    renderFrame();
-
-    const Pnt3f world(0.25f, -0.5f, 1.0f);
-    ASSERT_NE(deferred(light), nullptr);
-    const Pnt3f &placed = deferred(light)->getLightPosition();
-    for(int i = 0; i < 3; ++i)
-        EXPECT_NEAR(placed[i], world[i], 1e-5f);
-
-    const int pixels[][2] = {{40, 20}, {32, 32}, {20, 45}};
-    for(const auto &p : pixels)
-        EXPECT_NEAR(lit(p[0], p[1])[0],
-                    expected(p[0], p[1], world, kd, Black, 1, Color3f(1, 1, 1), Black, att)[0],
-                    0.01f);
-    subRefCP(light);
-}
-
 TEST_F(DeferredPointLightTest, SwitchedOffLightDrawsNothingButStaysCurrent)
 {
     addPlane(4.0f, 0.0f, material(Color3f(1, 1, 1)));
@@ -296,61 +242,58 @@ TEST_F(DeferredPointLightTest, SwitchedOffLightDrawsNothingButStaysCurrent)
     subRefCP(light);
 }
 
+// Each kind refuses another kind's light with a warning and keeps what it had.
 TEST_F(DeferredPointLightTest, WrongLightTypeWarnsAndChangesNothing)
 {
-    PointLightPtr point = createPointLight(Pnt3f(1, 2, 3), Color3f(1, 1, 1), Black,
-                                           Vec3f(1, 0, 0));
-    SpotLightPtr  spot  = SpotLight::create();
-    addRefCP(spot);
-
-    DeferredPointLight deferredLight;
-    deferredLight.update(Matrix(), Matrix(), Vec2f(1, 10), point, 1.0f);
-    const Matrix before = deferredLight.getVolumeTransform()->getMatrix();
-
-    testsupport::LogCapture log(LOG_WARNING);
-    deferredLight.update(Matrix(), Matrix(), Vec2f(1, 10), spot, 1.0f);
-    EXPECT_EQ(log.count("DeferredPointLight::update - Wrong osg light type for update!"), 1u);
-    EXPECT_TRUE(deferredLight.getVolumeTransform()->getMatrix().equals(before, 0.0f));
-    EXPECT_EQ(deferredLight.getVolumeRoot()->getTravMask(), 0xFFFFFFFFu);
-
-    subRefCP(spot);
-    subRefCP(point);
-}
-
-TEST_F(DeferredPointLightTest, ShadowFlagsFollowTheGlobalIntensityFirst)
-{
+    PointLightPtr       point = createPointLight(Pnt3f(1, 2, 3), Color3f(0.2f, 0.4f, 0.6f),
+                                                 Black, Vec3f(1, 0, 0));
+    SpotLightPtr        spot  = makeLight(SpotLightParams{Pnt3f(1, 2, 3), Vec3f(0, 0, -1),
+                                                          0.5f, 1.0f, Vec3f(1, 0, 0),
+                                                          Color3f(0.2f, 0.4f, 0.6f), Black});
+    DirectionalLightPtr sun   = makeLight(DirectionalLightParams{Vec3f(0, 0, 1),
+                                                                 Color3f(0.2f, 0.4f, 0.6f)});
     struct Case
     {
-        Real32 global, own;
-        bool   casts;
-        Real32 intensity;
+        const char                     *name;
+        std::unique_ptr<IDeferredLight> deferredLight;
+        LightPtr                        own, wrong;
     };
-    const Case cases[] =
+    Case cases[] =
     {
-        {0.5f, 1.0f, true,  0.5f},
-        {0.5f, 0.2f, true,  0.5f},
-        {1.0f, 1.0f, false, 1.0f},
-        {1.0f, 0.3f, true,  0.3f},
-        {2.0f, 0.7f, true,  0.7f},
+        {"DeferredPointLight",       std::unique_ptr<IDeferredLight>(new DeferredPointLight),
+         point, spot},
+        {"DeferredSpotLight",        std::unique_ptr<IDeferredLight>(new DeferredSpotLight),
+         spot, point},
+        {"DeferredDirectionalLight", std::unique_ptr<IDeferredLight>(new DeferredDirectionalLight),
+         sun, spot},
     };
-    for(const Case &c : cases)
+    Matrix projection;
+    MatrixPerspective(projection, deg2rad(60.0f), 1.0f, 1.0f, 10.0f);
+    for(Case &c : cases)
     {
-        PointLightPtr light = createPointLight(Pnt3f(0, 0, 0), Color3f(1, 1, 1), Black,
-                                               Vec3f(1, 0, 0));
-        beginEditCP(light, Light::ShadowIntensityFieldMask);
-        light->setShadowIntensity(c.own);
-        endEditCP(light, Light::ShadowIntensityFieldMask);
-
-        DeferredPointLight deferredLight;
-        deferredLight.update(Matrix(), Matrix(), Vec2f(1, 10), light, c.global);
-        EXPECT_EQ(deferredLight.getCastShadows(), c.casts) << c.global << " " << c.own;
-        EXPECT_EQ(deferredLight.getShadowIntensity(), c.intensity);
-        Real32 uploaded = -1;
-        EXPECT_TRUE(deferredLight.getParameterChunk()->getUniformParameter("fShadowIntensity",
-                                                                            uploaded));
-        EXPECT_EQ(uploaded, c.intensity);
-        subRefCP(light);
+        SCOPED_TRACE(c.name);
+        c.deferredLight->update(Matrix(), projection, Vec2f(1, 10), c.own, 1.0f);
+        auto *volumeLight = dynamic_cast<DeferredPointLight *>(c.deferredLight.get());
+        const Matrix before = volumeLight ? volumeLight->getVolumeTransform()->getMatrix()
+                                          : Matrix();
+        LogCapture log(LOG_WARNING);
+        c.deferredLight->update(Matrix(), projection, Vec2f(1, 10), c.wrong, 1.0f);
+        c.deferredLight->update(Matrix(), projection, Vec2f(1, 10), NullFC, 1.0f);
+        EXPECT_EQ(log.count(std::string(c.name) +
+                            "::update - Wrong osg light type for update!"), 2u);
+        Vec3f diffuse;
+        EXPECT_TRUE(c.deferredLight->getParameterChunk()->getUniformParameter("vLightDiffuse",
+                                                                               diffuse));
+        EXPECT_EQ(diffuse, Vec3f(0.2f, 0.4f, 0.6f));
+        EXPECT_EQ(c.deferredLight->getVolumeRoot()->getTravMask(), 0xFFFFFFFFu);
+        if(volumeLight)
+        {
+            EXPECT_TRUE(volumeLight->getVolumeTransform()->getMatrix().equals(before, 0.0f));
+        }
     }
+    subRefCP(sun);
+    subRefCP(spot);
+    subRefCP(point);
 }
 
 TEST_F(DeferredPointLightTest, FaceCamerasClipToSceneAndRange)
@@ -440,11 +383,7 @@ TEST_F(DeferredPointLightTest, SamplersGetTheUnitsOfTheirTextures)
     addRefCP(sun);
     // Shadow maps follow these; the shadow tests bind them.
     for(LightPtr light : {LightPtr(point), LightPtr(spot), LightPtr(sun)})
-    {
-        beginEditCP(light, Light::ShadowIntensityFieldMask);
-        light->setShadowIntensity(1.0f);
-        endEditCP(light, Light::ShadowIntensityFieldMask);
-    }
+        setShadowIntensity(light, 1.0f);
     viewport->addLight(point);
     viewport->addLight(spot);
     viewport->addLight(sun);
@@ -543,9 +482,7 @@ TEST_F(DeferredPointLightTest, LightsSharingAProgramEachAddTheirOwnLight)
             lights[i] = createPointLight(positions[i], diffuse[i], specular[i], attenuations[i]);
         for(int i = 0; i < 3; ++i)
         {
-            beginEditCP(lights[i], Light::ShadowIntensityFieldMask);
-            lights[i]->setShadowIntensity(i == 1 ? c.middleShadowIntensity : 1.0f);
-            endEditCP(lights[i], Light::ShadowIntensityFieldMask);
+            setShadowIntensity(lights[i], i == 1 ? c.middleShadowIntensity : 1.0f);
         }
 
         // Each light alone, summed; without shadows, as the lighting model

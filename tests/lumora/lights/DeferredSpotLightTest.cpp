@@ -1,9 +1,8 @@
-#include "DeferredSceneTest.h"
-#include "LitImage.h"
+#include "support/DeferredScene.h"
+#include "support/Lighting.h"
 
 #include <Lumora/DeferredSpotLight.h>
 
-#include <OpenSG/OSGSpotLight.h>
 #include <OpenSG/OSGTransform.h>
 
 #include <algorithm>
@@ -12,101 +11,26 @@
 #include <vector>
 
 using namespace osg;
-using lighttest::DeferredSceneTest;
-using lighttest::LitImage;
-using lighttest::Phong;
-using lighttest::phong;
+using namespace testsupport;
 
 namespace
 {
 
-const Pnt3f Eye(0, 0, 5);
+typedef SpotLightParams SpotParams;
+typedef SurfaceParams   Surface;
 
-struct SpotParams
-{
-    Pnt3f   position;
-    Vec3f   direction;
-    Real32  cutOff;       // half angle, radians
-    Real32  exponent;
-    Vec3f   attenuation;  // constant, linear, quadratic
-    Color3f diffuse;
-    Color3f specular;
-};
-
-struct Surface
-{
-    Color3f diffuse;
-    Color3f specular;
-    Real32  shininess;
-};
-
-Vec3f unit(Vec3f v)
-{
-    v.normalize();
-    return v;
-}
-
-// Angle between the spot axis and the ray from the light through P.
-Real32 angleFromAxis(const SpotParams &light, const Pnt3f &P)
-{
-    Vec3f  toP    = unit(P - light.position);
-    Real32 cosine = unit(light.direction).dot(toP);
-    return std::acos(std::max(-1.0f, std::min(1.0f, cosine)));
-}
-
-// The spot light's colour at P on a surface facing +Z, as the lowest and
-// highest value over the shininess the G-buffer can carry.
 void expectedColour(const SpotParams &light, const Surface &surface, const Pnt3f &P,
                     Vec3f &low, Vec3f &high)
 {
-    low.setValues(0, 0, 0);
-    high.setValues(0, 0, 0);
-
-    Vec3f  L = light.position - P;
-    Real32 d = L.length();
-    L.normalize();
-
-    Real32 spot = -unit(light.direction).dot(L);
-    if(spot <= std::cos(light.cutOff))
-        return;
-
-    Real32 att    = 1.0f / (light.attenuation[0] + light.attenuation[1] * d +
-                            light.attenuation[2] * d * d);
-    Real32 factor = att * std::pow(spot, light.exponent);
-
-    const Vec3f N(0, 0, 1);
-    Phong a = phong(P, N, Eye, L, surface.diffuse, surface.specular,
-                    lighttest::shininessLow(surface.shininess), light.diffuse, light.specular);
-    Phong b = phong(P, N, Eye, L, surface.diffuse, surface.specular,
-                    lighttest::shininessHigh(surface.shininess), light.diffuse, light.specular);
-    for(int c = 0; c < 3; ++c)
-    {
-        Real32 va = factor * (a.diffuse[c] + a.specular[c]);
-        Real32 vb = factor * (b.diffuse[c] + b.specular[c]);
-        low [c] = std::min(va, vb);
-        high[c] = std::max(va, vb);
-    }
+    const ColourRange range = lightAt(light, surface, P, Vec3f(0, 0, 1), Pnt3f(0, 0, 5));
+    low  = range.low;
+    high = range.high;
 }
 
 class DeferredSpotLightTest : public DeferredSceneTest
 {
   protected:
-    SpotLightPtr createSpot(const SpotParams &p)
-    {
-        SpotLightPtr light = SpotLight::create();
-        addRefCP(light);
-        beginEditCP(light);
-        light->setPosition(p.position[0], p.position[1], p.position[2]);
-        light->setDirection(p.direction);
-        light->setSpotCutOff(p.cutOff);
-        light->setSpotExponent(p.exponent);
-        light->setAttenuation(p.attenuation[0], p.attenuation[1], p.attenuation[2]);
-        light->setDiffuse (Color4f(p.diffuse [0], p.diffuse [1], p.diffuse [2], 1));
-        light->setSpecular(Color4f(p.specular[0], p.specular[1], p.specular[2], 1));
-        light->setShadowIntensity(1.0f);
-        endEditCP(light);
-        return light;
-    }
+    SpotLightPtr createSpot(const SpotParams &p) { return makeLight(p); }
 
     void addSurface(const Surface &s)
     {
@@ -121,7 +45,7 @@ class DeferredSpotLightTest : public DeferredSceneTest
                      int &inside, int &outside)
     {
         LitImage                   image(viewport);
-        lighttest::PixelMismatches mismatches;
+        testsupport::PixelMismatches mismatches;
         inside = outside = 0;
         for(int y = 0; y < Size; ++y)
         {
@@ -185,26 +109,6 @@ TEST_P(SpotLightConeTest, InsideFollowsTheEquationAndOutsideIsBlack)
     subRefCP(light);
 }
 
-// Exactly along +Y the cone has no axis to turn about; a mirrored cone
-// would flip its winding and culling would leave a camera inside it
-// seeing nothing.
-TEST_F(DeferredSpotLightTest, StraightUpWithTheCameraInsideTheCone)
-{
-    const SpotParams light   = {Pnt3f(0, -2, 4), Vec3f(0, 1, 0), deg2rad(60.0f), 1.0f,
-                                Vec3f(1, 0, 0.05f), Color3f(1, 1, 1), Color3f(0, 0, 0)};
-    const Surface    surface = {Color3f(0.8f, 0.8f, 0.8f), Color3f(0, 0, 0), 1.0f};
-    addSurface(surface);
-    SpotLightPtr spot = createSpot(light);
-    viewport->addLight(spot);
-    renderFrame();
-
-    int inside = 0, outside = 0;
-    expectImage(light, surface, OneDegree, inside, outside);
-    EXPECT_GT(inside,  100);
-    EXPECT_GT(outside, 100);
-    subRefCP(spot);
-}
-
 INSTANTIATE_TEST_SUITE_P(
     DeferredSpotLight, SpotLightConeTest,
     testing::Values(
@@ -226,7 +130,14 @@ INSTANTIATE_TEST_SUITE_P(
                  {Pnt3f(0, 0, 6), Vec3f(0, 0, -1), deg2rad(20.0f), 1.0f,
                   Vec3f(1, 0, 0.02f), Color3f(1, 1, 1), Color3f(1, 1, 1)},
                  {Color3f(0.8f, 0.8f, 0.8f), Color3f(0.5f, 0.5f, 0.5f), 16.0f}},
-        // Just off +Y, with the camera inside the cone; exactly +Y below.
+        // Exactly along +Y the cone has no axis to turn about; a mirrored
+        // cone would flip its winding, and culling would leave a camera
+        // inside it seeing nothing.
+        ConeCase{"StraightUpCameraInside",
+                 {Pnt3f(0, -2, 4), Vec3f(0, 1, 0), deg2rad(60.0f), 1.0f,
+                  Vec3f(1, 0, 0.05f), Color3f(1, 1, 1), Color3f(0, 0, 0)},
+                 {Color3f(0.8f, 0.8f, 0.8f), Color3f(0, 0, 0), 1.0f}},
+        // Just off +Y, with the camera inside the cone.
         ConeCase{"NearlyStraightUpCameraInside",
                  {Pnt3f(0, -2, 4), Vec3f(0, 1, 0.001f), deg2rad(60.0f), 1.0f,
                   Vec3f(1, 0, 0.05f), Color3f(1, 1, 1), Color3f(0, 0, 0)},
@@ -421,7 +332,7 @@ TEST_F(DeferredSpotLightTest, BeaconPlacesAndTurnsTheLight)
     const Vec3f  offset(0.4f, -0.3f, 1.6f);
     TransformPtr beaconCore = Transform::create();
     beginEditCP(beaconCore, Transform::MatrixFieldMask);
-    beaconCore->setMatrix(lighttest::rotateXThenTranslate(angle, offset));
+    beaconCore->setMatrix(testsupport::rotateXThenTranslate(angle, offset));
     endEditCP(beaconCore, Transform::MatrixFieldMask);
     NodePtr beacon = makeNodeFor(beaconCore);
     beginEditCP(light, Light::BeaconFieldMask);

@@ -5,7 +5,6 @@
 
 #include "support/FloatTexture.h"
 #include "support/GLTest.h"
-#include "support/LiveObjects.h"
 #include "support/TextureImage.h"
 
 #include <algorithm>
@@ -16,7 +15,6 @@
 #include <vector>
 
 using namespace osg;
-using testsupport::LiveObjects;
 using testsupport::TextureImage;
 
 namespace
@@ -206,13 +204,6 @@ class DeferredCMBPostProcessorTest : public testsupport::GLTest
     std::unique_ptr<DeferredCMBPostProcessor> cmb{new DeferredCMBPostProcessor()};
 };
 
-TEST_F(DeferredCMBPostProcessorTest, BlurScaleDefaultsAndIsSet)
-{
-    EXPECT_FLOAT_EQ(cmb->blurScale, 0.03f);
-    cmb->setBlurScale(0.5f);
-    EXPECT_FLOAT_EQ(cmb->blurScale, 0.5f);
-}
-
 TEST_F(DeferredCMBPostProcessorTest, WithoutRotationTheImageIsUnchanged)
 {
     struct Case
@@ -336,21 +327,6 @@ TEST(DeferredCMBPostProcessorClock, CountsMillisecondsWithoutGlut)
     const Real32 end = DeferredCMBPostProcessor::getElapsedTime();
     EXPECT_GE(end - start, 29.0f);
     EXPECT_LT(end - start, 5000.0f);
-}
-
-TEST_F(DeferredCMBPostProcessorTest, DestroyingItReleasesEverythingItCreated)
-{
-    auto cycle = [&]() {
-        cmb.reset(new DeferredCMBPostProcessor());
-        cmb->setBlurScale(0.5f);
-        twoFrames(viewing(0, 0), viewing(deg(5), 0), 40);
-        cmb.reset();
-        window->frameExit();
-    };
-    cycle();
-    const LiveObjects before = LiveObjects::count();
-    cycle();
-    EXPECT_EQ(testsupport::differences(before, LiveObjects::count()), "");
 }
 
 } // namespace

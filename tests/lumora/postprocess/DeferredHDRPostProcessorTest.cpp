@@ -7,7 +7,6 @@
 
 #include "support/FloatTexture.h"
 #include "support/GLTest.h"
-#include "support/LiveObjects.h"
 #include "support/TextureImage.h"
 
 #include <algorithm>
@@ -15,7 +14,6 @@
 #include <memory>
 
 using namespace osg;
-using testsupport::LiveObjects;
 using testsupport::TextureImage;
 
 namespace
@@ -92,12 +90,6 @@ class DeferredHDRPostProcessorTest : public testsupport::GLTest
 double tolerance(double bloom)
 {
     return 2e-3 + 0.03 * bloom;
-}
-
-TEST_F(DeferredHDRPostProcessorTest, DefaultsAreThoseOfTheViewportSettings)
-{
-    EXPECT_FLOAT_EQ(hdr->exposure, 1.64f);
-    EXPECT_FLOAT_EQ(hdr->brightPassThreshold, 1.0f);
 }
 
 // With the threshold out of reach there is no bloom: the curve alone.
@@ -282,22 +274,6 @@ TEST_F(DeferredHDRPostProcessorTest, TargetsTakeTheViewportSizeAndAQuarterOfItWh
         resized.resize(c.left, c.bottom, c.right, c.top);
         check(resized);
     }
-}
-
-TEST_F(DeferredHDRPostProcessorTest, DestroyingItReleasesEverythingItCreated)
-{
-    TextureChunkPtr image = constant(0.5f);
-    auto cycle = [&]() {
-        hdr.reset(new DeferredHDRPostProcessor());
-        frame(image);
-        hdr.reset();
-        window->frameExit();
-    };
-    // The first run makes the process-wide downscale and blur programs.
-    cycle();
-    const LiveObjects before = LiveObjects::count();
-    cycle();
-    EXPECT_EQ(testsupport::differences(before, LiveObjects::count()), "");
 }
 
 } // namespace

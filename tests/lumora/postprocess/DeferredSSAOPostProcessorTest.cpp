@@ -7,7 +7,6 @@
 #include <boost/random/uniform_real_distribution.hpp>
 
 #include "PostProcessorTest.h"
-#include "support/LiveObjects.h"
 #include "support/TextureImage.h"
 
 #include <algorithm>
@@ -349,54 +348,6 @@ TEST_F(DeferredSSAOPostProcessorTest, PixelsWithoutGeometryKeepTheExactSceneColo
         for(int x = 0; x < Size; ++x)
             for(int ch = 0; ch < 3; ++ch)
                 ASSERT_EQ(out.at(x, y, ch), checkerColour(x, y)[ch]) << x << "," << y;
-}
-
-TEST_F(DeferredSSAOPostProcessorTest, KernelAndNoiseAreTheSameOnEveryRun)
-{
-    RenderTarget &gbuffer = makeGBuffer(steepCorner);
-    const Randomness expected;
-
-    for(int run = 0; run < 2; ++run)
-    {
-        SCOPED_TRACE(run);
-        DeferredSSAOPostProcessor ssao;
-        ssao.initialize(window, 0, 0, Size - 1, Size - 1, gbuffer, 2);
-
-        MFVec3f samples;
-        ASSERT_TRUE(ssao.getSSAOShader()->getUniformParameter("Samples", samples));
-        ASSERT_EQ(samples.size(), expected.samples.size());
-        for(std::size_t i = 0; i < samples.size(); ++i)
-            for(int c = 0; c < 3; ++c)
-                EXPECT_EQ(samples[i][c], expected.samples[i][c]) << i;
-
-        ImagePtr noise = ssao.getNoiseTexture()->getImage();
-        ASSERT_EQ(noise->getWidth(),  4);
-        ASSERT_EQ(noise->getHeight(), 4);
-        ASSERT_EQ(noise->getDataType(), Int32(Image::OSG_FLOAT32_IMAGEDATA));
-        const Real32 *texels = reinterpret_cast<const Real32 *>(noise->getData());
-        for(std::size_t i = 0; i < expected.noise.size(); ++i)
-            for(int c = 0; c < 3; ++c)
-                EXPECT_EQ(texels[i * 3 + c], expected.noise[i][c]) << i;
-    }
-}
-
-TEST_F(DeferredSSAOPostProcessorTest, ReleasesEverythingItCreated)
-{
-    RenderTarget   &gbuffer = makeGBuffer(steepCorner);
-    TextureChunkPtr scene   = makeScene(checkerColour);
-
-    auto cycle = [&]() {
-        DeferredSSAOPostProcessor ssao;
-        render(ssao, gbuffer, scene, {0, 0, Size - 1, Size - 1}, nullptr);
-    };
-    // Uploads the inputs and anything the runtime keeps for the process.
-    cycle();
-    window->frameExit();
-
-    const testsupport::LiveObjects before = testsupport::LiveObjects::count();
-    cycle();
-    window->frameExit();
-    EXPECT_EQ(testsupport::differences(before, testsupport::LiveObjects::count()), "");
 }
 
 } // namespace

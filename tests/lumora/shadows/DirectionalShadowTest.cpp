@@ -1,5 +1,5 @@
-#include "lumora/lights/DeferredSceneTest.h"
-#include "lumora/lights/LitImage.h"
+#include "support/DeferredScene.h"
+#include "support/Lighting.h"
 #include "lumora/shadows/ShadowTestGeometry.h"
 
 #include <OpenSG/OSGDirectionalLight.h>
@@ -11,10 +11,8 @@
 #include <cmath>
 
 using namespace osg;
+using namespace testsupport;
 using namespace shadowtest;
-using lighttest::DeferredSceneTest;
-using lighttest::LitImage;
-using lighttest::PixelMismatches;
 
 namespace
 {

@@ -3,17 +3,15 @@
 #include <OpenSG/OSGBaseFunctions.h>
 #include <OpenSG/OSGDirectionalLight.h>
 #include <OpenSG/OSGGroup.h>
-#include <OpenSG/OSGPassiveWindow.h>
 #include <OpenSG/OSGPerspectiveCamera.h>
 #include <OpenSG/OSGPointLight.h>
-#include <OpenSG/OSGRenderAction.h>
 #include <OpenSG/OSGSimpleGeometry.h>
 #include <OpenSG/OSGSimpleMaterial.h>
 #include <OpenSG/OSGSolidBackground.h>
 #include <OpenSG/OSGSpotLight.h>
 #include <OpenSG/OSGTransform.h>
 
-#include "support/GLTest.h"
+#include "support/DeferredScene.h"
 #include "support/LiveObjects.h"
 #include "support/LogCapture.h"
 
@@ -116,43 +114,17 @@ struct LitScene
     }
 };
 
-class DeferredViewportLifetimeTest : public testsupport::GLTest
+class DeferredViewportLifetimeTest : public testsupport::WindowTest
 {
   protected:
-    void SetUp() override
-    {
-        GLTest::SetUp();
-        window = PassiveWindow::create();
-        addRefCP(window);
-        window->init();
-        window->resize(Size, Size);
-        action = RenderAction::create();
-    }
+    int windowWidth () const override { return Size; }
+    int windowHeight() const override { return Size; }
 
-    void TearDown() override
-    {
-        delete action;
-        subRefCP(window);
-        GLTest::TearDown();
-    }
-
-    void attach(DeferredRenderingViewportPtr viewport)
-    {
-        beginEditCP(window, Window::PortFieldMask);
-        window->addPort(viewport);
-        endEditCP(window, Window::PortFieldMask);
-    }
-
-    void detach(DeferredRenderingViewportPtr viewport)
-    {
-        beginEditCP(window, Window::PortFieldMask);
-        window->subPort(viewport);
-        endEditCP(window, Window::PortFieldMask);
-    }
-
-    PassiveWindowPtr  window;
-    RenderAction     *action = nullptr;
+    void attach(DeferredRenderingViewportPtr viewport) { addPort(viewport); }
+    void detach(DeferredRenderingViewportPtr viewport) { subPort(viewport); }
 };
+
+} // namespace
 
 TEST_F(DeferredViewportLifetimeTest, DestroyingTheViewportAndSceneReleasesEverything)
 {
@@ -246,5 +218,3 @@ TEST_F(DeferredViewportLifetimeTest, RenderWithoutAnActionWarnsAndDrawsNothing)
     detach(viewport);
     subRefCP(viewport);
 }
-
-} // namespace

@@ -1,26 +1,17 @@
-#include <Lumora/DeferredRenderingViewport.h>
+#include "support/DeferredScene.h"
+#include "support/LiveObjects.h"
+#include "support/LogCapture.h"
+#include "support/SceneSetup.h"
 
 #include <OpenSG/OSGBlendChunk.h>
 #include <OpenSG/OSGFieldContainerFactory.h>
-#include <OpenSG/OSGGroup.h>
-#include <OpenSG/OSGMatrixUtility.h>
-#include <OpenSG/OSGPassiveWindow.h>
-#include <OpenSG/OSGPerspectiveCamera.h>
 #include <OpenSG/OSGSHLParameterChunk.h>
-#include <OpenSG/OSGSimpleGeometry.h>
-#include <OpenSG/OSGSimpleMaterial.h>
-#include <OpenSG/OSGSolidBackground.h>
-#include <OpenSG/OSGTransform.h>
-
-#include "support/GLTest.h"
-#include "support/LogCapture.h"
-#include "support/PixelProbe.h"
 
 #include <cmath>
 #include <vector>
 
 using namespace osg;
-using testsupport::RGBAf;
+using namespace testsupport;
 
 namespace
 {
@@ -49,106 +40,28 @@ SimpleMaterialPtr createMaterial(Color3f diffuse, Real32 transparency = 0.0f)
 
 NodePtr createPlane(Real32 size, Real32 z, MaterialPtr material)
 {
-    GeometryPtr geometry = makePlaneGeo(size, size, 1, 1);
-    beginEditCP(geometry, Geometry::MaterialFieldMask);
-    geometry->setMaterial(material);
-    endEditCP(geometry, Geometry::MaterialFieldMask);
-
-    TransformPtr transform = Transform::create();
-    Matrix m;
-    m.setTranslate(0, 0, z);
-    beginEditCP(transform, Transform::MatrixFieldMask);
-    transform->setMatrix(m);
-    endEditCP(transform, Transform::MatrixFieldMask);
-
-    NodePtr node = makeNodeFor(transform);
-    beginEditCP(node, Node::ChildrenFieldMask);
-    node->addChild(makeNodeFor(geometry));
-    endEditCP(node, Node::ChildrenFieldMask);
-    return node;
+    return makeRect(-size / 2, -size / 2, size / 2, size / 2, z, material);
 }
 
-// A 64x64 window looking down -Z from (0, 0, 5) at a scene around the origin.
-class DeferredViewportTest : public testsupport::GLTest
+// A 64x64 window looking down -Z from (0, 0, 5) at a scene around the
+// origin, over a coloured background.
+class DeferredViewportTest : public DeferredSceneTest
 {
   protected:
-    void SetUp() override
+    DeferredSceneOptions sceneOptions() const override
     {
-        GLTest::SetUp();
-
-        window = PassiveWindow::create();
-        addRefCP(window);
-        window->init();
-        window->resize(Size, Size);
-
-        root = makeNodeFor(Group::create());
-        addRefCP(root);
-
-        NodePtr beacon = makeNodeFor(Transform::create());
-        Matrix  m;
-        m.setTranslate(0, 0, 5);
-        TransformPtr::dcast(beacon->getCore())->setMatrix(m);
-        beginEditCP(root, Node::ChildrenFieldMask);
-        root->addChild(beacon);
-        endEditCP(root, Node::ChildrenFieldMask);
-
-        camera = PerspectiveCamera::create();
-        addRefCP(camera);
-        beginEditCP(camera);
-        camera->setBeacon(beacon);
-        camera->setFov(deg2rad(60.0f));
-        camera->setNear(1.0f);
-        camera->setFar(10.0f);
-        endEditCP(camera);
-
-        background = SolidBackground::create();
-        addRefCP(background);
-        beginEditCP(background);
-        background->setColor(Color3f(0.2f, 0.4f, 0.6f));
-        background->setAlpha(0.0f);
-        endEditCP(background);
-
-        viewport = createViewport();
-        addRefCP(viewport);
-        beginEditCP(viewport);
-        viewport->setCamera(camera);
-        viewport->setBackground(background);
-        viewport->setRoot(root);
-        viewport->setSize(0, 0, 1, 1);
-        endEditCP(viewport);
-        beginEditCP(window, Window::PortFieldMask);
-        window->addPort(viewport);
-        endEditCP(window, Window::PortFieldMask);
-
-        action = RenderAction::create();
+        DeferredSceneOptions options;
+        options.background = Color3f(0.2f, 0.4f, 0.6f);
+        return options;
     }
 
-    void TearDown() override
-    {
-        delete action;
-        beginEditCP(window, Window::PortFieldMask);
-        window->subPort(viewport);
-        endEditCP(window, Window::PortFieldMask);
-        subRefCP(viewport);
-        subRefCP(background);
-        subRefCP(camera);
-        subRefCP(root);
-        subRefCP(window);
-        GLTest::TearDown();
-    }
-
-    void addToScene(NodePtr node)
-    {
-        beginEditCP(root, Node::ChildrenFieldMask);
-        root->addChild(node);
-        endEditCP(root, Node::ChildrenFieldMask);
-    }
+    void addToScene(NodePtr node) { scene->addToRoot(node); }
 
     RGBAf gbufferTexel(int index, int x, int y)
     {
         TextureChunkPtr texture = viewport->getGBufferTarget().getTargetTexture(index);
         glBindTexture(GL_TEXTURE_2D, texture->getGLTextureName());
-        RGBAf texel = testsupport::readTexelFloat(x, y);
+        RGBAf texel = readTexelFloat(x, y);
         glBindTexture(GL_TEXTURE_2D, 0);
         return texel;
     }
@@ -163,13 +76,6 @@ class DeferredViewportTest : public testsupport::GLTest
         glBindTexture(GL_TEXTURE_2D, 0);
         return depth[y * Size + x];
     }
-
-    PassiveWindowPtr             window;
-    NodePtr                      root;
-    PerspectiveCameraPtr         camera;
-    SolidBackgroundPtr           background;
-    DeferredRenderingViewportPtr viewport;
-    RenderAction                *action;
 };
 
 // Window depth of an eye-space distance d in front of a perspective camera.
@@ -198,7 +104,7 @@ TEST(DeferredViewportType, FactoryViewportIsPopulatedButNotInitialised)
     EXPECT_EQ(SFDeferredRenderingViewportPtr::getClassType().getName(),
               "SFDeferredRenderingViewportPtr");
 
-    testsupport::LogCapture log(LOG_WARNING);
+    LogCapture log(LOG_WARNING);
     viewport->dump();
     EXPECT_TRUE(log.contains("Dump DeferredRenderingViewport NI\n")) << log.text();
     EXPECT_EQ(log.count("\n"), 1u);
@@ -301,13 +207,13 @@ TEST_F(DeferredViewportTest, MissingContainersWarnAndDrawNothing)
 
         glClearColor(0.25f, 0.5f, 0.75f, 1.0f);
         glClear(GL_COLOR_BUFFER_BIT);
-        testsupport::LogCapture log(LOG_WARNING);
+        LogCapture log(LOG_WARNING);
         viewport->render(action);
 
         EXPECT_TRUE(log.contains(c.message)) << log.text();
         EXPECT_EQ(log.count("DeferredRenderingViewport::render"), 1u);
         // The clear colour untouched; 0.5 may round either way.
-        testsupport::RGBA8 pixel = testsupport::readPixelRGBA8(32, 32);
+        RGBA8 pixel = readPixelRGBA8(32, 32);
         EXPECT_NEAR(pixel.r, 0.25f * 255, 1);
         EXPECT_NEAR(pixel.g, 0.5f * 255, 1);
         EXPECT_NEAR(pixel.b, 0.75f * 255, 1);
@@ -319,7 +225,7 @@ TEST_F(DeferredViewportTest, MissingContainersWarnAndDrawNothing)
 TEST_F(DeferredViewportTest, ZeroSizeWindowEndsTheFrameSilently)
 {
     window->resize(0, Size);
-    testsupport::LogCapture log(LOG_WARNING);
+    LogCapture log(LOG_WARNING);
     viewport->render(action);
     EXPECT_TRUE(log.text().empty());
     EXPECT_EQ(viewport->getLastWidth(), -1);
@@ -383,11 +289,11 @@ TEST_F(DeferredViewportTest, TransparentGeometryIsDrawnForwardOverTheLitImage)
     // background wrote into every G-buffer texture) around the plane.
     const Color3f emission(0.1f, 0.2f, 0.3f);
     const Color3f glass(1, 0, 0);
-    testsupport::RGBA8 centre = testsupport::readPixelRGBA8(32, 32);
+    RGBA8 centre = readPixelRGBA8(32, 32);
     EXPECT_NEAR(centre.r, 255 * (0.5f * glass[0] + 0.5f * emission[0]), 2);
     EXPECT_NEAR(centre.g, 255 * (0.5f * glass[1] + 0.5f * emission[1]), 2);
     EXPECT_NEAR(centre.b, 255 * (0.5f * glass[2] + 0.5f * emission[2]), 2);
-    testsupport::RGBA8 corner = testsupport::readPixelRGBA8(4, 4);
+    RGBA8 corner = readPixelRGBA8(4, 4);
     EXPECT_NEAR(corner.r, 255 * 0.2f, 1);
     EXPECT_NEAR(corner.g, 255 * 0.4f, 1);
     EXPECT_NEAR(corner.b, 255 * 0.6f, 1);
@@ -421,4 +327,86 @@ TEST_F(DeferredViewportTest, OnePixelResizeRecreatesBothTargets)
     EXPECT_EQ(light.getTargetTexture(1), gbuffer.getTargetTexture(4));
     EXPECT_EQ(light.getTargetTexture(0)->getImage()->getDataType(),
               Int32(Image::OSG_FLOAT16_IMAGEDATA));
+}
+
+// Materials belong to the application: a viewport that goes, or that alone
+// still holds a material, gives back what it added and what it silenced.
+TEST_F(DeferredViewportTest, ViewportsGiveTheApplicationsMaterialsBack)
+{
+    SimpleMaterialPtr opaque = createMaterial(Color3f(0.8f, 0.4f, 0.2f));
+    SimpleMaterialPtr glass  = createMaterial(Color3f(1, 0, 0), 0.5f);
+    BlendChunkPtr     blend  = BlendChunk::create();
+    SHLChunkPtr       shader = SHLChunk::create();
+    beginEditCP(opaque, ChunkMaterial::ChunksFieldMask);
+    opaque->addChunk(blend);
+    opaque->addChunk(shader);
+    endEditCP(opaque, ChunkMaterial::ChunksFieldMask);
+    addRefCP(opaque);
+    addRefCP(glass);
+    addToScene(createPlane(1, 0, opaque));
+    addToScene(createPlane(1, 1, glass));
+    const std::size_t opaqueChunks = opaque->getChunks().size();
+    const std::size_t glassChunks  = glass->getChunks().size();
+
+    DeferredRenderingViewportPtr other = scene->makeViewport();
+    other->prepareScene(root);
+    ASSERT_GE(opaque->find(other->getGBufferShader()), 0);
+    ASSERT_GT(glass->getChunks().size(), glassChunks);
+    ASSERT_TRUE(blend->getIgnore());
+    ASSERT_TRUE(shader->getIgnore());
+
+    subRefCP(other);
+    EXPECT_EQ(opaque->getChunks().size(), opaqueChunks);
+    EXPECT_EQ(glass->getChunks().size(),  glassChunks);
+    EXPECT_FALSE(blend->getIgnore());
+    EXPECT_FALSE(shader->getIgnore());
+    subRefCP(glass);
+    subRefCP(opaque);
+
+    // A model dropped from the scene: at the next preparation the viewport
+    // lets go of its material, and nothing of it is left.
+    viewport->prepareScene(root);
+    const LiveObjects before = LiveObjects::countContainers();
+    NodePtr model = createPlane(1, 0, createMaterial(Color3f(0, 1, 0)));
+    addRefCP(model);
+    addToScene(model);
+    viewport->prepareScene(root);
+    beginEditCP(root, Node::ChildrenFieldMask);
+    root->subChild(model);
+    endEditCP(root, Node::ChildrenFieldMask);
+    subRefCP(model);
+    viewport->prepareScene(root);
+    EXPECT_EQ(differences(before, LiveObjects::countContainers()), "");
+}
+
+// Disabled: fails today. The second viewport to prepare a shared material
+// takes the first one's G-buffer shader and blend chunk for the
+// application's and silences them, so the first draws the material without
+// its shader; when the first goes, the second later un-silences the
+// destroyed chunks and crashes.
+TEST_F(DeferredViewportTest, DISABLED_TwoViewportsSharingAMaterialEachKeepTheirOwnShader)
+{
+    SimpleMaterialPtr shared = createMaterial(Color3f(0.8f, 0.4f, 0.2f));
+    BlendChunkPtr     blend  = BlendChunk::create();
+    beginEditCP(shared, ChunkMaterial::ChunksFieldMask);
+    shared->addChunk(blend);
+    endEditCP(shared, ChunkMaterial::ChunksFieldMask);
+    addRefCP(shared);
+    addToScene(createPlane(1, 0, shared));
+    const std::size_t chunks = shared->getChunks().size();
+
+    DeferredRenderingViewportPtr first  = scene->makeViewport();
+    DeferredRenderingViewportPtr second = scene->makeViewport();
+    first->prepareScene(root);
+    second->prepareScene(root);
+    EXPECT_FALSE(first->getGBufferShader()->getIgnore());
+    EXPECT_FALSE(second->getGBufferShader()->getIgnore());
+
+    subRefCP(first);
+    EXPECT_GE(shared->find(second->getGBufferShader()), 0);
+    EXPECT_TRUE(blend->getIgnore());
+    subRefCP(second);
+    EXPECT_EQ(shared->getChunks().size(), chunks);
+    EXPECT_FALSE(blend->getIgnore());
+    subRefCP(shared);
 }

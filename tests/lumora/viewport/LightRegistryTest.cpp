@@ -1,5 +1,5 @@
-#include "lumora/lights/DeferredSceneTest.h"
-#include "lumora/lights/LitImage.h"
+#include "support/DeferredScene.h"
+#include "support/Lighting.h"
 
 #include <Lumora/DeferredDirectionalLight.h>
 #include <Lumora/DeferredLightBatch.h>
@@ -47,8 +47,7 @@ OSG_FC_IMPL(HemisphereLight, "Light")
 } // namespace registrytest
 
 using namespace osg;
-using lighttest::DeferredSceneTest;
-using lighttest::LitImage;
+using namespace testsupport;
 using registrytest::HemisphereLight;
 using registrytest::HemisphereLightPtr;
 
@@ -394,8 +393,9 @@ TEST_F(DeferredLightRegistryTest, GlobalShadowIntensityBelowOneOverridesEveryLig
         Real32 global;
         bool   fromGlobal;  // else each light's own intensity rules
     };
-    // Back to 1 at the end: the override must not stick.
-    const Case cases[] = {{1.0f, false}, {0.5f, true}, {0.0f, true}, {1.0f, false}};
+    // Above 1 overrides nothing either; back to 1 at the end: the override
+    // must not stick.
+    const Case cases[] = {{1.0f, false}, {0.5f, true}, {0.0f, true}, {2.0f, false}, {1.0f, false}};
     for(const Case &test : cases)
     {
         viewport->setGlobalShadowIntensity(test.global);
@@ -415,6 +415,11 @@ TEST_F(DeferredLightRegistryTest, GlobalShadowIntensityBelowOneOverridesEveryLig
                 EXPECT_EQ(deferred->getCastShadows(), r.ownIntensity < 1.0f);
                 EXPECT_FLOAT_EQ(deferred->getShadowIntensity(), r.ownIntensity);
             }
+            // The light pass reads the same value.
+            Real32 uploaded = -1.0f;
+            EXPECT_TRUE(deferred->getParameterChunk()->getUniformParameter("fShadowIntensity",
+                                                                            uploaded));
+            EXPECT_FLOAT_EQ(uploaded, deferred->getShadowIntensity());
         }
     }
     for(const Registered &r : registered)

@@ -1,5 +1,5 @@
-#include "lumora/lights/DeferredSceneTest.h"
-#include "lumora/lights/LitImage.h"
+#include "support/DeferredScene.h"
+#include "support/Lighting.h"
 
 #include <Lumora/IDeferredPostProcessor.h>
 
@@ -12,8 +12,7 @@
 #include <limits>
 
 using namespace osg;
-using lighttest::DeferredSceneTest;
-using lighttest::LitImage;
+using namespace testsupport;
 using testsupport::TextureImage;
 
 namespace

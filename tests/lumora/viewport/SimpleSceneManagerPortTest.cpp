@@ -1,11 +1,14 @@
 #include <Lumora/DeferredRenderingViewport.h>
 
+#include <OpenSG/OSGNavigator.h>
 #include <OpenSG/OSGPassiveWindow.h>
 #include <OpenSG/OSGSimpleGeometry.h>
 #include <OpenSG/OSGSimpleSceneManager.h>
 #include <OpenSG/OSGSolidBackground.h>
 
 #include "support/GLTest.h"
+
+#include <cmath>
 
 using namespace osg;
 
@@ -93,12 +96,26 @@ TEST_F(SimpleSceneManagerPortTest, KeepsTheApplicationsPortAndDrivesIt)
             }
 
             manager.showAll();
-            const Matrix before = manager.getCamera()->getBeacon()->getToWorld();
+            Navigator  *navigator = manager.getNavigator();
+            const Pnt3f centre    = navigator->getAt();
+            Vec3f       before    = navigator->getFrom() - centre;
             manager.mouseButtonPress(SimpleSceneManager::MouseLeft, 128, 128);
-            manager.mouseMove(160, 140);
-            manager.mouseButtonRelease(SimpleSceneManager::MouseLeft, 160, 140);
-            const Matrix after = manager.getCamera()->getBeacon()->getToWorld();
-            EXPECT_FALSE(after.equals(before, 1e-4f));
+            manager.mouseMove(160, 128);
+            manager.mouseButtonRelease(SimpleSceneManager::MouseLeft, 160, 128);
+            Vec3f after = navigator->getFrom() - centre;
+            // 32 of the port's 256 pixels are 0.25 normalised units: a turn
+            // of asin(0.25 / 0.8) on the trackball of radius 0.8, the camera
+            // going the other way from the mouse, about the centre.
+            EXPECT_NEAR(after.length(), before.length(), 1e-4f * before.length());
+            const Vec3f moved = after - before;
+            before.normalize();
+            after.normalize();
+            EXPECT_NEAR(osgrad2degree(std::acos(std::min(1.f, before.dot(after)))),
+                        osgrad2degree(std::asin(0.25f / 0.8f)), 0.05f);
+            EXPECT_LT(moved[0], 0.f);
+            EXPECT_NEAR(moved[1], 0.f, 1e-4f);
+            EXPECT_TRUE(manager.getCamera()->getBeacon()->getToWorld().equals(
+                navigator->getMatrix(), 1e-5f));
 
             manager.redraw();
             DeferredRenderingViewportPtr deferred =

@@ -1,5 +1,5 @@
-#include "lumora/lights/DeferredSceneTest.h"
-#include "lumora/lights/LitImage.h"
+#include "support/DeferredScene.h"
+#include "support/Lighting.h"
 
 #include <OpenSG/OSGPointLight.h>
 
@@ -8,9 +8,7 @@
 #include <cmath>
 
 using namespace osg;
-using lighttest::DeferredSceneTest;
-using lighttest::LitImage;
-using lighttest::PixelMismatches;
+using namespace testsupport;
 
 namespace
 {
