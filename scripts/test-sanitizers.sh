@@ -19,8 +19,4 @@ cmake --build build-sanitize -j2
 # LeakSanitizer's thread tracer now and then crashes at exit while the
 # driver's threads wind down ("Tracer caught signal 11"); a second run tells
 # that apart from a real finding, which fails both times.
-# TestModelsRender reads the same model files through the same loader as
-# AssimpTestModels, so here, where each costs minutes, the loader-only pass
-# is left to the plain run.
-ctest --test-dir build-sanitize --output-on-failure -j2 -LE install --repeat until-pass:2 \
-      -E '^AssimpTestModels\.'
+ctest --test-dir build-sanitize --output-on-failure -j2 -LE install --repeat until-pass:2

@@ -1,18 +1,17 @@
-#include "lumora/lights/DeferredSceneTest.h"
+#include "support/DeferredScene.h"
 
 #include <OpenSG/OSGDirectionalLight.h>
 #include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGSpotLight.h>
 #include <OpenSG/OSGTransform.h>
 
-#include "support/TextureImage.h"
 
 #include <cmath>
 #include <functional>
 #include <vector>
 
 using namespace osg;
-using lighttest::DeferredSceneTest;
+using testsupport::DeferredSceneTest;
 
 namespace
 {
