@@ -133,31 +133,22 @@ void Navigator::keyPress(Int16 key, Int16, Int16)
             case FORWARDS:  flyForward(-_motionFactor);      break;
             case BACKWARDS: flyForward( _motionFactor);      break;
             default:
-                SWARNING << "Navigator::keyPress: unknown key " << key << endLog;
+                SNOTICE << "Navigator::keyPress: unknown key " << key << endLog;
                 break;
         }
         return;
     }
-    Vec3f view = _at - _from;
-    view.normalize();
-    Vec3f side = view.cross(_up);
-    side.normalize();
+    // The trackball only zooms from the keyboard, as in 1.8: sideways keys
+    // do nothing and turning keys are unknown.
     switch(key)
     {
         case FORWARDS:  moveForwards( _motionFactor); break;
         case BACKWARDS: moveForwards(-_motionFactor); break;
         case LEFT:
-            _from -= side * _motionFactor;
-            _at   -= side * _motionFactor;
-            break;
         case RIGHT:
-            _from += side * _motionFactor;
-            _at   += side * _motionFactor;
             break;
-        case LEFTROT:  turnAbout(_at,  _up, -_rotationAngle); break;
-        case RIGHTROT: turnAbout(_at,  _up,  _rotationAngle); break;
         default:
-            SWARNING << "Navigator::keyPress: unknown key " << key << endLog;
+            SNOTICE << "Navigator::keyPress: unknown key " << key << endLog;
             break;
     }
 }

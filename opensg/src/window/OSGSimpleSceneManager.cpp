@@ -408,19 +408,18 @@ void SimpleSceneManager::mouseButtonRelease(UInt16 button, Int16 x, Int16 y)
     _lastY = y;
 }
 
-// w/s move forwards and back, a/d sideways, q/e turn about the point
-// looked at.
+// 1.8's keys: y/h forwards and back, j/g left and right, u/t turn.
 void SimpleSceneManager::key(UChar8 key, Int16 x, Int16 y)
 {
     initialize();
     switch(key)
     {
-        case 'w': _navigator.keyPress(Navigator::FORWARDS,  x, y); break;
-        case 's': _navigator.keyPress(Navigator::BACKWARDS, x, y); break;
-        case 'a': _navigator.keyPress(Navigator::LEFT,      x, y); break;
-        case 'd': _navigator.keyPress(Navigator::RIGHT,     x, y); break;
-        case 'q': _navigator.keyPress(Navigator::LEFTROT,   x, y); break;
-        case 'e': _navigator.keyPress(Navigator::RIGHTROT,  x, y); break;
+        case 'j': _navigator.keyPress(Navigator::LEFT,      x, y); break;
+        case 'g': _navigator.keyPress(Navigator::RIGHT,     x, y); break;
+        case 'u': _navigator.keyPress(Navigator::LEFTROT,   x, y); break;
+        case 't': _navigator.keyPress(Navigator::RIGHTROT,  x, y); break;
+        case 'y': _navigator.keyPress(Navigator::FORWARDS,  x, y); break;
+        case 'h': _navigator.keyPress(Navigator::BACKWARDS, x, y); break;
         default:  return;
     }
     _navigator.updateCameraTransformation();

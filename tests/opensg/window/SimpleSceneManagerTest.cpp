@@ -10,6 +10,7 @@
 
 #include <cmath>
 #include <memory>
+#include <string>
 
 using namespace osg;
 using testsupport::readPixelRGBA8;
@@ -189,6 +190,40 @@ TEST(SimpleSceneManagerNavigation, RightDragAndWheelMoveAlongTheViewOnly)
     m.manager->mouseButtonPress(SimpleSceneManager::MouseDown, 10, 10);
     m.manager->mouseButtonRelease(SimpleSceneManager::MouseDown, 10, 10);
     EXPECT_NEAR(m.nav()->getDistance(), start, 1e-4f);
+}
+
+// OpenSG 1.8's keys: in trackball mode y and h move along the view by the
+// motion factor; the sideways and turning keys (j, g, u, t) and any other
+// key leave the camera where it is.
+TEST(SimpleSceneManagerNavigation, TrackballKeysAreOpenSG18s)
+{
+    struct KeyCase
+    {
+        char   key;
+        Real32 closer;  // in motion factors
+    };
+    const KeyCase cases[] = {
+        {'y', 1.f}, {'h', -1.f}, {'j', 0.f}, {'g', 0.f}, {'u', 0.f}, {'t', 0.f}, {'w', 0.f},
+    };
+    for(const KeyCase &c : cases)
+    {
+        SCOPED_TRACE(std::string(1, c.key));
+        Managed      m(250, 250, Pnt3f(1.f, 2.f, -3.f));
+        const Real32 step     = 0.25f;
+        m.nav()->setMotionFactor(step);
+        const Pnt3f  at       = m.nav()->getAt();
+        const Pnt3f  from     = m.nav()->getFrom();
+        Vec3f        view     = at - from;
+        const Real32 distance = view.length();
+        view.normalize();
+
+        m.manager->key(c.key, 0, 0);
+
+        const Pnt3f wantFrom = from + view * (c.closer * step);
+        EXPECT_LT((m.nav()->getAt()   - at).length(),       1e-4f) << m.nav()->getAt();
+        EXPECT_LT((m.nav()->getFrom() - wantFrom).length(), 1e-4f) << m.nav()->getFrom();
+        EXPECT_NEAR(m.nav()->getDistance(), distance - c.closer * step, 1e-4f);
+    }
 }
 
 struct FrameCase
