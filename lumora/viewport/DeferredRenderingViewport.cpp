@@ -26,6 +26,8 @@
 #include <ctime>
 #include <cmath>
 #include <limits>
+#include <map>
+#include <set>
 
 OSG_BEGIN_NAMESPACE
 
@@ -83,6 +85,22 @@ const char *DeferredRenderingViewport::s_strGBufferFragment =
 
 namespace
 {
+// Chunks the deferred viewports put into materials: never the
+// application's to silence, whichever viewport meets them.
+std::set<const StateChunk *> &viewportChunks(void)
+{
+    static std::set<const StateChunk *> chunks;
+    return chunks;
+}
+
+// How many conversions, of any viewport, rely on an application chunk they
+// silenced; the last one to go switches it back on.
+std::map<const StateChunk *, UInt32> &silencedCounts(void)
+{
+    static std::map<const StateChunk *, UInt32> counts;
+    return counts;
+}
+
 // Occlusion queries count the light pass's pixels for pass timing. They are
 // newer than GL 1.1, so they come through the window's extension functions.
 typedef void (OSG_APIENTRY *GenQueriesProc      )(GLsizei n, GLuint *ids);
@@ -253,6 +271,8 @@ void DeferredRenderingViewport::onCreate(const DeferredRenderingViewport *)
     gbufferShader->setVertexProgram(s_strGBufferVertex);
     gbufferShader->setFragmentProgram(s_strGBufferFragment);
     endEditCP(gbufferShader);
+    viewportChunks().insert(gbufferShader.getCPtr());
+    viewportChunks().insert(gbufferBlend.getCPtr());
 
     fullscreenMaterial = ChunkMaterial::create();
     addRefCP(fullscreenMaterial);
@@ -310,7 +330,11 @@ void DeferredRenderingViewport::onDestroy(void)
     }
 
     if(gbufferShader != NullFC)
+    {
+        viewportChunks().erase(gbufferShader.getCPtr());
+        viewportChunks().erase(gbufferBlend.getCPtr());
         subRefCP(gbufferShader);
+    }
     if(fullscreenMaterial != NullFC)
         subRefCP(fullscreenMaterial);
 
@@ -403,18 +427,40 @@ Action::ResultE DeferredRenderingViewport::prepareNode(NodePtr &node)
     if(chunkMaterial->find(gbufferShader) >= 0)
         return Action::Continue;
 
+    // The state holds what the material makes itself; the chunk list also
+    // what a later chunk of the same kind, another viewport's, hides there.
+    std::vector<StateChunkPtr> candidates(state->getChunks().begin(),
+                                          state->getChunks().end());
+    candidates.insert(candidates.end(), chunkMaterial->getChunks().begin(),
+                      chunkMaterial->getChunks().end());
+    std::set<const StateChunk *> seen;
+
     Conversion conversion{chunkMaterial, NullFC, {}};
     bool useDiffuseTexture = false;
-    for(UInt32 i = 0; i < state->getChunks().size(); ++i)
+    for(UInt32 i = 0; i < candidates.size(); ++i)
     {
-        StateChunkPtr chunk = state->getChunks()[i];
-        if(chunk == NullFC)
+        StateChunkPtr chunk = candidates[i];
+        if(chunk == NullFC || !seen.insert(chunk.getCPtr()).second)
             continue;
 
         if(BlendChunkPtr::dcast(chunk) != NullFC || SHLChunkPtr::dcast(chunk) != NullFC)
         {
+            // Another viewport's G-buffer chunks stay; an application chunk
+            // switched off by the application itself stays off after us.
+            if(viewportChunks().count(chunk.getCPtr()) != 0)
+                continue;
+            std::map<const StateChunk *, UInt32>::iterator count =
+                silencedCounts().find(chunk.getCPtr());
             if(!chunk->getIgnore())
+            {
+                silencedCounts()[chunk.getCPtr()] = 1;
                 conversion.silenced.push_back(chunk);
+            }
+            else if(count != silencedCounts().end())
+            {
+                ++count->second;
+                conversion.silenced.push_back(chunk);
+            }
             beginEditCP(chunk, StateChunk::IgnoreFieldMask);
             chunk->setIgnore(true);
             endEditCP(chunk, StateChunk::IgnoreFieldMask);
@@ -433,6 +479,7 @@ Action::ResultE DeferredRenderingViewport::prepareNode(NodePtr &node)
     parameters->setUniformParameter("bUseDiffuseTexture", useDiffuseTexture);
     parameters->setUniformParameter("texDiffuse", Int32(0));
     endEditCP(parameters);
+    viewportChunks().insert(parameters.getCPtr());
 
     beginEditCP(chunkMaterial, ChunkMaterial::ChunksFieldMask);
     chunkMaterial->addChunk(gbufferShader, State::AutoSlotReplace);
@@ -463,6 +510,7 @@ void DeferredRenderingViewport::undoConversion(const Conversion &conversion)
     }
     else
     {
+        viewportChunks().erase(conversion.parameters.getCPtr());
         remove(gbufferShader);
         remove(gbufferBlend);
         remove(conversion.parameters);
@@ -470,18 +518,18 @@ void DeferredRenderingViewport::undoConversion(const Conversion &conversion)
     endEditCP(material, ChunkMaterial::ChunksFieldMask);
 
     // Another viewport still drawing the material into its G-buffer needs
-    // them silenced; it left its parameter chunk there.
-    bool convertedElsewhere = false;
-    for(UInt32 i = 0; i < material->getChunks().size(); ++i)
-        convertedElsewhere |= SHLParameterChunkPtr::dcast(material->getChunks()[i]) != NullFC;
-    if(!convertedElsewhere)
+    // them silenced.
+    for(StateChunkPtr chunk : conversion.silenced)
     {
-        for(StateChunkPtr chunk : conversion.silenced)
-        {
-            beginEditCP(chunk, StateChunk::IgnoreFieldMask);
-            chunk->setIgnore(false);
-            endEditCP(chunk, StateChunk::IgnoreFieldMask);
-        }
+        std::map<const StateChunk *, UInt32>::iterator count =
+            silencedCounts().find(chunk.getCPtr());
+        if(count != silencedCounts().end() && --count->second > 0)
+            continue;
+        if(count != silencedCounts().end())
+            silencedCounts().erase(count);
+        beginEditCP(chunk, StateChunk::IgnoreFieldMask);
+        chunk->setIgnore(false);
+        endEditCP(chunk, StateChunk::IgnoreFieldMask);
     }
     subRefCP(material);
 }

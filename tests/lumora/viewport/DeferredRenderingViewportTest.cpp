@@ -379,12 +379,10 @@ TEST_F(DeferredViewportTest, ViewportsGiveTheApplicationsMaterialsBack)
     EXPECT_EQ(differences(before, LiveObjects::countContainers()), "");
 }
 
-// Disabled: fails today. The second viewport to prepare a shared material
-// takes the first one's G-buffer shader and blend chunk for the
-// application's and silences them, so the first draws the material without
-// its shader; when the first goes, the second later un-silences the
-// destroyed chunks and crashes.
-TEST_F(DeferredViewportTest, DISABLED_TwoViewportsSharingAMaterialEachKeepTheirOwnShader)
+// The second viewport to prepare a shared material must not take the
+// first one's G-buffer chunks for the application's, and the application's
+// own blend stays off until the last viewport using the material goes.
+TEST_F(DeferredViewportTest, TwoViewportsSharingAMaterialEachKeepTheirOwnShader)
 {
     SimpleMaterialPtr shared = createMaterial(Color3f(0.8f, 0.4f, 0.2f));
     BlendChunkPtr     blend  = BlendChunk::create();
