@@ -17,7 +17,7 @@ namespace
 std::vector<Action::Functor> &intersectEnterDefaults(void) { static std::vector<Action::Functor> v; return v; }
 std::vector<Action::Functor> &intersectLeaveDefaults(void) { static std::vector<Action::Functor> v; return v; }
 
-void storeDefault(std::vector<Action::Functor> &functors, UInt32 typeId,
+void storeIntersectDefault(std::vector<Action::Functor> &functors, UInt32 typeId,
                   const Action::Functor &func)
 {
     if(functors.size() <= typeId)
@@ -163,13 +163,13 @@ IntersectAction *IntersectAction::create(const Line &line, const Real32 maxdist)
 void IntersectAction::registerEnterDefault(const FieldContainerType &type,
                                            const Functor            &func)
 {
-    storeDefault(intersectEnterDefaults(), type.getId(), func);
+    storeIntersectDefault(intersectEnterDefaults(), type.getId(), func);
 }
 
 void IntersectAction::registerLeaveDefault(const FieldContainerType &type,
                                            const Functor            &func)
 {
-    storeDefault(intersectLeaveDefaults(), type.getId(), func);
+    storeIntersectDefault(intersectLeaveDefaults(), type.getId(), func);
 }
 
 std::vector<Action::Functor> *IntersectAction::getDefaultEnterFunctors(void)

@@ -8,12 +8,12 @@ namespace osg
 namespace
 {
 
-const Char8 *suffixArray[] = { "bmp", "dib", "rle" };
+const Char8 *bmpSuffixes[] = { "bmp", "dib", "rle" };
 
 } // namespace
 
 BMPImageFileType BMPImageFileType::_the("image/bmp",
-                                        suffixArray, sizeof(suffixArray),
+                                        bmpSuffixes, sizeof(bmpSuffixes),
                                         OSG_READ_SUPPORTED | OSG_WRITE_SUPPORTED);
 
 BMPImageFileType &BMPImageFileType::the(void)
@@ -21,9 +21,9 @@ BMPImageFileType &BMPImageFileType::the(void)
     return _the;
 }
 
-BMPImageFileType::BMPImageFileType(const Char8 *mimeType, const Char8 *suffixArray[],
+BMPImageFileType::BMPImageFileType(const Char8 *mimeType, const Char8 *bmpSuffixes[],
                                    UInt16 suffixByteCount, UInt32 flags) :
-    ImageFileType(mimeType, suffixArray, suffixByteCount, flags)
+    ImageFileType(mimeType, bmpSuffixes, suffixByteCount, flags)
 {
     addSignature("BM", 2);
 }

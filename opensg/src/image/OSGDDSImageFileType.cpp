@@ -10,7 +10,7 @@ namespace osg
 namespace
 {
 
-const Char8 *suffixArray[] = { "dds" };
+const Char8 *ddsSuffixes[] = { "dds" };
 
 // Header fields, as byte offsets after the four-byte magic.
 enum
@@ -113,7 +113,7 @@ void flipLevel(UInt8 *data, std::size_t rowBytes, UInt32 height, UInt32 depth)
 } // namespace
 
 DDSImageFileType DDSImageFileType::_the("image/x-dds",
-                                        suffixArray, sizeof(suffixArray),
+                                        ddsSuffixes, sizeof(ddsSuffixes),
                                         OSG_READ_SUPPORTED);
 
 DDSImageFileType &DDSImageFileType::the(void)
@@ -121,9 +121,9 @@ DDSImageFileType &DDSImageFileType::the(void)
     return _the;
 }
 
-DDSImageFileType::DDSImageFileType(const Char8 *mimeType, const Char8 *suffixArray[],
+DDSImageFileType::DDSImageFileType(const Char8 *mimeType, const Char8 *ddsSuffixes[],
                                    UInt16 suffixByteCount, UInt32 flags) :
-    ImageFileType(mimeType, suffixArray, suffixByteCount, flags)
+    ImageFileType(mimeType, ddsSuffixes, suffixByteCount, flags)
 {
     addSignature("DDS ", 4);
 }

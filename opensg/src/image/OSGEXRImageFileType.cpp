@@ -18,7 +18,7 @@ namespace osg
 namespace
 {
 
-const Char8 *suffixArray[] = { "exr" };
+const Char8 *exrSuffixes[] = { "exr" };
 
 class MemoryStream : public Imf::IStream
 {
@@ -59,7 +59,7 @@ const Int64 MaxPixels = Int64(1) << 26;
 } // namespace
 
 EXRImageFileType EXRImageFileType::_the("image/x-exr",
-                                        suffixArray, sizeof(suffixArray),
+                                        exrSuffixes, sizeof(exrSuffixes),
                                         OSG_READ_SUPPORTED);
 
 EXRImageFileType &EXRImageFileType::the(void)
@@ -67,9 +67,9 @@ EXRImageFileType &EXRImageFileType::the(void)
     return _the;
 }
 
-EXRImageFileType::EXRImageFileType(const Char8 *mimeType, const Char8 *suffixArray[],
+EXRImageFileType::EXRImageFileType(const Char8 *mimeType, const Char8 *exrSuffixes[],
                                    UInt16 suffixByteCount, UInt32 flags) :
-    ImageFileType(mimeType, suffixArray, suffixByteCount, flags)
+    ImageFileType(mimeType, exrSuffixes, suffixByteCount, flags)
 {
     addSignature("\x76\x2f\x31\x01", 4);
 }

@@ -8,12 +8,12 @@ namespace osg
 namespace
 {
 
-const Char8 *suffixArray[] = { "gif" };
+const Char8 *gifSuffixes[] = { "gif" };
 
 } // namespace
 
 GIFImageFileType GIFImageFileType::_the("image/gif",
-                                        suffixArray, sizeof(suffixArray),
+                                        gifSuffixes, sizeof(gifSuffixes),
                                         OSG_READ_SUPPORTED);
 
 GIFImageFileType &GIFImageFileType::the(void)
@@ -21,9 +21,9 @@ GIFImageFileType &GIFImageFileType::the(void)
     return _the;
 }
 
-GIFImageFileType::GIFImageFileType(const Char8 *mimeType, const Char8 *suffixArray[],
+GIFImageFileType::GIFImageFileType(const Char8 *mimeType, const Char8 *gifSuffixes[],
                                    UInt16 suffixByteCount, UInt32 flags) :
-    ImageFileType(mimeType, suffixArray, suffixByteCount, flags)
+    ImageFileType(mimeType, gifSuffixes, suffixByteCount, flags)
 {
     addSignature("GIF87a", 6);
     addSignature("GIF89a", 6);

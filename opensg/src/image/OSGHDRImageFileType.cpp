@@ -8,12 +8,12 @@ namespace osg
 namespace
 {
 
-const Char8 *suffixArray[] = { "hdr" };
+const Char8 *hdrSuffixes[] = { "hdr" };
 
 } // namespace
 
 HDRImageFileType HDRImageFileType::_the("image/x-hdr",
-                                        suffixArray, sizeof(suffixArray),
+                                        hdrSuffixes, sizeof(hdrSuffixes),
                                         OSG_READ_SUPPORTED | OSG_WRITE_SUPPORTED);
 
 HDRImageFileType &HDRImageFileType::the(void)
@@ -21,9 +21,9 @@ HDRImageFileType &HDRImageFileType::the(void)
     return _the;
 }
 
-HDRImageFileType::HDRImageFileType(const Char8 *mimeType, const Char8 *suffixArray[],
+HDRImageFileType::HDRImageFileType(const Char8 *mimeType, const Char8 *hdrSuffixes[],
                                    UInt16 suffixByteCount, UInt32 flags) :
-    ImageFileType(mimeType, suffixArray, suffixByteCount, flags)
+    ImageFileType(mimeType, hdrSuffixes, suffixByteCount, flags)
 {
     addSignature("#?", 2);
 }

@@ -18,7 +18,7 @@ const std::size_t SignatureBytes = 16;
 
 } // namespace
 
-ImageFileType::ImageFileType(const Char8 *mimeType, const Char8 *suffixArray[],
+ImageFileType::ImageFileType(const Char8 *mimeType, const Char8 *Suffixes[],
                              UInt16 suffixByteCount, UInt32 flags) :
     _options(),
     _suffixList(),
@@ -28,7 +28,7 @@ ImageFileType::ImageFileType(const Char8 *mimeType, const Char8 *suffixArray[],
 {
     const UInt32 count = suffixByteCount / sizeof(const Char8 *);
     for(UInt32 i = 0; i < count; ++i)
-        _suffixList.push_back(IDString(suffixArray[i]));
+        _suffixList.push_back(IDString(Suffixes[i]));
 
     ImageFileHandler::addImageFileType(*this);
 }

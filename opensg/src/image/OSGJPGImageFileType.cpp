@@ -10,12 +10,12 @@ namespace osg
 namespace
 {
 
-const Char8 *suffixArray[] = { "jpg", "jpeg", "jpe", "jfif" };
+const Char8 *jpgSuffixes[] = { "jpg", "jpeg", "jpe", "jfif" };
 
 } // namespace
 
 JPGImageFileType JPGImageFileType::_the("image/jpeg",
-                                        suffixArray, sizeof(suffixArray),
+                                        jpgSuffixes, sizeof(jpgSuffixes),
                                         OSG_READ_SUPPORTED | OSG_WRITE_SUPPORTED);
 
 JPGImageFileType &JPGImageFileType::the(void)
@@ -23,9 +23,9 @@ JPGImageFileType &JPGImageFileType::the(void)
     return _the;
 }
 
-JPGImageFileType::JPGImageFileType(const Char8 *mimeType, const Char8 *suffixArray[],
+JPGImageFileType::JPGImageFileType(const Char8 *mimeType, const Char8 *jpgSuffixes[],
                                    UInt16 suffixByteCount, UInt32 flags) :
-    ImageFileType(mimeType, suffixArray, suffixByteCount, flags)
+    ImageFileType(mimeType, jpgSuffixes, suffixByteCount, flags)
 {
     addSignature("\xff\xd8\xff", 3);
 }

@@ -14,12 +14,12 @@ namespace osg
 namespace
 {
 
-const Char8 *suffixArray[] = { "png" };
+const Char8 *pngSuffixes[] = { "png" };
 
 } // namespace
 
 PNGImageFileType PNGImageFileType::_the("image/png",
-                                        suffixArray, sizeof(suffixArray),
+                                        pngSuffixes, sizeof(pngSuffixes),
                                         OSG_READ_SUPPORTED | OSG_WRITE_SUPPORTED);
 
 PNGImageFileType &PNGImageFileType::the(void)
@@ -27,9 +27,9 @@ PNGImageFileType &PNGImageFileType::the(void)
     return _the;
 }
 
-PNGImageFileType::PNGImageFileType(const Char8 *mimeType, const Char8 *suffixArray[],
+PNGImageFileType::PNGImageFileType(const Char8 *mimeType, const Char8 *pngSuffixes[],
                                    UInt16 suffixByteCount, UInt32 flags) :
-    ImageFileType(mimeType, suffixArray, suffixByteCount, flags)
+    ImageFileType(mimeType, pngSuffixes, suffixByteCount, flags)
 {
     addSignature("\x89PNG\r\n\x1a\n", 8);
 }

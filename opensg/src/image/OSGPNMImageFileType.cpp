@@ -8,12 +8,12 @@ namespace osg
 namespace
 {
 
-const Char8 *suffixArray[] = { "pnm", "pbm", "pgm", "ppm" };
+const Char8 *pnmSuffixes[] = { "pnm", "pbm", "pgm", "ppm" };
 
 } // namespace
 
 PNMImageFileType PNMImageFileType::_the("image/x-portable-bitmap",
-                                        suffixArray, sizeof(suffixArray),
+                                        pnmSuffixes, sizeof(pnmSuffixes),
                                         OSG_READ_SUPPORTED);
 
 PNMImageFileType &PNMImageFileType::the(void)
@@ -21,9 +21,9 @@ PNMImageFileType &PNMImageFileType::the(void)
     return _the;
 }
 
-PNMImageFileType::PNMImageFileType(const Char8 *mimeType, const Char8 *suffixArray[],
+PNMImageFileType::PNMImageFileType(const Char8 *mimeType, const Char8 *pnmSuffixes[],
                                    UInt16 suffixByteCount, UInt32 flags) :
-    ImageFileType(mimeType, suffixArray, suffixByteCount, flags)
+    ImageFileType(mimeType, pnmSuffixes, suffixByteCount, flags)
 {
     addSignature("P1", 2);
     addSignature("P2", 2);

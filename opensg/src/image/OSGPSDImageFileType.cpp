@@ -8,12 +8,12 @@ namespace osg
 namespace
 {
 
-const Char8 *suffixArray[] = { "psd" };
+const Char8 *psdSuffixes[] = { "psd" };
 
 } // namespace
 
 PSDImageFileType PSDImageFileType::_the("image/x-photoshop",
-                                        suffixArray, sizeof(suffixArray),
+                                        psdSuffixes, sizeof(psdSuffixes),
                                         OSG_READ_SUPPORTED);
 
 PSDImageFileType &PSDImageFileType::the(void)
@@ -21,9 +21,9 @@ PSDImageFileType &PSDImageFileType::the(void)
     return _the;
 }
 
-PSDImageFileType::PSDImageFileType(const Char8 *mimeType, const Char8 *suffixArray[],
+PSDImageFileType::PSDImageFileType(const Char8 *mimeType, const Char8 *psdSuffixes[],
                                    UInt16 suffixByteCount, UInt32 flags) :
-    ImageFileType(mimeType, suffixArray, suffixByteCount, flags)
+    ImageFileType(mimeType, psdSuffixes, suffixByteCount, flags)
 {
     addSignature("8BPS", 4);
 }

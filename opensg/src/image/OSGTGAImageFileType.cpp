@@ -8,12 +8,12 @@ namespace osg
 namespace
 {
 
-const Char8 *suffixArray[] = { "tga", "targa" };
+const Char8 *tgaSuffixes[] = { "tga", "targa" };
 
 } // namespace
 
 TGAImageFileType TGAImageFileType::_the("image/x-targa",
-                                        suffixArray, sizeof(suffixArray),
+                                        tgaSuffixes, sizeof(tgaSuffixes),
                                         OSG_READ_SUPPORTED | OSG_WRITE_SUPPORTED);
 
 TGAImageFileType &TGAImageFileType::the(void)
@@ -21,9 +21,9 @@ TGAImageFileType &TGAImageFileType::the(void)
     return _the;
 }
 
-TGAImageFileType::TGAImageFileType(const Char8 *mimeType, const Char8 *suffixArray[],
+TGAImageFileType::TGAImageFileType(const Char8 *mimeType, const Char8 *tgaSuffixes[],
                                    UInt16 suffixByteCount, UInt32 flags) :
-    ImageFileType(mimeType, suffixArray, suffixByteCount, flags)
+    ImageFileType(mimeType, tgaSuffixes, suffixByteCount, flags)
 {}
 
 TGAImageFileType::~TGAImageFileType(void)

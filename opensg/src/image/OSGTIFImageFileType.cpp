@@ -13,7 +13,7 @@ namespace osg
 namespace
 {
 
-const Char8 *suffixArray[] = { "tif", "tiff" };
+const Char8 *tifSuffixes[] = { "tif", "tiff" };
 
 // The file's bytes, read by libtiff through the client procedures.
 struct MemoryFile
@@ -84,7 +84,7 @@ int ignoreWarning(TIFF *, void *, const char *, const char *, va_list)
 } // namespace
 
 TIFImageFileType TIFImageFileType::_the("image/tiff",
-                                        suffixArray, sizeof(suffixArray),
+                                        tifSuffixes, sizeof(tifSuffixes),
                                         OSG_READ_SUPPORTED);
 
 TIFImageFileType &TIFImageFileType::the(void)
@@ -92,9 +92,9 @@ TIFImageFileType &TIFImageFileType::the(void)
     return _the;
 }
 
-TIFImageFileType::TIFImageFileType(const Char8 *mimeType, const Char8 *suffixArray[],
+TIFImageFileType::TIFImageFileType(const Char8 *mimeType, const Char8 *tifSuffixes[],
                                    UInt16 suffixByteCount, UInt32 flags) :
-    ImageFileType(mimeType, suffixArray, suffixByteCount, flags)
+    ImageFileType(mimeType, tifSuffixes, suffixByteCount, flags)
 {
     addSignature("II*\0", 4);
     addSignature("MM\0*", 4);
