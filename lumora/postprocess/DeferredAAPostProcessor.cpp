@@ -72,10 +72,7 @@ DeferredAAPostProcessor::DeferredAAPostProcessor(void) :
 
 DeferredAAPostProcessor::~DeferredAAPostProcessor(void)
 {
-    if(finalMaterial != NullFC)
-        subRefCP(finalMaterial);
-    if(finalShader != NullFC)
-        subRefCP(finalShader);
+    release({finalMaterial, finalShader});
 }
 
 void DeferredAAPostProcessor::initialize(WindowPtr     window,
@@ -87,30 +84,20 @@ void DeferredAAPostProcessor::initialize(WindowPtr     window,
                                          UInt16        gbufferTextureCount)
 {
     initializeBase(window, left, bottom, right, top);
-    addImageTexture(renderTarget);
 
-    finalShader = createShader(s_strFragmentShader);
-    beginEditCP(finalShader, ShaderChunk::ParametersFieldMask);
-    finalShader->setUniformParameter("texDepth",  Int32(0));
-    finalShader->setUniformParameter("texNormal", Int32(1));
-    finalShader->setUniformParameter("texScene",  Int32(2));
-    endEditCP(finalShader, ShaderChunk::ParametersFieldMask);
-    setPixelSize(left, bottom, right, top);
+    finalShader = createShader(s_strFragmentShader, {"texDepth", "texNormal", "texScene"});
+    setUniform(finalShader, "vPixelSize", getPixelSize(FullSize, left, bottom, right, top));
 
-    finalMaterial = createMaterial(finalShader);
-    beginEditCP(finalMaterial, ChunkMaterial::ChunksFieldMask);
-    finalMaterial->addChunk(gbuffer.getTargetTexture(UInt8(gbufferTextureCount - 1)),
-                            State::AutoSlotReplace);
-    finalMaterial->addChunk(gbuffer.getTargetTexture(0), State::AutoSlotReplace);
-    endEditCP(finalMaterial, ChunkMaterial::ChunksFieldMask);
+    finalMaterial = createMaterial(finalShader,
+        {gbuffer.getTargetTexture(UInt8(gbufferTextureCount - 1)), gbuffer.getTargetTexture(0)});
 
     initialized = true;
 }
 
 void DeferredAAPostProcessor::resize(int left, int bottom, int right, int top)
 {
-    renderTarget.resize(0, 0, right - left, top - bottom);
-    setPixelSize(left, bottom, right, top);
+    resizeTargets({&renderTarget}, FullSize, left, bottom, right, top);
+    setUniform(finalShader, "vPixelSize", getPixelSize(FullSize, left, bottom, right, top));
 }
 
 void DeferredAAPostProcessor::update(const Matrix &, const Matrix &, const Vec2f &)
@@ -121,15 +108,6 @@ TextureChunkPtr DeferredAAPostProcessor::perform(TextureChunkPtr input)
 {
     renderPass(renderTarget, finalMaterial, input);
     return renderTarget.getTargetTexture(0);
-}
-
-void DeferredAAPostProcessor::setPixelSize(int left, int bottom, int right, int top)
-{
-    beginEditCP(finalShader, ShaderChunk::ParametersFieldMask);
-    finalShader->setUniformParameter("vPixelSize",
-                                     Vec2f(1.0f / Real32(right - left + 1),
-                                           1.0f / Real32(top - bottom + 1)));
-    endEditCP(finalShader, ShaderChunk::ParametersFieldMask);
 }
 
 OSG_END_NAMESPACE

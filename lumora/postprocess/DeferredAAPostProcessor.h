@@ -37,8 +37,6 @@ class DeferredAAPostProcessor : public IDeferredPostProcessor
     static const char *s_strFragmentShader;
 
   private:
-    void setPixelSize(int left, int bottom, int right, int top);
-
     SHLChunkPtr      finalShader;
     ChunkMaterialPtr finalMaterial;
 };

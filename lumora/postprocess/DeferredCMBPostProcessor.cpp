@@ -102,12 +102,7 @@ DeferredCMBPostProcessor::~DeferredCMBPostProcessor(void)
         subRefCP(camera);
         subRefCP(beacon);
     }
-    if(sphereNode != NullFC)
-        subRefCP(sphereNode);
-    if(material != NullFC)
-        subRefCP(material);
-    if(shader != NullFC)
-        subRefCP(shader);
+    release({sphereNode, material, shader});
 }
 
 void DeferredCMBPostProcessor::initialize(WindowPtr     window,
@@ -122,9 +117,8 @@ void DeferredCMBPostProcessor::initialize(WindowPtr     window,
     // The vertex program places the sphere; the camera's frustum knows
     // nothing of it.
     renderAction->setFrustumCulling(false);
-    addImageTexture(renderTarget);
-    pingPongTarget.initialize(window, 0, 0, right - left, top - bottom);
-    addImageTexture(pingPongTarget);
+    initializeTargets({&pingPongTarget}, window, FullSize, ImageFormat,
+                      left, bottom, right, top);
 
     shader = SHLChunk::create();
     addRefCP(shader);
@@ -177,8 +171,7 @@ void DeferredCMBPostProcessor::initialize(WindowPtr     window,
 
 void DeferredCMBPostProcessor::resize(int left, int bottom, int right, int top)
 {
-    renderTarget  .resize(0, 0, right - left, top - bottom);
-    pingPongTarget.resize(0, 0, right - left, top - bottom);
+    resizeTargets({&renderTarget, &pingPongTarget}, FullSize, left, bottom, right, top);
 }
 
 void DeferredCMBPostProcessor::update(const Matrix &viewing,

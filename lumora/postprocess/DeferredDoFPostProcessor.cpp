@@ -85,14 +85,7 @@ DeferredDoFPostProcessor::DeferredDoFPostProcessor(void) :
 
 DeferredDoFPostProcessor::~DeferredDoFPostProcessor(void)
 {
-    if(finalMaterial != NullFC)
-        subRefCP(finalMaterial);
-    if(blurinessMaterial != NullFC)
-        subRefCP(blurinessMaterial);
-    if(blurinessShader != NullFC)
-        subRefCP(blurinessShader);
-    if(finalShader != NullFC)
-        subRefCP(finalShader);
+    release({finalMaterial, blurinessMaterial, blurinessShader, finalShader});
 }
 
 void DeferredDoFPostProcessor::initialize(WindowPtr     window,
@@ -104,27 +97,12 @@ void DeferredDoFPostProcessor::initialize(WindowPtr     window,
                                           UInt16        gbufferTextureCount)
 {
     initializeBase(window, left, bottom, right, top);
-    addImageTexture(renderTarget);
-
-    blurinessTarget.initialize(window, 0, 0, right - left, top - bottom);
-    blurinessTarget.addTargetTexture(GL_LUMINANCE8, GL_LUMINANCE, GL_LINEAR, Image::OSG_L_PF,
-                                     Image::OSG_UINT8_IMAGEDATA, 1.0f, 1);
-
-    // The reduced targets are a quarter of the viewport's own size, so the
-    // 4 x 4 reduction lands each output pixel on a block of source texels.
-    const int lowRight = quarter(right - left + 1) - 1;
-    const int lowTop   = quarter(top - bottom + 1) - 1;
-    RenderTarget *reduced[] = { &downscaledTarget, &blurTempTarget, &blurredTarget };
-    for(RenderTarget *target : reduced)
-    {
-        target->initialize(window, 0, 0, lowRight, lowTop);
-        addImageTexture(*target);
-    }
-
-    blurinessShader = createShader(s_strBlurinessFragmentShader);
-    beginEditCP(blurinessShader, ShaderChunk::ParametersFieldMask);
-    blurinessShader->setUniformParameter("texDepth", Int32(0));
-    endEditCP(blurinessShader, ShaderChunk::ParametersFieldMask);
+    initializeTargets({&blurinessTarget}, window, FullSize, FactorFormat,
+                      left, bottom, right, top);
+    // A quarter of the viewport's own size, so the 4 x 4 reduction lands
+    // each output pixel on a block of source texels.
+    initializeTargets({&downscaledTarget, &blurTempTarget, &blurredTarget}, window,
+                      QuarterSize, ImageFormat, left, bottom, right, top);
 
     MFVec2f poissonKernel;
     poissonKernel.push_back(Vec2f(-0.326212f, -0.40581f ));
@@ -140,41 +118,25 @@ void DeferredDoFPostProcessor::initialize(WindowPtr     window,
     poissonKernel.push_back(Vec2f(-0.32194f,  -0.932615f));
     poissonKernel.push_back(Vec2f(-0.791559f, -0.59771f ));
 
-    finalShader = createShader(s_strFinalFragmentShader);
-    beginEditCP(finalShader, ShaderChunk::ParametersFieldMask);
-    finalShader->setUniformParameter("texDownsampled", Int32(0));
-    finalShader->setUniformParameter("texDepth",       Int32(1));
-    finalShader->setUniformParameter("texScene",       Int32(2));
-    finalShader->setUniformParameter("poissonKernel",  poissonKernel);
-    endEditCP(finalShader, ShaderChunk::ParametersFieldMask);
+    blurinessShader = createShader(s_strBlurinessFragmentShader, {"texDepth"});
+    finalShader     = createShader(s_strFinalFragmentShader,
+                                   {"texDownsampled", "texDepth", "texScene"});
+    setUniform(finalShader, "poissonKernel", poissonKernel);
     setPixelSizes(left, bottom, right, top);
 
-    blurinessMaterial = createMaterial(blurinessShader);
-    beginEditCP(blurinessMaterial, ChunkMaterial::ChunksFieldMask);
-    blurinessMaterial->addChunk(gbuffer.getTargetTexture(UInt8(gbufferTextureCount - 1)),
-                                State::AutoSlotReplace);
-    endEditCP(blurinessMaterial, ChunkMaterial::ChunksFieldMask);
-
-    finalMaterial = createMaterial(finalShader);
-    beginEditCP(finalMaterial, ChunkMaterial::ChunksFieldMask);
-    finalMaterial->addChunk(blurredTarget.getTargetTexture(0),   State::AutoSlotReplace);
-    finalMaterial->addChunk(blurinessTarget.getTargetTexture(0), State::AutoSlotReplace);
-    endEditCP(finalMaterial, ChunkMaterial::ChunksFieldMask);
+    blurinessMaterial = createMaterial(blurinessShader,
+        {gbuffer.getTargetTexture(UInt8(gbufferTextureCount - 1))});
+    finalMaterial     = createMaterial(finalShader,
+        {blurredTarget.getTargetTexture(0), blurinessTarget.getTargetTexture(0)});
 
     initialized = true;
 }
 
 void DeferredDoFPostProcessor::resize(int left, int bottom, int right, int top)
 {
-    renderTarget   .resize(0, 0, right - left, top - bottom);
-    blurinessTarget.resize(0, 0, right - left, top - bottom);
-
-    const int lowRight = quarter(right - left + 1) - 1;
-    const int lowTop   = quarter(top - bottom + 1) - 1;
-    downscaledTarget.resize(0, 0, lowRight, lowTop);
-    blurTempTarget  .resize(0, 0, lowRight, lowTop);
-    blurredTarget   .resize(0, 0, lowRight, lowTop);
-
+    resizeTargets({&renderTarget, &blurinessTarget}, FullSize, left, bottom, right, top);
+    resizeTargets({&downscaledTarget, &blurTempTarget, &blurredTarget}, QuarterSize,
+                  left, bottom, right, top);
     setPixelSizes(left, bottom, right, top);
 }
 
@@ -203,16 +165,8 @@ TextureChunkPtr DeferredDoFPostProcessor::perform(TextureChunkPtr input)
 
 void DeferredDoFPostProcessor::setPixelSizes(int left, int bottom, int right, int top)
 {
-    const int width  = right - left + 1;
-    const int height = top - bottom + 1;
-
-    beginEditCP(finalShader, ShaderChunk::ParametersFieldMask);
-    finalShader->setUniformParameter("pixelSizeFullRes",
-                                     Vec2f(1.0f / Real32(width), 1.0f / Real32(height)));
-    finalShader->setUniformParameter("pixelSizeLowRes",
-                                     Vec2f(1.0f / Real32(quarter(width)),
-                                           1.0f / Real32(quarter(height))));
-    endEditCP(finalShader, ShaderChunk::ParametersFieldMask);
+    setUniform(finalShader, "pixelSizeFullRes", getPixelSize(FullSize, left, bottom, right, top));
+    setUniform(finalShader, "pixelSizeLowRes", getPixelSize(QuarterSize, left, bottom, right, top));
 }
 
 OSG_END_NAMESPACE

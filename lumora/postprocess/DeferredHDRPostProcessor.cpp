@@ -67,14 +67,7 @@ DeferredHDRPostProcessor::DeferredHDRPostProcessor(void) :
 
 DeferredHDRPostProcessor::~DeferredHDRPostProcessor(void)
 {
-    if(finalPassMaterial != NullFC)
-        subRefCP(finalPassMaterial);
-    if(brightPassMaterial != NullFC)
-        subRefCP(brightPassMaterial);
-    if(finalPassShader != NullFC)
-        subRefCP(finalPassShader);
-    if(brightPassShader != NullFC)
-        subRefCP(brightPassShader);
+    release({finalPassMaterial, brightPassMaterial, finalPassShader, brightPassShader});
 }
 
 void DeferredHDRPostProcessor::initialize(WindowPtr     window,
@@ -86,61 +79,31 @@ void DeferredHDRPostProcessor::initialize(WindowPtr     window,
                                           UInt16)
 {
     initializeBase(window, left, bottom, right, top);
-    addImageTexture(renderTarget);
+    initializeTargets({&downscaledTarget, &brightPassTarget, &bloomTarget, &blurTarget},
+                      window, QuarterSize, ImageFormat, left, bottom, right, top);
 
-    initializeReducedTarget(downscaledTarget, window, left, bottom, right, top);
-    initializeReducedTarget(brightPassTarget, window, left, bottom, right, top);
-    initializeReducedTarget(bloomTarget,      window, left, bottom, right, top);
-    initializeReducedTarget(blurTarget,       window, left, bottom, right, top);
+    brightPassShader = createShader(s_strBrightPassFragmentShader, {"texHDRScaledScene"});
+    finalPassShader  = createShader(s_strFinalPassFragmentShader, {"texBloom", "texHDRScene"});
+    update(Matrix(), Matrix(), Vec2f());
 
-    brightPassShader = createShader(s_strBrightPassFragmentShader);
-    beginEditCP(brightPassShader, ShaderChunk::ParametersFieldMask);
-    brightPassShader->setUniformParameter("texHDRScaledScene", Int32(0));
-    brightPassShader->setUniformParameter("g_fExposure",       exposure);
-    endEditCP(brightPassShader, ShaderChunk::ParametersFieldMask);
-
-    finalPassShader = createShader(s_strFinalPassFragmentShader);
-    beginEditCP(finalPassShader, ShaderChunk::ParametersFieldMask);
-    finalPassShader->setUniformParameter("texBloom",    Int32(0));
-    finalPassShader->setUniformParameter("texHDRScene", Int32(1));
-    finalPassShader->setUniformParameter("g_fExposure", exposure);
-    endEditCP(finalPassShader, ShaderChunk::ParametersFieldMask);
-
-    brightPassMaterial = createMaterial(brightPassShader);
-    beginEditCP(brightPassMaterial, ChunkMaterial::ChunksFieldMask);
-    brightPassMaterial->addChunk(downscaledTarget.getTargetTexture(0), State::AutoSlotReplace);
-    endEditCP(brightPassMaterial, ChunkMaterial::ChunksFieldMask);
-
-    finalPassMaterial = createMaterial(finalPassShader);
-    beginEditCP(finalPassMaterial, ChunkMaterial::ChunksFieldMask);
-    finalPassMaterial->addChunk(bloomTarget.getTargetTexture(0), State::AutoSlotReplace);
-    endEditCP(finalPassMaterial, ChunkMaterial::ChunksFieldMask);
+    brightPassMaterial = createMaterial(brightPassShader, {downscaledTarget.getTargetTexture(0)});
+    finalPassMaterial  = createMaterial(finalPassShader,  {bloomTarget.getTargetTexture(0)});
 
     initialized = true;
 }
 
 void DeferredHDRPostProcessor::resize(int left, int bottom, int right, int top)
 {
-    renderTarget.resize(0, 0, right - left, top - bottom);
-
-    const int reducedRight = quarter(right - left + 1) - 1;
-    const int reducedTop   = quarter(top - bottom + 1) - 1;
-    downscaledTarget.resize(0, 0, reducedRight, reducedTop);
-    brightPassTarget.resize(0, 0, reducedRight, reducedTop);
-    bloomTarget     .resize(0, 0, reducedRight, reducedTop);
-    blurTarget      .resize(0, 0, reducedRight, reducedTop);
+    resizeTargets({&renderTarget}, FullSize, left, bottom, right, top);
+    resizeTargets({&downscaledTarget, &brightPassTarget, &bloomTarget, &blurTarget},
+                  QuarterSize, left, bottom, right, top);
 }
 
 void DeferredHDRPostProcessor::update(const Matrix &, const Matrix &, const Vec2f &)
 {
-    beginEditCP(brightPassShader, ShaderChunk::ParametersFieldMask);
-    brightPassShader->setUniformParameter("g_fExposure",            exposure);
-    brightPassShader->setUniformParameter("g_fBrightPassThreshold", brightPassThreshold);
-    endEditCP(brightPassShader, ShaderChunk::ParametersFieldMask);
-
-    beginEditCP(finalPassShader, ShaderChunk::ParametersFieldMask);
-    finalPassShader->setUniformParameter("g_fExposure", exposure);
-    endEditCP(finalPassShader, ShaderChunk::ParametersFieldMask);
+    setUniform(brightPassShader, "g_fExposure",            exposure);
+    setUniform(brightPassShader, "g_fBrightPassThreshold", brightPassThreshold);
+    setUniform(finalPassShader,  "g_fExposure",            exposure);
 }
 
 TextureChunkPtr DeferredHDRPostProcessor::perform(TextureChunkPtr input)
@@ -163,13 +126,4 @@ TextureChunkPtr DeferredHDRPostProcessor::perform(TextureChunkPtr input)
 
 // Reduced targets, like every target, are framebuffers of their own: a
 // quarter of the viewport's size from their own origin.
-void DeferredHDRPostProcessor::initializeReducedTarget(RenderTarget &target, WindowPtr window,
-                                                       int left, int bottom,
-                                                       int right, int top)
-{
-    target.initialize(window, 0, 0, quarter(right - left + 1) - 1,
-                      quarter(top - bottom + 1) - 1);
-    addImageTexture(target);
-}
-
 OSG_END_NAMESPACE

@@ -47,9 +47,6 @@ class DeferredHDRPostProcessor : public IDeferredPostProcessor
     Real32 brightPassThreshold;
 
   private:
-    void initializeReducedTarget(RenderTarget &target, WindowPtr window,
-                                 int left, int bottom, int right, int top);
-
     RenderTarget     downscaledTarget;
     // Also the scratch target of the second blur.
     RenderTarget     brightPassTarget;

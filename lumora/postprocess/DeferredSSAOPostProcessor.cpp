@@ -151,18 +151,8 @@ DeferredSSAOPostProcessor::DeferredSSAOPostProcessor(void) :
 
 DeferredSSAOPostProcessor::~DeferredSSAOPostProcessor(void)
 {
-    ChunkMaterialPtr materials[] = { ssaoMaterial, blurHMaterial, blurVFinalMaterial };
-    for(ChunkMaterialPtr material : materials)
-        if(material != NullFC)
-            subRefCP(material);
-
-    SHLChunkPtr shaders[] = { ssaoShader, blurHShader, blurVFinalShader };
-    for(SHLChunkPtr shader : shaders)
-        if(shader != NullFC)
-            subRefCP(shader);
-
-    if(noiseTexture != NullFC)
-        subRefCP(noiseTexture);
+    release({ssaoMaterial, blurHMaterial, blurVFinalMaterial,
+             ssaoShader, blurHShader, blurVFinalShader, noiseTexture});
 }
 
 void DeferredSSAOPostProcessor::initialize(WindowPtr     window,
@@ -174,73 +164,36 @@ void DeferredSSAOPostProcessor::initialize(WindowPtr     window,
                                            UInt16        gbufferTextureCount)
 {
     initializeBase(window, left, bottom, right, top);
-    addImageTexture(renderTarget);
-
-    // The factor lies in 0 ... 1 and is blurred anyway: 8 bits suffice.
-    ssaoTarget.initialize(window, 0, 0, right - left, top - bottom);
-    ssaoTarget.addTargetTexture(GL_LUMINANCE8, GL_LUMINANCE, GL_LINEAR, Image::OSG_L_PF,
-                                Image::OSG_UINT8_IMAGEDATA, 1.0f, 1);
-    blurHTarget.initialize(window, 0, 0, right - left, top - bottom);
-    blurHTarget.addTargetTexture(GL_LUMINANCE8, GL_LUMINANCE, GL_LINEAR, Image::OSG_L_PF,
-                                 Image::OSG_UINT8_IMAGEDATA, 1.0f, 1);
-
-    createNoiseAndKernel();
+    initializeTargets({&ssaoTarget, &blurHTarget}, window, FullSize, FactorFormat,
+                      left, bottom, right, top);
 
     const MFVec3f blurKernel = PostProcessingTools::getGaussianBlurKernel(5, 0.0f, 2.0f);
 
-    beginEditCP(ssaoShader, ShaderChunk::ParametersFieldMask);
-    ssaoShader->setUniformParameter("texDepth",  Int32(0));
-    ssaoShader->setUniformParameter("texNormal", Int32(1));
-    ssaoShader->setUniformParameter("texNoise",  Int32(2));
-    endEditCP(ssaoShader, ShaderChunk::ParametersFieldMask);
-
-    blurHShader = createShader(s_strBlurHFragmentShader);
-    beginEditCP(blurHShader, ShaderChunk::ParametersFieldMask);
-    blurHShader->setUniformParameter("texNormal",  Int32(0));
-    blurHShader->setUniformParameter("texSSAO",    Int32(1));
-    blurHShader->setUniformParameter("blurKernel", blurKernel);
-    endEditCP(blurHShader, ShaderChunk::ParametersFieldMask);
-
-    blurVFinalShader = createShader(s_strBlurVFinalFragmentShader);
-    beginEditCP(blurVFinalShader, ShaderChunk::ParametersFieldMask);
-    blurVFinalShader->setUniformParameter("texNormal",  Int32(0));
-    blurVFinalShader->setUniformParameter("texSSAO",    Int32(1));
-    blurVFinalShader->setUniformParameter("texScene",   Int32(2));
-    blurVFinalShader->setUniformParameter("blurKernel", blurKernel);
-    endEditCP(blurVFinalShader, ShaderChunk::ParametersFieldMask);
-
+    ssaoShader       = createShader(s_strSSAOFragmentShader,
+                                    {"texDepth", "texNormal", "texNoise"});
+    blurHShader      = createShader(s_strBlurHFragmentShader, {"texNormal", "texSSAO"});
+    blurVFinalShader = createShader(s_strBlurVFinalFragmentShader,
+                                    {"texNormal", "texSSAO", "texScene"});
+    setUniform(blurHShader,      "blurKernel", blurKernel);
+    setUniform(blurVFinalShader, "blurKernel", blurKernel);
+    createNoiseAndKernel();
     setSizeUniforms(left, bottom, right, top);
 
     TextureChunkPtr depth  = gbuffer.getTargetTexture(UInt8(gbufferTextureCount - 1));
     TextureChunkPtr normal = gbuffer.getTargetTexture(0);
 
-    ssaoMaterial = createMaterial(ssaoShader);
-    beginEditCP(ssaoMaterial, ChunkMaterial::ChunksFieldMask);
-    ssaoMaterial->addChunk(depth,        State::AutoSlotReplace);
-    ssaoMaterial->addChunk(normal,       State::AutoSlotReplace);
-    ssaoMaterial->addChunk(noiseTexture, State::AutoSlotReplace);
-    endEditCP(ssaoMaterial, ChunkMaterial::ChunksFieldMask);
-
-    blurHMaterial = createMaterial(blurHShader);
-    beginEditCP(blurHMaterial, ChunkMaterial::ChunksFieldMask);
-    blurHMaterial->addChunk(normal,                          State::AutoSlotReplace);
-    blurHMaterial->addChunk(ssaoTarget.getTargetTexture(0), State::AutoSlotReplace);
-    endEditCP(blurHMaterial, ChunkMaterial::ChunksFieldMask);
-
-    blurVFinalMaterial = createMaterial(blurVFinalShader);
-    beginEditCP(blurVFinalMaterial, ChunkMaterial::ChunksFieldMask);
-    blurVFinalMaterial->addChunk(normal,                           State::AutoSlotReplace);
-    blurVFinalMaterial->addChunk(blurHTarget.getTargetTexture(0), State::AutoSlotReplace);
-    endEditCP(blurVFinalMaterial, ChunkMaterial::ChunksFieldMask);
+    ssaoMaterial       = createMaterial(ssaoShader, {depth, normal, noiseTexture});
+    blurHMaterial      = createMaterial(blurHShader, {normal, ssaoTarget.getTargetTexture(0)});
+    blurVFinalMaterial = createMaterial(blurVFinalShader,
+                                        {normal, blurHTarget.getTargetTexture(0)});
 
     initialized = true;
 }
 
 void DeferredSSAOPostProcessor::resize(int left, int bottom, int right, int top)
 {
-    renderTarget.resize(0, 0, right - left, top - bottom);
-    ssaoTarget  .resize(0, 0, right - left, top - bottom);
-    blurHTarget .resize(0, 0, right - left, top - bottom);
+    resizeTargets({&renderTarget, &ssaoTarget, &blurHTarget}, FullSize,
+                  left, bottom, right, top);
     setSizeUniforms(left, bottom, right, top);
 }
 
@@ -302,30 +255,22 @@ void DeferredSSAOPostProcessor::createNoiseAndKernel(void)
     noiseTexture->setWrapT(GL_REPEAT);
     endEditCP(noiseTexture);
 
-    ssaoShader = createShader(s_strSSAOFragmentShader);
-    beginEditCP(ssaoShader, ShaderChunk::ParametersFieldMask);
-    ssaoShader->setUniformParameter("Samples", samples);
-    endEditCP(ssaoShader, ShaderChunk::ParametersFieldMask);
+    setUniform(ssaoShader, "Samples", samples);
 }
 
 // One noise texel per screen pixel; each blur steps one pixel along its
 // own axis.
 void DeferredSSAOPostProcessor::setSizeUniforms(int left, int bottom, int right, int top)
 {
-    const Real32 width  = Real32(right - left + 1);
-    const Real32 height = Real32(top - bottom + 1);
+    int width, height;
+    getTargetSize(FullSize, left, bottom, right, top, width, height);
+    const Vec2f pixel = getPixelSize(FullSize, left, bottom, right, top);
 
-    beginEditCP(ssaoShader, ShaderChunk::ParametersFieldMask);
-    ssaoShader->setUniformParameter("vNoiseTextureRepeat", Vec2f(width * 0.25f, height * 0.25f));
-    endEditCP(ssaoShader, ShaderChunk::ParametersFieldMask);
-
-    beginEditCP(blurHShader, ShaderChunk::ParametersFieldMask);
-    blurHShader->setUniformParameter("pixelSize", Vec2f(1.0f / width, 0.0f));
-    endEditCP(blurHShader, ShaderChunk::ParametersFieldMask);
-
-    beginEditCP(blurVFinalShader, ShaderChunk::ParametersFieldMask);
-    blurVFinalShader->setUniformParameter("pixelSize", Vec2f(0.0f, 1.0f / height));
-    endEditCP(blurVFinalShader, ShaderChunk::ParametersFieldMask);
+    // One noise texel a pixel: the 4 x 4 texture repeats a quarter of the size.
+    setUniform(ssaoShader,       "vNoiseTextureRepeat",
+               Vec2f(Real32(width) * 0.25f, Real32(height) * 0.25f));
+    setUniform(blurHShader,      "pixelSize", Vec2f(pixel[0], 0.0f));
+    setUniform(blurVFinalShader, "pixelSize", Vec2f(0.0f, pixel[1]));
 }
 
 OSG_END_NAMESPACE

@@ -11,6 +11,8 @@
 #include <OpenSG/OSGVector.h>
 #include <OpenSG/OSGWindow.h>
 
+#include <initializer_list>
+
 #include <Lumora/OSGRenderTarget.h>
 
 OSG_BEGIN_NAMESPACE
@@ -57,24 +59,64 @@ class IDeferredPostProcessor
     bool initialized;
 
   protected:
+    // The sizes a pass's target can have: the viewport's, or a quarter of it
+    // (truncated, at least one pixel) for the reduced passes of the blurs.
+    enum TargetSize
+    {
+        FullSize,
+        QuarterSize
+    };
+
+    // What a target holds: an image (half-float RGB), or a factor in 0 ... 1
+    // (8-bit luminance: it is blurred or scaled anyway).
+    enum TargetFormat
+    {
+        ImageFormat,
+        FactorFormat
+    };
+
     // Creates the render action for window and initialises renderTarget at
-    // the rectangle's size, from the target's own origin.
+    // the rectangle's size with the image texture every effect passes on.
     void initializeBase(WindowPtr window, int left, int bottom, int right, int top);
 
-    // Gives target the texture every effect passes on: half-float RGB,
-    // linearly filtered.
-    static void addImageTexture(RenderTarget &target);
+    // Each target is a framebuffer of its own, linearly filtered, whose
+    // origin is its own corner wherever the viewport sits in the window.
+    static void initializeTargets(std::initializer_list<RenderTarget *> targets,
+                                  WindowPtr window, TargetSize size, TargetFormat format,
+                                  int left, int bottom, int right, int top);
+    static void resizeTargets(std::initializer_list<RenderTarget *> targets, TargetSize size,
+                              int left, int bottom, int right, int top);
+
+    static void getTargetSize(TargetSize size, int left, int bottom, int right, int top,
+                              int &width, int &height);
+
+    // One pixel of a target of the given size, in texture coordinates.
+    static Vec2f getPixelSize(TargetSize size, int left, int bottom, int right, int top);
 
     // A quarter of a size, truncated, but never less than one pixel: a
     // target of no pixels cannot be drawn into.
     static int quarter(int size) { return size / 4 > 0 ? size / 4 : 1; }
 
-    // A program of the shared vertex text and the given fragment text.
-    static SHLChunkPtr createShader(const char *fragmentProgram);
+    // A program of the shared vertex text and the given fragment text, its
+    // samplers bound to units 0, 1, ... in the order given.
+    static SHLChunkPtr createShader(const char *fragmentProgram,
+                                    std::initializer_list<const char *> samplers);
 
-    // A material holding the chunks in order; the first texture added
-    // takes unit 0.
-    static ChunkMaterialPtr createMaterial(StateChunkPtr shader);
+    // A material holding the shader and then the textures, which take
+    // units 0, 1, ... in that order.
+    static ChunkMaterialPtr createMaterial(StateChunkPtr shader,
+                                           std::initializer_list<TextureChunkPtr> textures);
+
+    template <class ValueT>
+    static void setUniform(SHLChunkPtr shader, const char *name, const ValueT &value)
+    {
+        beginEditCP(shader, ShaderChunk::ParametersFieldMask);
+        shader->setUniformParameter(name, value);
+        endEditCP(shader, ShaderChunk::ParametersFieldMask);
+    }
+
+    // Gives up this object's reference to each container that was created.
+    static void release(std::initializer_list<FieldContainerPtr> containers);
 
     // Renders material full-screen into target with input added for the
     // pass and removed after it.
