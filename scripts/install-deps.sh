@@ -7,7 +7,7 @@ LUMORA_DEB_PACKAGES=(
     libepoxy-dev libegl-dev libgl-dev libegl-mesa0 libgl1-mesa-dri
     freeglut3-dev libboost-dev libboost-random-dev libpng-dev
     libgtest-dev libgmock-dev libbenchmark-dev libassimp-dev libjpeg-dev
-    libstb-dev libtiff-dev libopenexr-dev
+    libstb-dev libtiff-dev libopenexr-dev libcli11-dev
     assimp-testmodels xvfb xauth
     dpkg-dev file
 )

@@ -19,6 +19,7 @@
 
 #include <Lumora/HeadlessContext.h>
 
+#include "common/CommandLine.h"
 #include "common/DemoScene.h"
 
 #include <algorithm>
@@ -64,55 +65,12 @@ void printUsage(std::ostream &os)
 // 0: parsed, 1: help shown, 2: bad arguments (message written).
 int parseArgs(int argc, char **argv, Options &opt)
 {
-    for(int i = 1; i < argc; ++i)
-    {
-        std::string arg = argv[i];
-        if(arg == "--help" || arg == "-h")
-        {
-            printUsage(std::cout);
-            return 1;
-        }
-
-        if(arg != "--width" && arg != "--height" && arg != "--lights" && arg != "--out")
-        {
-            std::cerr << "osg-forward-render: unknown option '" << arg << "'\n";
-            printUsage(std::cerr);
-            return 2;
-        }
-        if(i + 1 >= argc)
-        {
-            std::cerr << "osg-forward-render: " << arg << " needs a value\n";
-            return 2;
-        }
-
-        const char *value = argv[++i];
-        bool ok = true;
-        if(arg == "--width")
-            ok = parseInt(value, 1, 16384, opt.width);
-        else if(arg == "--height")
-            ok = parseInt(value, 1, 16384, opt.height);
-        else if(arg == "--lights")
-            ok = parseInt(value, 0, MaxPointLights, opt.lights);
-        else
-            opt.out = value;
-
-        if(!ok)
-        {
-            std::cerr << "osg-forward-render: bad value '" << value << "' for " << arg;
-            if(arg == "--lights")
-                std::cerr << " (0.." << MaxPointLights << ")";
-            else if(arg != "--out")
-                std::cerr << " (1..16384)";
-            std::cerr << "\n";
-            return 2;
-        }
-        if(opt.out.empty())
-        {
-            std::cerr << "osg-forward-render: --out needs a file name\n";
-            return 2;
-        }
-    }
-    return 0;
+    CommandLine line("osg-forward-render", printUsage);
+    line.addInt ("--width",  1, 16384,          opt.width);
+    line.addInt ("--height", 1, 16384,          opt.height);
+    line.addInt ("--lights", 0, MaxPointLights, opt.lights);
+    line.addText("--out",    opt.out);
+    return line.parse(argc, argv);
 }
 
 } // namespace

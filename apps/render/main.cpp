@@ -17,6 +17,7 @@
 #include <Lumora/HeadlessContext.h>
 
 #include "common/DebugView.h"
+#include "common/CommandLine.h"
 #include "common/DemoScene.h"
 
 #include <algorithm>
@@ -39,19 +40,14 @@ namespace
 
 typedef DeferredRenderingViewport DRV;
 
-struct Options
+struct Options : SceneOptions
 {
-    int         width   = 640;
-    int         height  = 360;
-    int         frames  = 10;
-    int         points  = 24;
-    int         spots   = 8;
+    Options(void) { frames = 10; }
+
     bool        sun     = true;
-    bool        shadows = true;
     Real32      orbit   = 0.0f;  // degrees the camera turns per frame
     bool        effects[DRV::NumPostProcessors] = {false, false, false, false, false};
     std::string out     = "demo.png";
-    std::string model;              // empty: the demo scene
     int         camera  = 0;        // which of the file's cameras
     bool        fit     = false;    // frame the model even if it has cameras
     std::string debugPrefix;        // empty: no debug views
@@ -159,127 +155,40 @@ void printUsage(std::ostream &os)
 // 0: parsed, 1: help shown, 2: bad arguments (message written).
 int parseArgs(int argc, char **argv, Options &opt)
 {
-    for(int i = 1; i < argc; ++i)
+    CommandLine line("lumora-render", printUsage);
+    line.addSceneOptions(opt, SceneLimits{1, 1 << 20, 4096, 4096, 100000});
+    line.addFlag("--no-sun",       [&]() { opt.sun = false; });
+    line.addFlag("--all-effects",  [&]() {
+        std::fill(std::begin(opt.effects), std::end(opt.effects), true);
+    });
+    line.addFlag("--fit-camera",        [&]() { opt.fit = true; });
+    line.addFlag("--light-batching",    [&]() { opt.batching = true; });
+    line.addFlag("--no-light-batching", [&]() { opt.batching = false; });
+    line.addFlag("--shadow-reuse",      [&]() { opt.reuse = 1; });
+    line.addFlag("--no-shadow-reuse",   [&]() { opt.reuse = 0; });
+    line.addFlag("--compare-defaults",  [&]() { opt.compare = true; });
+    for(const Switch &effect : Effects)
     {
-        const std::string arg = argv[i];
-        if(arg == "--help" || arg == "-h")
-        {
-            printUsage(std::cout);
-            return 1;
-        }
-        if(arg.compare(0, 1, "-") != 0)
-        {
-            if(!opt.model.empty())
-            {
-                std::cerr << "lumora-render: one model at a time ('" << opt.model << "' and '"
-                          << arg << "')\n";
-                return 2;
-            }
-            opt.model = arg;
-            continue;
-        }
-        if(arg == "--fit-camera")
-        {
-            opt.fit = true;
-            continue;
-        }
-        if(arg == "--light-batching" || arg == "--no-light-batching")
-        {
-            opt.batching = arg == "--light-batching";
-            continue;
-        }
-        if(arg == "--shadow-reuse" || arg == "--no-shadow-reuse")
-        {
-            opt.reuse = arg == "--shadow-reuse" ? 1 : 0;
-            continue;
-        }
-        if(arg == "--compare-defaults")
-        {
-            opt.compare = true;
-            continue;
-        }
-        if(arg == "--no-sun" || arg == "--no-shadows" || arg == "--all-effects")
-        {
-            opt.sun     = opt.sun     && arg != "--no-sun";
-            opt.shadows = opt.shadows && arg != "--no-shadows";
-            if(arg == "--all-effects")
-                std::fill(std::begin(opt.effects), std::end(opt.effects), true);
-            continue;
-        }
-        const Switch *effect = std::find_if(std::begin(Effects), std::end(Effects),
-                                            [&](const Switch &s) { return arg == s.name; });
-        if(effect != std::end(Effects))
-        {
-            opt.effects[effect->slot] = true;
-            continue;
-        }
-
-        const Parameter *parameter =
-            std::find_if(std::begin(Parameters), std::end(Parameters),
-                         [&](const Parameter &p) { return arg == p.name; });
-        const bool known = parameter != std::end(Parameters) ||
-            arg == "--width" || arg == "--height" || arg == "--frames" || arg == "--out" ||
-            arg == "--point-lights" || arg == "--spot-lights" || arg == "--orbit" ||
-            arg == "--shadow-intensity" || arg == "--camera" || arg == "--debug-views";
-        if(!known)
-        {
-            std::cerr << "lumora-render: unknown option '" << arg << "'\n";
-            printUsage(std::cerr);
-            return 2;
-        }
-        if(i + 1 >= argc)
-        {
-            std::cerr << "lumora-render: " << arg << " needs a value\n";
-            return 2;
-        }
-
-        const char *value = argv[++i];
-        bool   ok     = true;
-        Real32 number = 0.0f;
-        if(parameter != std::end(Parameters) || arg == "--orbit" || arg == "--shadow-intensity")
-        {
-            ok = parseReal(value, number);
-            if(ok && parameter != std::end(Parameters))
-            {
-                void (DRV::*set)(Real32) = parameter->set;
-                opt.settings.push_back([set, number](DRV *viewport) { (viewport->*set)(number); });
-            }
-            else if(ok && arg == "--orbit")
-                opt.orbit = number;
-            else if(ok)
-                opt.settings.push_back([number](DRV *viewport) {
-                    viewport->setGlobalShadowIntensity(number);
-                });
-        }
-        else if(arg == "--width")
-            ok = parseInt(value, 1, 1 << 20, opt.width);
-        else if(arg == "--height")
-            ok = parseInt(value, 1, 1 << 20, opt.height);
-        else if(arg == "--camera")
-            ok = parseInt(value, 0, 1 << 20, opt.camera);
-        else if(arg == "--debug-views")
-        {
-            opt.debugPrefix = value;
-            ok              = !opt.debugPrefix.empty();
-        }
-        else if(arg == "--frames")
-            ok = parseInt(value, 1, 100000, opt.frames);
-        else if(arg == "--point-lights")
-            ok = parseInt(value, 0, 4096, opt.points);
-        else if(arg == "--spot-lights")
-            ok = parseInt(value, 0, 4096, opt.spots);
-        else
-        {
-            opt.out = value;
-            ok      = !opt.out.empty();
-        }
-        if(!ok)
-        {
-            std::cerr << "lumora-render: bad value '" << value << "' for " << arg << "\n";
-            return 2;
-        }
+        const int slot = effect.slot;
+        line.addFlag(effect.name, [&opt, slot]() { opt.effects[slot] = true; });
     }
-    return 0;
+    for(const Parameter &parameter : Parameters)
+    {
+        void (DRV::*set)(Real32) = parameter.set;
+        line.addReal(parameter.name, [&opt, set](Real32 value) {
+            opt.settings.push_back([set, value](DRV *viewport) { (viewport->*set)(value); });
+        });
+    }
+    line.addReal("--shadow-intensity", [&](Real32 value) {
+        opt.settings.push_back([value](DRV *viewport) {
+            viewport->setGlobalShadowIntensity(value);
+        });
+    });
+    line.addReal("--orbit", [&](Real32 value) { opt.orbit = value; });
+    line.addInt ("--camera", 0, 1 << 20, opt.camera);
+    line.addText("--out", opt.out);
+    line.addText("--debug-views", opt.debugPrefix);
+    return line.parse(argc, argv);
 }
 
 Real64 median(std::vector<Real64> times)

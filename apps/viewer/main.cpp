@@ -17,6 +17,7 @@
 #include <Lumora/DeferredRenderingViewport.h>
 
 #include "common/DebugView.h"
+#include "common/CommandLine.h"
 #include "common/DemoScene.h"
 
 #include <cstdio>
@@ -35,17 +36,12 @@ namespace
 
 typedef DeferredRenderingViewport DRV;
 
-struct Options
+// Scripted run (frames above 0): render this many frames, press the keys
+// one a frame, drag once before the first, write the last frame, quit.
+struct Options : SceneOptions
 {
-    int         width   = 800;
-    int         height  = 450;
-    int         points  = 24;
-    int         spots   = 8;
-    bool        shadows = true;
-    std::string model;
-    // Scripted run: render this many frames, press the keys one a frame,
-    // drag once before the first, write the last frame, quit.
-    int         frames  = 0;
+    Options(void) { width = 800; height = 450; }
+
     std::string keys;
     int         dragX   = 0;
     int         dragY   = 0;
@@ -142,73 +138,26 @@ void printUsage(std::ostream &os)
 // 0: parsed, 1: help shown, 2: bad arguments (message written).
 int parseArgs(int argc, char **argv, Options &opt)
 {
-    for(int i = 1; i < argc; ++i)
-    {
-        const std::string arg = argv[i];
-        if(arg == "--help" || arg == "-h")
-        {
-            printUsage(std::cout);
-            return 1;
-        }
-        if(arg == "--no-shadows")
-        {
-            opt.shadows = false;
-            continue;
-        }
-        if(arg.compare(0, 2, "--") != 0)
-        {
-            if(!opt.model.empty())
-            {
-                std::cerr << "lumora-viewer: one model at a time ('" << opt.model << "' and '"
-                          << arg << "')\n";
-                return 2;
-            }
-            opt.model = arg;
-            continue;
-        }
-        const bool known = arg == "--width" || arg == "--height" || arg == "--point-lights" ||
-                           arg == "--spot-lights" || arg == "--frames" || arg == "--keys" ||
-                           arg == "--drag" || arg == "--screenshot";
-        if(!known)
-        {
-            std::cerr << "lumora-viewer: unknown option '" << arg << "' (see --help)\n";
-            return 2;
-        }
-        if(i + 1 >= argc)
-        {
-            std::cerr << "lumora-viewer: " << arg << " needs a value\n";
-            return 2;
-        }
-        const char *value = argv[++i];
-        bool        good  = true;
-        if(arg == "--width")
-            good = parseInt(value, 16, 16384, opt.width);
-        else if(arg == "--height")
-            good = parseInt(value, 16, 16384, opt.height);
-        else if(arg == "--point-lights")
-            good = parseInt(value, 0, 1024, opt.points);
-        else if(arg == "--spot-lights")
-            good = parseInt(value, 0, 256, opt.spots);
-        else if(arg == "--frames")
-            good = parseInt(value, 1, 1000000, opt.frames);
-        else if(arg == "--keys")
-            opt.keys = value;
-        else if(arg == "--screenshot")
-            opt.screenshot = value;
-        else
-        {
-            const std::string text = value;
-            const size_t      comma = text.find(',');
-            good = comma != std::string::npos &&
-                   parseInt(text.substr(0, comma).c_str(), -4096, 4096, opt.dragX) &&
-                   parseInt(text.substr(comma + 1).c_str(), -4096, 4096, opt.dragY);
-        }
-        if(!good)
-        {
-            std::cerr << "lumora-viewer: bad value '" << value << "' for " << arg << "\n";
-            return 2;
-        }
-    }
+    CommandLine line("lumora-viewer", printUsage);
+    line.addSceneOptions(opt, SceneLimits{16, 16384, 1024, 256, 1000000});
+    line.addValue("--keys", [&](const std::string &keys) {
+        opt.keys = keys;
+        return true;
+    });
+    line.addValue("--drag", [&](const std::string &text) {
+        const size_t comma = text.find(',');
+        return comma != std::string::npos &&
+               parseInt(text.substr(0, comma).c_str(), -4096, 4096, opt.dragX) &&
+               parseInt(text.substr(comma + 1).c_str(), -4096, 4096, opt.dragY);
+    });
+    line.addValue("--screenshot", [&](const std::string &file) {
+        opt.screenshot = file;
+        return true;
+    });
+    const int parsed = line.parse(argc, argv);
+    if(parsed != 0)
+        return parsed;
+
     const bool scripted = !opt.keys.empty() || opt.dragX != 0 || opt.dragY != 0 ||
                           !opt.screenshot.empty();
     if(scripted && opt.frames == 0)
