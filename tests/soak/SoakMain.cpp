@@ -152,6 +152,14 @@ double residentMB()
     return double(resident) * double(sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
 }
 
+// What the program holds from malloc: flat while resident memory grows
+// means the growth is mapped outside the heap (the driver's).
+double heapMB()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return double(info.uordblks + info.hblkhd) / (1024.0 * 1024.0);
+}
+
 // A small model, read through the loader as a file would be.
 const char *s_modelObj =
     "v -0.5 0 -0.5\nv 0.5 0 -0.5\nv 0.5 0 0.5\nv -0.5 0 0.5\nv 0 1 0\n"
@@ -533,6 +541,7 @@ int Soak::run(void)
 
     const testsupport::LiveObjects before = testsupport::LiveObjects::count();
     const double rssStart = residentMB();
+    const double heapStart = heapMB();
     double rssPeak = rssStart;
 
     createViewport();
@@ -550,8 +559,9 @@ int Soak::run(void)
         {
             lastProgress = now;
             rssPeak = std::max(rssPeak, residentMB());
-            std::fprintf(stderr, "frame %d/%d, %zu lights, %.0f s, %.1f MB resident\n",
-                         frame + 1, _opt.frames, _lights.size(), elapsed, residentMB());
+            std::fprintf(stderr, "frame %d/%d, %zu lights, %.0f s, %.1f MB resident, "
+                         "%.1f MB heap\n", frame + 1, _opt.frames, _lights.size(), elapsed,
+                         residentMB(), heapMB());
         }
         if(_opt.seconds > 0 && elapsed >= _opt.seconds)
         {
@@ -566,6 +576,7 @@ int Soak::run(void)
 
     const testsupport::LiveObjects after = testsupport::LiveObjects::count();
     const double rssEnd = residentMB();
+    const double heapEnd = heapMB();
     rssPeak = std::max(rssPeak, rssRun);
     const std::string changed = testsupport::differences(before, after);
 
@@ -579,8 +590,9 @@ int Soak::run(void)
     std::printf("seed %u: %d frames in %.1f s (%.1f ms a frame); %d viewports, %d resizes, "
                 "%d model loads\n", _opt.seed, frame, seconds, 1000.0 * seconds / frame,
                 _viewports, _resizes, _models);
-    std::printf("resident memory: %.1f MB at start, %.1f MB peak, %.1f MB at end\n",
-                rssStart, rssPeak, rssEnd);
+    std::printf("resident memory: %.1f MB at start, %.1f MB peak, %.1f MB at end; "
+                "heap in use: %.1f MB at start, %.1f MB at end\n",
+                rssStart, rssPeak, rssEnd, heapStart, heapEnd);
     std::printf("field containers: %d at start, %d at end; GL objects: %d at start, %d at end\n",
                 total, totalAfter, gl, glAfter);
 
