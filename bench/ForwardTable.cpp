@@ -13,13 +13,13 @@
 #include <Lumora/DeferredRenderingViewport.h>
 #include <Lumora/HeadlessContext.h>
 
+#include "common/CommandLine.h"
 #include "common/DemoScene.h"
 #include "ForwardRenderer.h"
 #include "RawGL.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -60,21 +60,6 @@ void usage(FILE *out)
         "  --sizes    image heights, width 16/9 of each (default 360,720)\n"
         "  --lights   light counts (default 1,8,64,256)\n"
         "  --frames   measured frames per figure after one warm-up, median (default 3)\n");
-}
-
-bool parseList(const char *text, int minValue, int maxValue, std::vector<int> &out)
-{
-    out.clear();
-    std::stringstream stream(text);
-    std::string item;
-    while(std::getline(stream, item, ','))
-    {
-        int value = 0;
-        if(!demo::parseInt(item.c_str(), minValue, maxValue, value))
-            return false;
-        out.push_back(value);
-    }
-    return !out.empty();
 }
 
 bool parseScenes(const char *text, std::vector<std::string> &out)
@@ -193,53 +178,16 @@ Row measureRow(const std::string &scene, ForwardRenderer &forward, int width, in
 int main(int argc, char **argv)
 {
     Options options;
-    for(int i = 1; i < argc; ++i)
-    {
-        const bool hasValue = i + 1 < argc;
-        if(std::strcmp(argv[i], "--help") == 0)
-        {
-            usage(stdout);
-            return 0;
-        }
-        else if(std::strcmp(argv[i], "--scenes") == 0 && hasValue)
-        {
-            if(!parseScenes(argv[++i], options.scenes))
-            {
-                std::fprintf(stderr, "lumora_forward_table: bad --scenes '%s'\n", argv[i]);
-                return 2;
-            }
-        }
-        else if(std::strcmp(argv[i], "--sizes") == 0 && hasValue)
-        {
-            if(!parseList(argv[++i], 9, 2160, options.heights))
-            {
-                std::fprintf(stderr, "lumora_forward_table: bad --sizes '%s'\n", argv[i]);
-                return 2;
-            }
-        }
-        else if(std::strcmp(argv[i], "--lights") == 0 && hasValue)
-        {
-            if(!parseList(argv[++i], 1, 4096, options.lightCounts))
-            {
-                std::fprintf(stderr, "lumora_forward_table: bad --lights '%s'\n", argv[i]);
-                return 2;
-            }
-        }
-        else if(std::strcmp(argv[i], "--frames") == 0 && hasValue)
-        {
-            if(!demo::parseInt(argv[++i], 1, 1000, options.frames))
-            {
-                std::fprintf(stderr, "lumora_forward_table: bad --frames '%s'\n", argv[i]);
-                return 2;
-            }
-        }
-        else
-        {
-            std::fprintf(stderr, "lumora_forward_table: unknown argument '%s'\n", argv[i]);
-            usage(stderr);
-            return 2;
-        }
-    }
+    demo::CommandLine line("lumora_forward_table", [](std::ostream &) { usage(stdout); });
+    line.addValue("--scenes", [&](const std::string &text) {
+        return parseScenes(text.c_str(), options.scenes);
+    });
+    line.addList("--sizes", 9, 2160, options.heights);
+    line.addList("--lights", 1, 4096, options.lightCounts);
+    line.addInt ("--frames", 1, 1000, options.frames);
+    const int parsed = line.parse(argc, argv);
+    if(parsed != 0)
+        return parsed == 1 ? 0 : parsed;
 
     int maxHeight = 0;
     for(int h : options.heights)

@@ -14,12 +14,11 @@
 #include <Lumora/DeferredRenderingViewport.h>
 #include <Lumora/HeadlessContext.h>
 
+#include "common/CommandLine.h"
 #include "common/DemoScene.h"
 #include "LightFloor.h"
 
 #include <cstdio>
-#include <cstring>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -51,21 +50,6 @@ void usage(FILE *out)
         "  --lights   point light counts (default 1,8,64,256)\n"
         "  --sizes    image heights, width 16/9 of each (default 360,720)\n"
         "  --frames   measured frames per figure after one warm-up (default 3)\n");
-}
-
-bool parseList(const char *text, int minValue, int maxValue, std::vector<int> &out)
-{
-    out.clear();
-    std::stringstream stream(text);
-    std::string item;
-    while(std::getline(stream, item, ','))
-    {
-        int value = 0;
-        if(!demo::parseInt(item.c_str(), minValue, maxValue, value))
-            return false;
-        out.push_back(value);
-    }
-    return !out.empty();
 }
 
 // Light stage figures of the demo scene with count point lights, drawn as
@@ -157,45 +141,13 @@ LibraryFigures measureLibrary(int width, int height, int count, int frames, bool
 int main(int argc, char **argv)
 {
     Options options;
-    for(int i = 1; i < argc; ++i)
-    {
-        const bool hasValue = i + 1 < argc;
-        if(std::strcmp(argv[i], "--help") == 0)
-        {
-            usage(stdout);
-            return 0;
-        }
-        else if(std::strcmp(argv[i], "--lights") == 0 && hasValue)
-        {
-            if(!parseList(argv[++i], 1, 4096, options.lightCounts))
-            {
-                std::fprintf(stderr, "lumora_light_table: bad --lights '%s'\n", argv[i]);
-                return 2;
-            }
-        }
-        else if(std::strcmp(argv[i], "--sizes") == 0 && hasValue)
-        {
-            if(!parseList(argv[++i], 9, 2160, options.heights))
-            {
-                std::fprintf(stderr, "lumora_light_table: bad --sizes '%s'\n", argv[i]);
-                return 2;
-            }
-        }
-        else if(std::strcmp(argv[i], "--frames") == 0 && hasValue)
-        {
-            if(!demo::parseInt(argv[++i], 1, 1000, options.frames))
-            {
-                std::fprintf(stderr, "lumora_light_table: bad --frames '%s'\n", argv[i]);
-                return 2;
-            }
-        }
-        else
-        {
-            std::fprintf(stderr, "lumora_light_table: unknown argument '%s'\n", argv[i]);
-            usage(stderr);
-            return 2;
-        }
-    }
+    demo::CommandLine line("lumora_light_table", [](std::ostream &) { usage(stdout); });
+    line.addList("--lights", 1, 4096, options.lightCounts);
+    line.addList("--sizes", 9, 2160, options.heights);
+    line.addInt ("--frames", 1, 1000, options.frames);
+    const int parsed = line.parse(argc, argv);
+    if(parsed != 0)
+        return parsed == 1 ? 0 : parsed;
 
     int maxHeight = 0;
     for(int h : options.heights)

@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 
 #include <iostream>
+#include <sstream>
 
 namespace demo
 {
@@ -54,6 +55,24 @@ void CommandLine::addReal(const char *name, std::function<void(osg::Real32)> act
             return false;
         action(number);
         return true;
+    });
+}
+
+void CommandLine::addList(const char *name, int minValue, int maxValue,
+                          std::vector<int> &result)
+{
+    addValue(name, [minValue, maxValue, &result](const std::string &value) {
+        result.clear();
+        std::stringstream stream(value);
+        std::string       item;
+        while(std::getline(stream, item, ','))
+        {
+            int number = 0;
+            if(!parseInt(item.c_str(), minValue, maxValue, number))
+                return false;
+            result.push_back(number);
+        }
+        return !result.empty();
     });
 }
 

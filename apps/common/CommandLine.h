@@ -7,6 +7,7 @@
 #include <iosfwd>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace CLI
 {
@@ -51,6 +52,8 @@ class CommandLine
     void addInt  (const char *name, int minValue, int maxValue, int &result);
     // A whole finite decimal number.
     void addReal (const char *name, std::function<void(osg::Real32)> action);
+    // Whole numbers separated by commas, at least one.
+    void addList (const char *name, int minValue, int maxValue, std::vector<int> &result);
     // Any text but an empty one.
     void addText (const char *name, std::string &result);
     // A value of the option's own form; parse says whether it was good.
