@@ -83,14 +83,7 @@ TEST_F(DirectionalShadowTest, SunShadowsFallInEachOfItsThreeSplits)
         nearest  = std::min(nearest, depth);
         farthest = std::max(farthest, depth);
     }
-    nearest = std::max(nearest, 1.0f);
-    Real32 splits[4];
-    for(int i = 0; i < 4; ++i)
-    {
-        const double t = i / 3.0;
-        splits[i] = Real32(0.8 * nearest * std::pow(double(farthest) / nearest, t) +
-                           0.2 * (nearest + t * (farthest - nearest)));
-    }
+    const std::vector<Real32> splits = cascadeSplits(std::max(nearest, 1.0f), farthest);
 
     Vec3f L = toSun;
     L.normalize();

@@ -262,15 +262,8 @@ TEST_P(DirectionalLightCameraTest, SplitCamerasFitTheirSplitsAndSnapToTexels)
 
     // Splits: the scene's depth range seen by the viewer, divided.
     Vec2f viewRange = depthRange(viewer.viewing, low, high);
-    const Real32 nearSplit = std::max(viewer.nearFar[0], viewRange[0]);
-    const Real32 farSplit  = viewRange[1];
-    Real32 splits[4];
-    for(int i = 0; i < 4; ++i)
-    {
-        const double t = i / 3.0;
-        splits[i] = Real32(0.8 * nearSplit * std::pow(double(farSplit) / nearSplit, t) +
-                           0.2 * (nearSplit + t * (farSplit - nearSplit)));
-    }
+    const std::vector<Real32> splits =
+        cascadeSplits(std::max(viewer.nearFar[0], viewRange[0]), viewRange[1]);
 
     // Light view: from five scene radii out along the light's direction,
     // looking at the scene's centre.
@@ -354,6 +347,35 @@ INSTANTIATE_TEST_SUITE_P(DeferredDirectionalLight, DirectionalLightCameraTest,
                     SunCase{"Overhead",    Vec3f(0.0f, 1.0f, 0.0f), Vec3f(0, 0, 1)},
                     SunCase{"LowFromSide", Vec3f(1.0f, 0.3f, -0.5f), Vec3f(0, 1, 0)}),
     [](const testing::TestParamInfo<SunCase> &info) { return std::string(info.param.name); });
+
+// The blend's own figures: a swapped weight or a uniform-only division
+// misses them by whole units.
+TEST_F(LightCameraTest, SplitDistancesBlendLogarithmicAndUniformDivisions)
+{
+    struct Case
+    {
+        Real32 near, far;
+        Real32 splits[4];
+    };
+    const Case cases[] =
+    {
+        {1.0f,  100.0f,  {1.0f,  10.51f, 30.64f,  100.0f}},
+        {0.1f,  1000.0f, {0.1f,  68.40f, 170.47f, 1000.0f}},
+        {7.0f,  7.0f,    {7.0f,  7.0f,   7.0f,    7.0f}},
+    };
+    for(const Case &c : cases)
+    {
+        SCOPED_TRACE(testing::Message() << "near " << c.near << ", far " << c.far);
+        DeferredDirectionalLight light;
+        light.updateSplitDistances(c.near, c.far);
+        const std::vector<Real32> ours = cascadeSplits(c.near, c.far);
+        for(UInt16 i = 0; i < 4; ++i)
+        {
+            EXPECT_NEAR(light.getSplitDistance(i), c.splits[i], 0.005f) << i;
+            EXPECT_NEAR(ours[i], c.splits[i], 0.005f) << i;
+        }
+    }
+}
 
 // Each split frustum is the viewer's, cut by planes parallel to its near
 // plane at the split distances.
