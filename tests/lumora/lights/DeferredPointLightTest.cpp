@@ -92,20 +92,13 @@ TEST_P(PointLightEquationTest, PlaneFollowsPhongAndAttenuation)
         EXPECT_NEAR(placed[i], world.position[i], 1e-5f);
 
     // Every pixel within the light's range; the rest is the volume tests'.
-    const LitImage  image(viewport);
+    const Real32    range = deferred(light)->getLightRange();
     PixelMismatches mismatches;
-    int             compared = 0;
-    for(int y = 0; y < Size; ++y)
-        for(int x = 0; x < Size; ++x)
-        {
-            const Pnt3f P = pixelOnPlane(x, y, 0.0f);
-            if((P - world.position).length() > 0.9f * deferred(light)->getLightRange())
-                continue;
-            ++compared;
-            const float got[3] = {image.at(x, y, 0), image.at(x, y, 1), image.at(x, y, 2)};
-            mismatches.check(x, y, got,
-                             lightAt(world, test.surface, P, Vec3f(0, 0, 1), scene->eye()));
-        }
+    const int compared = checkPlane(LitImage(viewport), *scene,
+                                    onPlane(world, test.surface, scene->eye()), mismatches,
+                                    [&](const Pnt3f &P) {
+                                        return (P - world.position).length() <= 0.9f * range;
+                                    });
     EXPECT_EQ(mismatches.count(), 0) << mismatches.text();
     EXPECT_GT(compared, Size * Size / 4);
     subRefCP(light);
@@ -207,39 +200,6 @@ TEST_F(DeferredPointLightTest, RangeSetsTheSphereScale)
         EXPECT_NEAR((rim - position).length(), c.scale, c.scale * 1e-5f);
         subRefCP(light);
     }
-}
-
-TEST_F(DeferredPointLightTest, SwitchedOffLightDrawsNothingButStaysCurrent)
-{
-    addPlane(4.0f, 0.0f, material(Color3f(1, 1, 1)));
-    PointLightPtr light = createPointLight(Pnt3f(0, 0, 1), Color3f(1, 1, 1), Black,
-                                           Vec3f(1, 0, 1));
-    viewport->addLight(light);
-    renderFrame();
-    ASSERT_GT(lit(32, 32)[0], 0.1f);
-
-    beginEditCP(light);
-    light->setOn(false);
-    light->setPosition(0.5f, 0.5f, 2.0f);
-    endEditCP(light);
-    window->render(action);
-
-    DeferredPointLight *deferredLight = deferred(light);
-    ASSERT_NE(deferredLight, nullptr);
-    EXPECT_EQ(deferredLight->getVolumeRoot()->getTravMask(), 0u);
-    for(int y = 0; y < Size; y += 7)
-        for(int x = 0; x < Size; x += 7)
-            EXPECT_EQ(lit(x, y)[0], 0.0f) << x << "," << y;
-
-    // The eye-space position followed the move: camera at z = 5.
-    Vec3f eyePosition;
-    ASSERT_TRUE(deferredLight->getParameterChunk()->getUniformParameter("vLightPosition",
-                                                                         eyePosition));
-    EXPECT_NEAR(eyePosition[0], 0.5f, 1e-5f);
-    EXPECT_NEAR(eyePosition[1], 0.5f, 1e-5f);
-    EXPECT_NEAR(eyePosition[2], -3.0f, 1e-5f);
-    EXPECT_NEAR(deferredLight->getVolumeTransform()->getMatrix()[3][2], 2.0f, 1e-5f);
-    subRefCP(light);
 }
 
 // Each kind refuses another kind's light with a warning and keeps what it had.

@@ -348,35 +348,6 @@ INSTANTIATE_TEST_SUITE_P(DeferredDirectionalLight, DirectionalLightCameraTest,
                     SunCase{"LowFromSide", Vec3f(1.0f, 0.3f, -0.5f), Vec3f(0, 1, 0)}),
     [](const testing::TestParamInfo<SunCase> &info) { return std::string(info.param.name); });
 
-// The blend's own figures: a swapped weight or a uniform-only division
-// misses them by whole units.
-TEST_F(LightCameraTest, SplitDistancesBlendLogarithmicAndUniformDivisions)
-{
-    struct Case
-    {
-        Real32 near, far;
-        Real32 splits[4];
-    };
-    const Case cases[] =
-    {
-        {1.0f,  100.0f,  {1.0f,  10.51f, 30.64f,  100.0f}},
-        {0.1f,  1000.0f, {0.1f,  68.40f, 170.47f, 1000.0f}},
-        {7.0f,  7.0f,    {7.0f,  7.0f,   7.0f,    7.0f}},
-    };
-    for(const Case &c : cases)
-    {
-        SCOPED_TRACE(testing::Message() << "near " << c.near << ", far " << c.far);
-        DeferredDirectionalLight light;
-        light.updateSplitDistances(c.near, c.far);
-        const std::vector<Real32> ours = cascadeSplits(c.near, c.far);
-        for(UInt16 i = 0; i < 4; ++i)
-        {
-            EXPECT_NEAR(light.getSplitDistance(i), c.splits[i], 0.005f) << i;
-            EXPECT_NEAR(ours[i], c.splits[i], 0.005f) << i;
-        }
-    }
-}
-
 // Each split frustum is the viewer's, cut by planes parallel to its near
 // plane at the split distances.
 TEST_F(LightCameraTest, SplitFrustaCutTheViewerFrustumAtTheSplitDistances)
