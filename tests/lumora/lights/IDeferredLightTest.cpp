@@ -305,7 +305,13 @@ struct SwitchCase
     std::vector<std::pair<const char *, Vec3f>>  whileOff;  // vec3 uniforms, eye space
     PlaneEquation                                changed;   // once on again
     std::function<bool(const Pnt3f &)>           keep;      // where that holds
+    bool                                         disables;  // isEnabled() follows the light
 };
+
+void PrintTo(const SwitchCase &c, std::ostream *out)
+{
+    *out << c.name;
+}
 
 const SpotLightParams MovedSpot = {Pnt3f(1.0f, 0.5f, 2.5f), Vec3f(0, 1, -1), deg2rad(30.0f), 1.0f,
                                    Vec3f(1, 0, 0.1f), White, Black};
@@ -320,7 +326,7 @@ const SwitchCase s_switchCases[] =
      {{"vLightPosition", Vec3f(0.5f, 0.5f, -3.0f)}},
      onPlane(PointLightParams{Pnt3f(0.5f, 0.5f, 2.0f), White, Black, Vec3f(1, 0, 1)},
              SurfaceParams{White}, Pnt3f(0, 0, 5)),
-     nullptr},
+     nullptr, false},
     {"Spot",
      [] { return makeLight(SpotLightParams{Pnt3f(0, 0, 2), Vec3f(0, 0, -1), deg2rad(30.0f), 1.0f,
                                            Vec3f(1, 0, 0.1f), White, Black}); },
@@ -334,7 +340,7 @@ const SwitchCase s_switchCases[] =
      onPlane(MovedSpot, SurfaceParams{White}, Pnt3f(0, 0, 5)),
      [](const Pnt3f &P) {
          return std::fabs(angleFromAxis(MovedSpot, P) - MovedSpot.cutOff) > deg2rad(1.0f);
-     }},
+     }, false},
     {"Directional",
      [] { return makeLight(DirectionalLightParams{Vec3f(1, 2, 2), Color3f(0.2f, 0.4f, 0.6f),
                                                   Color3f(0.1f, 0.2f, 0.3f)}); },
@@ -348,7 +354,7 @@ const SwitchCase s_switchCases[] =
       {"vLightSpecular",  Vec3f(0.1f, 0.2f, 0.3f)}},
      onPlane(DirectionalLightParams{Vec3f(0, -1, 1), White, Color3f(1, 0, 1)},
              SurfaceParams{White}, Pnt3f(0, 0, 5)),
-     nullptr},
+     nullptr, true},
 };
 
 class DeferredLightSwitchTest : public DeferredSceneTest,
@@ -375,7 +381,7 @@ TEST_P(DeferredLightSwitchTest, OffDrawsNothingAndOnAgainDrawsTheChangedLight)
     renderFrame();
     EXPECT_EQ(LitImage(viewport).maxValue(), 0.0f);
     EXPECT_EQ(deferred->getVolumeRoot()->getTravMask(), 0u);
-    EXPECT_FALSE(deferred->isEnabled());
+    EXPECT_EQ(deferred->isEnabled(), !c.disables);
     for(const auto &uniform : c.whileOff)
     {
         Vec3f value(-100, -100, -100);

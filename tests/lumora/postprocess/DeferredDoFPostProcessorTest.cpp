@@ -267,7 +267,8 @@ TEST_F(DeferredDoFPostProcessorTest, GatherBlurWithTheDistanceFromFocus)
                     ASSERT_NEAR(out.at(x, y, ch), expected[ch], 0.01)
                         << x << "," << y << " ch " << ch;
                     double &side = largest[x < Size / 2 ? 0 : 1];
-                    side = std::max(side, std::abs(out.at(x, y, ch) - sceneImage.at(x, y, ch)));
+                    side = std::max(side, double(std::abs(out.at(x, y, ch) -
+                                                          sceneImage.at(x, y, ch))));
                 }
             }
         EXPECT_GT(compared, Size * Size * 9 / 10);

@@ -1,6 +1,7 @@
 #include <Lumora/DeferredRenderingViewport.h>
 
 #include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGSimpleGeometry.h>
 
 #include "support/DeferredScene.h"
 #include "support/Lighting.h"

@@ -57,7 +57,7 @@ TEST_P(ViewportRectangleTest, LightingFollowsTheViewportNotTheWindow)
                          mismatches, [](const Pnt3f &P) {
                              return std::fabs(P[0]) <= 1.9f && std::fabs(P[1]) <= 1.9f;
                          }),
-              Size * Size / 2);
+              Size * Size / 3);
     EXPECT_EQ(mismatches.count(), 0) << mismatches.text();
 
     // The shown image sits in the viewport's rectangle of the window.
