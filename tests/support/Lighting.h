@@ -106,7 +106,9 @@ typedef std::function<ColourRange(const osg::Pnt3f &)> PlaneEquation;
 template <class Light>
 PlaneEquation onPlane(const Light &light, const SurfaceParams &surface, const osg::Pnt3f &eye)
 {
-    return [=](const osg::Pnt3f &P) { return lightAt(light, surface, P, osg::Vec3f(0, 0, 1), eye); };
+    return [=](const osg::Pnt3f &P) {
+        return lightAt(light, surface, P, osg::Vec3f(0, 0, 1), eye);
+    };
 }
 
 // Checks each pixel of the scene's plane z = 0 whose point keep accepts
