@@ -1,19 +1,9 @@
 #include "common/DebugView.h"
 
-#include <OpenSG/OSGFieldContainerFactory.h>
-#include <OpenSG/OSGGroup.h>
-#include <OpenSG/OSGPassiveWindow.h>
-#include <OpenSG/OSGPerspectiveCamera.h>
-#include <OpenSG/OSGSimpleGeometry.h>
-#include <OpenSG/OSGSimpleMaterial.h>
-#include <OpenSG/OSGSolidBackground.h>
-#include <OpenSG/OSGTransform.h>
-
-#include "support/GLTest.h"
-#include "support/SceneSetup.h"
+#include "support/DeferredScene.h"
 
 #include <cmath>
-#include <cstdlib>
+#include <utility>
 #include <vector>
 
 using namespace osg;
@@ -21,7 +11,7 @@ using namespace osg;
 namespace
 {
 
-const int Size = 32;
+const int ViewSize = 32;
 
 struct Surface
 {
@@ -37,97 +27,29 @@ const Surface Near = {Color3f(0.8f, 0.4f, 0.2f), Color3f(0.3f, 0.6f, 0.9f), 16.f
 const Surface Far  = {Color3f(0.2f, 0.7f, 0.3f), Color3f(0.9f, 0.1f, 0.5f), 64.f,
                       Color3f(0.3f, 0.1f, 0.2f)};
 
-NodePtr makeSquare(Real32 size, Real32 z, const Surface &surface)
-{
-    SimpleMaterialPtr material = SimpleMaterial::create();
-    beginEditCP(material);
-    material->setDiffuse  (surface.diffuse);
-    material->setSpecular (surface.specular);
-    material->setShininess(surface.shininess);
-    material->setEmission (surface.emission);
-    endEditCP(material);
-
-    GeometryPtr geometry = makePlaneGeo(size, size, 1, 1);
-    beginEditCP(geometry, Geometry::MaterialFieldMask);
-    geometry->setMaterial(material);
-    endEditCP(geometry, Geometry::MaterialFieldMask);
-
-    Matrix m;
-    m.setTranslate(0.f, 0.f, z);
-    NodePtr node = testsupport::makeTransformNode(m);
-    testsupport::addChild(node, makeNodeFor(geometry));
-    return node;
-}
-
 // Looking down -Z from (0, 0, 5): a small square at z = 0 in the middle of
 // the view before a large one at z = -2 that fills it; no lights.
-class DebugViewTest : public testsupport::GLTest
+class DebugViewTest : public testsupport::DeferredSceneTest
 {
   protected:
+    testsupport::DeferredSceneOptions sceneOptions() const override
+    {
+        testsupport::DeferredSceneOptions options;
+        options.width = options.height = ViewSize;
+        return options;
+    }
+
     void SetUp() override
     {
-        GLTest::SetUp();
-        window = PassiveWindow::create();
-        addRefCP(window);
-        window->init();
-        window->resize(Size, Size);
-
-        root = testsupport::makeGroupNode();
-        addRefCP(root);
-        testsupport::addChild(root, makeSquare(20.f, -2.f, Far));
-        testsupport::addChild(root, makeSquare(1.f, 0.f, Near));
-        Matrix m;
-        m.setTranslate(0.f, 0.f, 5.f);
-        NodePtr beacon = testsupport::makeTransformNode(m);
-        testsupport::addChild(root, beacon);
-
-        camera = PerspectiveCamera::create();
-        addRefCP(camera);
-        beginEditCP(camera);
-        camera->setBeacon(beacon);
-        camera->setFov(deg2rad(60.f));
-        camera->setNear(1.f);
-        camera->setFar(10.f);
-        endEditCP(camera);
-
-        background = SolidBackground::create();
-        addRefCP(background);
-        viewport = DeferredRenderingViewportPtr::dcast(
-            FieldContainerFactory::the()->createFieldContainer("DeferredRenderingViewport"));
-        addRefCP(viewport);
-        beginEditCP(viewport);
-        viewport->setCamera(camera);
-        viewport->setBackground(background);
-        viewport->setRoot(root);
-        viewport->setSize(0, 0, 1, 1);
-        endEditCP(viewport);
+        DeferredSceneTest::SetUp();
+        for(const auto &square : {std::make_pair(20.f, Far), std::make_pair(1.f, Near)})
+        {
+            const Surface &s = square.second;
+            addPlane(square.first, square.first > 1.f ? -2.f : 0.f,
+                     material(s.diffuse, s.specular, s.shininess, s.emission));
+        }
         viewport->prepareScene(root);
-        beginEditCP(window, Window::PortFieldMask);
-        window->addPort(viewport);
-        endEditCP(window, Window::PortFieldMask);
-        action = RenderAction::create();
     }
-
-    void TearDown() override
-    {
-        delete action;
-        beginEditCP(window, Window::PortFieldMask);
-        window->subPort(viewport);
-        endEditCP(window, Window::PortFieldMask);
-        subRefCP(viewport);
-        subRefCP(background);
-        subRefCP(camera);
-        subRefCP(root);
-        subRefCP(window);
-        GLTest::TearDown();
-    }
-
-    PassiveWindowPtr             window;
-    NodePtr                      root;
-    PerspectiveCameraPtr         camera;
-    SolidBackgroundPtr           background;
-    DeferredRenderingViewportPtr viewport;
-    RenderAction                *action;
 };
 
 Color3f grey(Real32 v) { return Color3f(v, v, v); }
@@ -169,12 +91,12 @@ TEST_F(DebugViewTest, EachViewShowsItsChannel)
         std::vector<UInt8> rgb;
         int                width = 0, height = 0;
         ASSERT_TRUE(demo::readDebugView(viewport, c.view, rgb, width, height));
-        ASSERT_EQ(width, Size);
-        ASSERT_EQ(height, Size);
-        ASSERT_EQ(rgb.size(), std::size_t(Size * Size * 3));
+        ASSERT_EQ(width, ViewSize);
+        ASSERT_EQ(height, ViewSize);
+        ASSERT_EQ(rgb.size(), std::size_t(ViewSize * ViewSize * 3));
 
-        const std::size_t middle = (std::size_t(Size / 2) * Size + Size / 2) * 3;
-        const std::size_t corner = (std::size_t(1) * Size + 1) * 3;
+        const std::size_t middle = (std::size_t(ViewSize / 2) * ViewSize + ViewSize / 2) * 3;
+        const std::size_t corner = (std::size_t(1) * ViewSize + 1) * 3;
         for(int ch = 0; ch < 3; ++ch)
         {
             // One step of 8 bits: the G-buffer stores 8 or 10 bits a channel.

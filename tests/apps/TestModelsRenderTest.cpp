@@ -2,13 +2,12 @@
 
 #include <Lumora/DeferredRenderingViewport.h>
 
-#include <OpenSG/OSGDirectionalLight.h>
 #include <OpenSG/OSGFieldContainerFactory.h>
-#include <OpenSG/OSGPassiveWindow.h>
 #include <OpenSG/OSGSceneFileHandler.h>
 #include <OpenSG/OSGSolidBackground.h>
 
-#include "support/GLTest.h"
+#include "support/DeferredScene.h"
+#include "support/Lighting.h"
 #include "support/LogCapture.h"
 
 #include <algorithm>
@@ -68,7 +67,12 @@ int pixelsOtherThan(const Color3f &colour)
 
 } // namespace
 
-class TestModelsRender : public testsupport::GLTest {};
+class TestModelsRender : public testsupport::WindowTest
+{
+  protected:
+    int windowWidth () const override { return Size; }
+    int windowHeight() const override { return Size; }
+};
 
 // Every file of Debian's assimp-testmodels that the loader turns into a
 // scene renders through one deferred viewport, framed by a camera around
@@ -81,11 +85,6 @@ TEST_F(TestModelsRender, EveryModelRendersOrIsRefusedByName)
         GTEST_SKIP() << s_modelDir << " is missing: install Debian's assimp-testmodels";
     const std::vector<std::filesystem::path> files = modelFiles();
     ASSERT_FALSE(files.empty());
-
-    PassiveWindowPtr window = PassiveWindow::create();
-    addRefCP(window);
-    window->init();
-    window->resize(Size, Size);
 
     const Color3f      backgroundColour(0.2f, 0.4f, 0.6f);
     SolidBackgroundPtr background = SolidBackground::create();
@@ -100,23 +99,17 @@ TEST_F(TestModelsRender, EveryModelRendersOrIsRefusedByName)
     viewport->setBackground(background);
     viewport->setSize(0, 0, 1, 1);
     endEditCP(viewport);
-    beginEditCP(window, Window::PortFieldMask);
-    window->addPort(viewport);
-    endEditCP(window, Window::PortFieldMask);
+    addPort(viewport);
 
     // One unshadowed sun, the same for every model; its beacon need not be
     // in the scene.
-    DirectionalLightPtr sun = DirectionalLight::create();
-    addRefCP(sun);
-    beginEditCP(sun);
-    sun->setDirection(0.5f, 1.f, 0.7f);
-    sun->setDiffuse(Color4f(1.f, 1.f, 1.f, 1.f));
-    sun->setShadowIntensity(1.f);
+    DirectionalLightPtr sun = testsupport::makeLight(
+        testsupport::DirectionalLightParams{Vec3f(0.5f, 1.f, 0.7f)});
+    beginEditCP(sun, Light::BeaconFieldMask);
     sun->setBeacon(demo::makeGroupNode());
-    endEditCP(sun);
+    endEditCP(sun, Light::BeaconFieldMask);
     viewport->addLight(sun);
 
-    RenderAction *action = RenderAction::create();
     std::vector<std::string> rendered, refused, empty, unseen;
     const auto start = std::chrono::steady_clock::now();
     for(const std::filesystem::path &file : files)
@@ -173,14 +166,10 @@ TEST_F(TestModelsRender, EveryModelRendersOrIsRefusedByName)
     for(const std::string &name : unseen)
         std::cout << "  nothing seen at " << Size << "x" << Size << ": " << name << "\n";
 
-    delete action;
     viewport->subLight(sun);
     subRefCP(sun);
-    beginEditCP(window, Window::PortFieldMask);
-    window->subPort(viewport);
-    endEditCP(window, Window::PortFieldMask);
+    subPort(viewport);
     subRefCP(viewport);
-    subRefCP(window);
 
     // Most of the set is valid; refusing wholesale would be a broken loader.
     EXPECT_GT(rendered.size(), refused.size() + empty.size());

@@ -5,12 +5,10 @@
 
 #include <OpenSG/OSGChangeList.h>
 #include <OpenSG/OSGMatrixUtility.h>
-#include <OpenSG/OSGPassiveWindow.h>
-#include <OpenSG/OSGRenderAction.h>
 #include <OpenSG/OSGSolidBackground.h>
 #include <OpenSG/OSGThread.h>
 
-#include "support/GLTest.h"
+#include "support/DeferredScene.h"
 
 #include <algorithm>
 #include <cmath>
@@ -156,18 +154,12 @@ TEST_F(ForwardAgreement, ForwardMatchesDeferredLightBuffer)
         viewport->setRoot(root);
         viewport->setSize(0.f, 0.f, 1.f, 1.f);
         endEditCP(viewport);
-        PassiveWindowPtr window = PassiveWindow::create();
-        addRefCP(window);
-        beginEditCP(window);
-        window->addPort(viewport);
-        endEditCP(window);
-        window->init();
-        window->resize(Width, Height);
+        testsupport::WindowAndAction windowAndAction(Width, Height);
+        windowAndAction.addPort(viewport);
         viewport->prepareScene(root);
         for(LightPtr light : lights)
             viewport->addLight(light);
-        RenderAction *action = RenderAction::create();
-        window->render(action);
+        windowAndAction.window->render(windowAndAction.action);
         Thread::getCurrentChangeList()->clearAll();
         const Pixels deferred = readLightBuffer(viewport);
 
@@ -184,8 +176,6 @@ TEST_F(ForwardAgreement, ForwardMatchesDeferredLightBuffer)
         EXPECT_LT(d.meanAbs * 255.0, 1.0);
         EXPECT_LT(d.farShare, 0.01);
 
-        delete action;
-        subRefCP(window);
         for(LightPtr light : lights)
             subRefCP(light);
     }

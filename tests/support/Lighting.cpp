@@ -1,5 +1,7 @@
 #include "support/Lighting.h"
 
+#include "support/DeferredScene.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -156,6 +158,23 @@ void PixelMismatches::check(int x, int y, const float *got, const ColourRange &w
 {
     for(int c = 0; c < 3; ++c)
         check(x, y, c, got[c], want.low[c], want.high[c]);
+}
+
+int checkPlane(const TextureImage &image, const DeferredScene &scene, const PlaneEquation &want,
+               PixelMismatches &mismatches, const std::function<bool(const Pnt3f &)> &keep)
+{
+    int checked = 0;
+    for(int y = 0; y < image.height(); ++y)
+        for(int x = 0; x < image.width(); ++x)
+        {
+            const Pnt3f P = scene.pixelOnPlane(x, y, 0.0f);
+            if(keep && !keep(P))
+                continue;
+            ++checked;
+            const float got[3] = {image.at(x, y, 0), image.at(x, y, 1), image.at(x, y, 2)};
+            mismatches.check(x, y, got, want(P));
+        }
+    return checked;
 }
 
 Matrix rotateXThenTranslate(Real32 angle, const Vec3f &t)

@@ -6,6 +6,7 @@
 #include <OpenSG/OSGPointLight.h>
 #include <OpenSG/OSGSpotLight.h>
 
+#include <functional>
 #include <sstream>
 #include <string>
 
@@ -95,6 +96,26 @@ class PixelMismatches
     int                _count = 0;
     std::ostringstream _text;
 };
+
+class TextureImage;
+class DeferredScene;
+
+typedef std::function<ColourRange(const osg::Pnt3f &)> PlaneEquation;
+
+// A light's equation on the plane z = 0, facing +Z, seen from the eye.
+template <class Light>
+PlaneEquation onPlane(const Light &light, const SurfaceParams &surface, const osg::Pnt3f &eye)
+{
+    return [=](const osg::Pnt3f &P) {
+        return lightAt(light, surface, P, osg::Vec3f(0, 0, 1), eye);
+    };
+}
+
+// Checks each pixel of the scene's plane z = 0 whose point keep accepts
+// (all if none) against the equation; returns how many it checked.
+int checkPlane(const TextureImage &image, const DeferredScene &scene, const PlaneEquation &want,
+               PixelMismatches &mismatches,
+               const std::function<bool(const osg::Pnt3f &)> &keep = nullptr);
 
 // Rotation by angle (radians) about X followed by a translation, written out
 // row by row.

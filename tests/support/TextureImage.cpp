@@ -34,13 +34,36 @@ float TextureImage::maxValue() const
     return result;
 }
 
+TextureImage::TextureImage(int width, int height) :
+    _width(width),
+    _height(height),
+    _texels(std::size_t(width) * std::size_t(height) * 4, 0.0f)
+{
+}
+
 float TextureImage::bilinear(float u, float v, int channel) const
 {
-    return bilinear(u, v, channel, WeightRounding());
+    return sample(u, v, channel, WeightRounding(), EdgeTexels);
 }
 
 float TextureImage::bilinear(float u, float v, int channel, const WeightRounding &rounding) const
 {
+    return sample(u, v, channel, rounding, EdgeTexels);
+}
+
+float TextureImage::bilinear(float u, float v, int channel, Edge edge) const
+{
+    return sample(u, v, channel, WeightRounding(), edge);
+}
+
+float TextureImage::sample(float u, float v, int channel, const WeightRounding &rounding,
+                           Edge edge) const
+{
+    if(edge == BlackBorder)
+    {
+        u = std::min(std::max(u, 0.0f), 1.0f);
+        v = std::min(std::max(v, 0.0f), 1.0f);
+    }
     const float fx = u * _width  - 0.5f;
     const float fy = v * _height - 0.5f;
     const int   x0 = int(std::floor(fx));
@@ -54,11 +77,15 @@ float TextureImage::bilinear(float u, float v, int channel, const WeightRounding
         ay = (rounding.upY ? std::ceil(ay * steps) : std::floor(ay * steps)) / steps;
     }
     auto texel = [&](int x, int y) {
+        if(edge == BlackBorder && (x < 0 || y < 0 || x >= _width || y >= _height))
+            return 0.0f;
         return at(std::min(std::max(x, 0), _width  - 1),
                   std::min(std::max(y, 0), _height - 1), channel);
     };
-    return (1 - ay) * ((1 - ax) * texel(x0, y0    ) + ax * texel(x0 + 1, y0    )) +
-           ay       * ((1 - ax) * texel(x0, y0 + 1) + ax * texel(x0 + 1, y0 + 1));
+    // In this form equal ends give exactly their value, as a GPU's lerp does.
+    auto lerp = [](float a, float b, float f) { return a + f * (b - a); };
+    return lerp(lerp(texel(x0, y0    ), texel(x0 + 1, y0    ), ax),
+                lerp(texel(x0, y0 + 1), texel(x0 + 1, y0 + 1), ax), ay);
 }
 
 } // namespace testsupport

@@ -21,11 +21,19 @@ class TextureImage
 {
   public:
     explicit TextureImage(osg::TextureChunkPtr texture);
+    // All zero, for building an expected image in.
+    TextureImage(int width, int height);
 
     int width () const { return _width;  }
     int height() const { return _height; }
 
     float at(int x, int y, int channel) const
+    {
+        return _texels[(std::size_t(y) * std::size_t(_width) + std::size_t(x)) * 4 +
+                       std::size_t(channel)];
+    }
+
+    float &at(int x, int y, int channel)
     {
         return _texels[(std::size_t(y) * std::size_t(_width) + std::size_t(x)) * 4 +
                        std::size_t(channel)];
@@ -42,7 +50,15 @@ class TextureImage
                    const WeightRounding &rounding) const;
     float bilinear(float u, float v, int channel) const;
 
+    // What lies past the edge: the edge texels, or, as with GL_CLAMP and a
+    // black border, the coordinate clamped to [0, 1] and the border mixed in.
+    enum Edge { EdgeTexels, BlackBorder };
+    float bilinear(float u, float v, int channel, Edge edge) const;
+
   private:
+    float sample(float u, float v, int channel, const WeightRounding &rounding,
+                 Edge edge) const;
+
     int                _width  = 0;
     int                _height = 0;
     std::vector<float> _texels;

@@ -1,12 +1,9 @@
 #include "support/DeferredScene.h"
 #include "support/Lighting.h"
+#include "support/SceneSetup.h"
 
 #include <Lumora/DeferredEmissiveLight.h>
 
-#include <OpenSG/OSGDirectionalLight.h>
-#include <OpenSG/OSGGeometry.h>
-#include <OpenSG/OSGGroup.h>
-#include <OpenSG/OSGSimpleGeometry.h>
 #include <OpenSG/OSGTextureChunk.h>
 
 #include <cmath>
@@ -104,14 +101,7 @@ TEST_F(DeferredEmissiveLightTest, BlackEmissionAddsNothingOverALitPixel)
     SimpleMaterialPtr mat = material(kd);
     addPlane(8.0f, 0.0f, mat);
 
-    DirectionalLightPtr light = DirectionalLight::create();
-    addRefCP(light);
-    beginEditCP(light);
-    light->setDirection(Vec3f(1, 1, 2));
-    light->setDiffuse(Color4f(1, 1, 1, 1));
-    light->setSpecular(Color4f(0, 0, 0, 1));
-    light->setShadowIntensity(1.0f);
-    endEditCP(light);
+    DirectionalLightPtr light = makeLight(DirectionalLightParams{Vec3f(1, 1, 2)});
     viewport->addLight(light);
 
     // With the emissive pass.
@@ -185,27 +175,15 @@ TEST_F(DeferredEmissiveLightTest, ViewportsShareTheStaticChunks)
 
     // The second viewport draws a scene of its own, so that neither
     // prepares the other's materials.
-    NodePtr secondRoot = makeNodeFor(Group::create());
+    NodePtr secondRoot = makeGroupNode();
     addRefCP(secondRoot);
-    GeometryPtr secondPlane = makePlaneGeo(8.0f, 8.0f, 1, 1);
-    beginEditCP(secondPlane, Geometry::MaterialFieldMask);
-    secondPlane->setMaterial(material(Color3f(0, 0, 0), Color3f(0, 0, 0), 1.0f, emission));
-    endEditCP(secondPlane, Geometry::MaterialFieldMask);
-    beginEditCP(secondRoot, Node::ChildrenFieldMask);
-    secondRoot->addChild(makeNodeFor(secondPlane));
-    endEditCP(secondRoot, Node::ChildrenFieldMask);
-
-    DeferredRenderingViewportPtr second = DeferredRenderingViewport::create();
-    addRefCP(second);
-    beginEditCP(second);
-    second->setCamera(camera);
-    second->setBackground(background);
+    addChild(secondRoot, makeRect(-4, -4, 4, 4, 0,
+                                  material(Color3f(0, 0, 0), Color3f(0, 0, 0), 1.0f, emission)));
+    DeferredRenderingViewportPtr second = scene->makeViewport();
+    beginEditCP(second, Viewport::RootFieldMask);
     second->setRoot(secondRoot);
-    second->setSize(0, 0, 1, 1);
-    endEditCP(second);
-    beginEditCP(window, Window::PortFieldMask);
-    window->addPort(second);
-    endEditCP(window, Window::PortFieldMask);
+    endEditCP(second, Viewport::RootFieldMask);
+    scene->windowAndAction.addPort(second);
 
     second->prepareScene(secondRoot);
     renderFrame();
@@ -234,9 +212,7 @@ TEST_F(DeferredEmissiveLightTest, ViewportsShareTheStaticChunks)
             EXPECT_NEAR(LitImage(port).at(32, 32, c), emission[c], EightBitTolerance)
                 << (port == viewport ? "first" : "second") << " viewport, channel " << c;
 
-    beginEditCP(window, Window::PortFieldMask);
-    window->subPort(second);
-    endEditCP(window, Window::PortFieldMask);
+    scene->windowAndAction.subPort(second);
     subRefCP(second);
     subRefCP(secondRoot);
 

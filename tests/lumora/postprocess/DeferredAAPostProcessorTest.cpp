@@ -2,11 +2,8 @@
 
 #include <OpenSG/OSGGLEXT.h>
 #include <OpenSG/OSGImage.h>
-#include <OpenSG/OSGPassiveWindow.h>
-
+#include "support/DeferredScene.h"
 #include "support/FloatTexture.h"
-#include "support/GLTest.h"
-#include "support/TextureImage.h"
 
 #include <cmath>
 #include <functional>
@@ -56,7 +53,7 @@ struct Case
     std::vector<int>               edgeColumns;  // weight 0.75 there, 0 elsewhere
 };
 
-class DeferredAAPostProcessorTest : public testsupport::GLTest,
+class DeferredAAPostProcessorTest : public testsupport::WindowTest,
                                     public testing::WithParamInterface<Case>
 {
 };
@@ -64,10 +61,6 @@ class DeferredAAPostProcessorTest : public testsupport::GLTest,
 TEST_P(DeferredAAPostProcessorTest, BlendsOnlyAcrossCreasesAndSilhouettes)
 {
     const Case &c = GetParam();
-    PassiveWindowPtr window = PassiveWindow::create();
-    addRefCP(window);
-    window->init();
-    window->resize(Size, Size);
 
     // A G-buffer of two textures: normals first, depth last.
     RenderTarget gbuffer;
@@ -115,7 +108,6 @@ TEST_P(DeferredAAPostProcessorTest, BlendsOnlyAcrossCreasesAndSilhouettes)
         EXPECT_EQ(aa.getFinalMaterial()->find(scene), -1);
     }
     subRefCP(scene);
-    subRefCP(window);
 }
 
 Vec3f up(int, int) { return Vec3f(0, 0, 1); }

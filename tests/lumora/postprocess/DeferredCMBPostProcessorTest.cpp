@@ -1,11 +1,7 @@
 #include <Lumora/DeferredCMBPostProcessor.h>
 
-#include <OpenSG/OSGPassiveWindow.h>
-#include <OpenSG/OSGRenderAction.h>
-
+#include "support/DeferredScene.h"
 #include "support/FloatTexture.h"
-#include "support/GLTest.h"
-#include "support/TextureImage.h"
 
 #include <algorithm>
 #include <chrono>
@@ -82,37 +78,11 @@ Vec4f pattern(int x, int y)
                  Real32(0.5 + 0.3 * std::sin(k * (x + y))), 1.0f);
 }
 
-typedef std::vector<Vec3f> Image3;
-
-// Bilinear lookup at texture coordinate (u, v); with edgeClamp the edge
-// texels continue outward, else the black border mixes in (the targets'
-// clamp mode).
-Vec3f sample(const Image3 &image, double u, double v, bool edgeClamp)
-{
-    u = std::min(std::max(u, 0.0), 1.0) * Size - 0.5;
-    v = std::min(std::max(v, 0.0), 1.0) * Size - 0.5;
-    const int    x0 = int(std::floor(u)), y0 = int(std::floor(v));
-    const double fx = u - x0, fy = v - y0;
-    auto texel = [&](int x, int y) {
-        if(edgeClamp)
-        {
-            x = std::min(std::max(x, 0), Size - 1);
-            y = std::min(std::max(y, 0), Size - 1);
-        }
-        else if(x < 0 || y < 0 || x >= Size || y >= Size)
-            return Vec3f(0, 0, 0);
-        return image[std::size_t(y * Size + x)];
-    };
-    return texel(x0, y0)         * Real32((1 - fx) * (1 - fy)) +
-           texel(x0 + 1, y0)     * Real32(fx * (1 - fy)) +
-           texel(x0, y0 + 1)     * Real32((1 - fx) * fy) +
-           texel(x0 + 1, y0 + 1) * Real32(fx * fy);
-}
-
 // The blur as the equations give it, for a camera at the origin: each
 // pixel averages 16 samples along (p - c) * scale, with p where the
 // earlier view-projection saw the pixel's direction, three times over.
-Image3 expectedBlur(const Matrix &viewingNow, const Matrix &viewingEarlier, double scale)
+TextureImage expectedBlur(const TextureImage &input, const Matrix &viewingNow,
+                          const Matrix &viewingEarlier, double scale)
 {
     const Matrix proj = projection();
     Matrix toWorld = viewingNow;
@@ -133,45 +103,37 @@ Image3 expectedBlur(const Matrix &viewingNow, const Matrix &viewingEarlier, doub
             velocity[std::size_t(y * Size + x)] = (p - c) * Real32(scale);
         }
 
-    Image3 image(Size * Size);
-    for(int y = 0; y < Size; ++y)
-        for(int x = 0; x < Size; ++x)
-        {
-            const Vec4f v = pattern(x, y);
-            image[std::size_t(y * Size + x)] = Vec3f(v[0], v[1], v[2]);
-        }
-
+    // The first pass reads the input, clamped to its edge texels; the
+    // later ones read targets with a black border.
+    TextureImage image = input;
     for(int pass = 0; pass < 3; ++pass)
     {
-        Image3 next(Size * Size);
+        TextureImage next(Size, Size);
         for(int y = 0; y < Size; ++y)
             for(int x = 0; x < Size; ++x)
             {
                 const Vec2f v = velocity[std::size_t(y * Size + x)];
-                Vec3f sum(0, 0, 0);
                 for(int i = 0; i < 16; ++i)
                 {
-                    const double s = -1.0 + i / 8.0;
-                    sum += sample(image, (x + 0.5) / Size - v[0] * s,
-                                  (y + 0.5) / Size - v[1] * s, pass == 0);
+                    const float s = -1.0f + i / 8.0f;
+                    for(int ch = 0; ch < 3; ++ch)
+                        next.at(x, y, ch) += image.bilinear(
+                            (x + 0.5f) / Size - v[0] * s, (y + 0.5f) / Size - v[1] * s, ch,
+                            pass == 0 ? TextureImage::EdgeTexels : TextureImage::BlackBorder) /
+                            16.0f;
                 }
-                next[std::size_t(y * Size + x)] = sum * (1.0f / 16.0f);
             }
-        image.swap(next);
+        image = next;
     }
     return image;
 }
 
-class DeferredCMBPostProcessorTest : public testsupport::GLTest
+class DeferredCMBPostProcessorTest : public testsupport::WindowTest
 {
   protected:
     void SetUp() override
     {
-        GLTest::SetUp();
-        window = PassiveWindow::create();
-        addRefCP(window);
-        window->init();
-        window->resize(Size, Size);
+        WindowTest::SetUp();
         DeferredCMBPostProcessor::setClock(testClock);
         image = testsupport::makeFloatTexture(Size, Size, pattern);
     }
@@ -181,8 +143,7 @@ class DeferredCMBPostProcessorTest : public testsupport::GLTest
         cmb.reset();
         DeferredCMBPostProcessor::setClock(NULL);
         subRefCP(image);
-        subRefCP(window);
-        GLTest::TearDown();
+        WindowTest::TearDown();
     }
 
     // A frame with the camera at before, then one dt milliseconds later
@@ -198,7 +159,6 @@ class DeferredCMBPostProcessorTest : public testsupport::GLTest
         return TextureImage(cmb->perform(image));
     }
 
-    PassiveWindowPtr                          window;
     RenderTarget                              gbuffer;
     TextureChunkPtr                           image;
     std::unique_ptr<DeferredCMBPostProcessor> cmb{new DeferredCMBPostProcessor()};
@@ -269,8 +229,8 @@ TEST_F(DeferredCMBPostProcessorTest, RotationSmearsAlongTheMotion)
         const Matrix now = viewing(deg(c.yawNow), deg(c.pitchNow));
         const TextureImage out = twoFrames(viewing(deg(c.yawBefore), deg(c.pitchBefore)),
                                            now, c.dt);
-        const Image3 expected =
-            expectedBlur(now, viewing(deg(c.yawEarlier), deg(c.pitchEarlier)), c.blurScale);
+        const TextureImage expected = expectedBlur(
+            TextureImage(image), now, viewing(deg(c.yawEarlier), deg(c.pitchEarlier)), c.blurScale);
 
         // The motion is visible: the image differs from its input.
         double change = 0.0;
@@ -286,7 +246,7 @@ TEST_F(DeferredCMBPostProcessorTest, RotationSmearsAlongTheMotion)
         for(int y = 0; y < Size; ++y)
             for(int x = 0; x < Size; ++x)
                 for(int ch = 0; ch < 3; ++ch)
-                    ASSERT_NEAR(out.at(x, y, ch), expected[std::size_t(y * Size + x)][ch], 3e-3)
+                    ASSERT_NEAR(out.at(x, y, ch), expected.at(x, y, ch), 3e-3)
                         << c.name << " at " << x << "," << y << " ch " << ch;
     }
 }
@@ -310,11 +270,11 @@ TEST_F(DeferredCMBPostProcessorTest, InstancesShareTheFrameInterval)
     const TextureImage out(cmb->perform(image));
 
     // 4 degrees in what counts as 20 ms: 40 ms back is 4 degrees beyond.
-    const Image3 expected = expectedBlur(now, viewing(deg(-4), 0), 0.5);
+    const TextureImage expected = expectedBlur(TextureImage(image), now, viewing(deg(-4), 0), 0.5);
     for(int y = 0; y < Size; ++y)
         for(int x = 0; x < Size; ++x)
             for(int ch = 0; ch < 3; ++ch)
-                ASSERT_NEAR(out.at(x, y, ch), expected[std::size_t(y * Size + x)][ch], 3e-3)
+                ASSERT_NEAR(out.at(x, y, ch), expected.at(x, y, ch), 3e-3)
                     << x << "," << y << " ch " << ch;
 }
 

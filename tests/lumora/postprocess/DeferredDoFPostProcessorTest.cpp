@@ -4,7 +4,6 @@
 #include "support/TextureImage.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <vector>
 
@@ -21,63 +20,8 @@ const int    LowSize = Size / 4;
 const double Near    = PostProcessorTest::Near;
 const double Far     = PostProcessorTest::Far;
 
-typedef std::array<double, 4> Texel;
-
-// An image on the CPU, sampled the way GL does: bilinear between texel
-// centres, either clamped to the edge texels or, like the targets'
-// GL_CLAMP, with the coordinate clamped to [0, 1] and a black border.
-struct Grid
-{
-    int                width  = 0;
-    int                height = 0;
-    std::vector<Texel> texels;
-
-    Grid(int w, int h) : width(w), height(h), texels(std::size_t(w * h), Texel{0, 0, 0, 0}) {}
-
-    explicit Grid(const TextureImage &image) : Grid(image.width(), image.height())
-    {
-        for(int y = 0; y < height; ++y)
-            for(int x = 0; x < width; ++x)
-                for(int c = 0; c < 4; ++c)
-                    at(x, y)[c] = image.at(x, y, c);
-    }
-
-    Texel       &at(int x, int y)       { return texels[std::size_t(y * width + x)]; }
-    const Texel &at(int x, int y) const { return texels[std::size_t(y * width + x)]; }
-
-    Texel texel(int x, int y, bool border) const
-    {
-        if(border && (x < 0 || x >= width || y < 0 || y >= height))
-            return Texel{0, 0, 0, 0};
-        return at(std::min(std::max(x, 0), width - 1), std::min(std::max(y, 0), height - 1));
-    }
-
-    Texel sample(double u, double v, bool border) const
-    {
-        if(border)
-        {
-            u = std::min(std::max(u, 0.0), 1.0);
-            v = std::min(std::max(v, 0.0), 1.0);
-        }
-        const double a  = u * width - 0.5;
-        const double b  = v * height - 0.5;
-        const int    x0 = int(std::floor(a));
-        const int    y0 = int(std::floor(b));
-        const double fx = a - x0;
-        const double fy = b - y0;
-        Texel result;
-        for(int c = 0; c < 4; ++c)
-        {
-            const double bottom = lerp(texel(x0, y0, border)[c], texel(x0 + 1, y0, border)[c], fx);
-            const double top    = lerp(texel(x0, y0 + 1, border)[c], texel(x0 + 1, y0 + 1, border)[c], fx);
-            result[c] = lerp(bottom, top, fy);
-        }
-        return result;
-    }
-
-    // In this form equal ends give exactly that value, as the GPU's does.
-    static double lerp(double a, double b, double f) { return a + f * (b - a); }
-};
+const TextureImage::Edge EdgeTexels  = TextureImage::EdgeTexels;
+const TextureImage::Edge BlackBorder = TextureImage::BlackBorder;
 
 double linearDepth(double z)
 {
@@ -98,15 +42,15 @@ double blurriness(double depth, double focal, double cutoff)
 // The scene reduced by averaging 4 x 4 blocks, then blurred with the 7-tap
 // Gaussian of standard deviation 2 horizontally and vertically, each tap on
 // a texel centre of a GL_CLAMP target.
-Grid blurredQuarter(const Grid &scene)
+TextureImage blurredQuarter(const TextureImage &scene)
 {
-    Grid reduced(LowSize, LowSize);
+    TextureImage reduced(LowSize, LowSize);
     for(int y = 0; y < LowSize; ++y)
         for(int x = 0; x < LowSize; ++x)
             for(int dy = 0; dy < 4; ++dy)
                 for(int dx = 0; dx < 4; ++dx)
                     for(int c = 0; c < 4; ++c)
-                        reduced.at(x, y)[c] += scene.at(4 * x + dx, 4 * y + dy)[c] / 16.0;
+                        reduced.at(x, y, c) += scene.at(4 * x + dx, 4 * y + dy, c) / 16.0f;
 
     std::vector<double> weights;
     double sum = 0.0;
@@ -115,17 +59,16 @@ Grid blurredQuarter(const Grid &scene)
         weights.push_back(std::exp(-k * k / 8.0));
         sum += weights.back();
     }
-    auto pass = [&](const Grid &in, int dx, int dy) {
-        Grid out(LowSize, LowSize);
+    auto pass = [&](const TextureImage &in, int dx, int dy) {
+        TextureImage out(LowSize, LowSize);
         for(int y = 0; y < LowSize; ++y)
             for(int x = 0; x < LowSize; ++x)
                 for(int k = -3; k <= 3; ++k)
-                {
-                    const Texel tap = in.sample((x + 0.5 + k * dx) / LowSize,
-                                                (y + 0.5 + k * dy) / LowSize, true);
                     for(int c = 0; c < 4; ++c)
-                        out.at(x, y)[c] += tap[c] * weights[k + 3] / sum;
-                }
+                        out.at(x, y, c) += float(
+                            in.bilinear((x + 0.5f + k * dx) / LowSize,
+                                        (y + 0.5f + k * dy) / LowSize, c, BlackBorder) *
+                            weights[k + 3] / sum);
         return out;
     };
     return pass(pass(reduced, 1, 0), 0, 1);
@@ -143,41 +86,36 @@ const double Poisson[12][2] =
 // scene, the blurriness map and the blurred quarter-size image. Marks the
 // pixel uncertain where a tap's blurriness is within rounding of the
 // centre's, so that the GPU may weigh it either way.
-Texel gather(const Grid &scene, const Grid &map, const Grid &blurred, int x, int y,
-             bool &uncertain)
+Vec3f gather(const TextureImage &scene, const TextureImage &map, const TextureImage &blurred,
+             int x, int y, bool &uncertain)
 {
-    const double tx     = (x + 0.5) / Size;
-    const double ty     = (y + 0.5) / Size;
-    const double centre = map.at(x, y)[0];
+    const float  tx     = (x + 0.5f) / Size;
+    const float  ty     = (y + 0.5f) / Size;
+    const double centre = map.at(x, y, 0);
     const double radius = std::abs(centre * 10.0 - 5.0);
     const double low    = radius * 0.4;
 
-    Texel  sum{0, 0, 0, 0};
+    Vec3f  sum(0, 0, 0);
     double weights = 0.0;
     for(const double *p : Poisson)
     {
-        const double fu = tx + p[0] * radius / Size, fv = ty + p[1] * radius / Size;
-        const double lu = tx + p[0] * low / LowSize, lv = ty + p[1] * low / LowSize;
-        Texel full = scene.sample(fu, fv, false);
-        Texel down = blurred.sample(lu, lv, true);
-        full[3] = map.sample(fu, fv, true)[0];
-        down[3] = map.sample(lu, lv, true)[0];
+        const float  fu = float(tx + p[0] * radius / Size), fv = float(ty + p[1] * radius / Size);
+        const float  lu = float(tx + p[0] * low / LowSize), lv = float(ty + p[1] * low / LowSize);
+        const double fullAlpha = map.bilinear(fu, fv, 0, BlackBorder);
+        const double downAlpha = map.bilinear(lu, lv, 0, BlackBorder);
+        const double blend     = std::abs(fullAlpha * 2.0 - 1.0);
+        auto mix = [&](double a, double b) { return a + blend * (b - a); };
 
-        const double blend = std::abs(full[3] * 2.0 - 1.0);
-        Texel tap;
-        for(int c = 0; c < 4; ++c)
-            tap[c] = Grid::lerp(full[c], down[c], blend);
-        const double weight = tap[3] >= centre ? 1.0 : std::abs(tap[3] * 2.0 - 1.0);
-        if(tap[3] != centre && std::abs(tap[3] - centre) < 1e-3)
+        const double alpha  = mix(fullAlpha, downAlpha);
+        const double weight = alpha >= centre ? 1.0 : std::abs(alpha * 2.0 - 1.0);
+        if(alpha != centre && std::abs(alpha - centre) < 1e-3)
             uncertain = true;
-        for(int c = 0; c < 4; ++c)
-            sum[c] += tap[c] * weight;
+        for(int c = 0; c < 3; ++c)
+            sum[c] += Real32(mix(scene.bilinear(fu, fv, c, EdgeTexels),
+                                 blurred.bilinear(lu, lv, c, BlackBorder)) * weight);
         weights += weight;
     }
-    for(int c = 0; c < 3; ++c)
-        sum[c] /= weights;
-    sum[3] = 1.0;
-    return sum;
+    return sum * Real32(1.0 / weights);
 }
 
 Vec3f patternColour(int x, int y)
@@ -258,14 +196,8 @@ TEST_F(DeferredDoFPostProcessorTest, QuarterSizeCopyIsTheReducedSceneBlurred)
     DeferredDoFPostProcessor dof;
     render(dof, gbuffer, scene, 5, 9);
 
-    Grid sceneGrid(Size, Size);
-    for(int y = 0; y < Size; ++y)
-        for(int x = 0; x < Size; ++x)
-        {
-            const Vec3f c = patternColour(x, y);
-            sceneGrid.at(x, y) = Texel{c[0], c[1], c[2], 1.0};
-        }
-    const Grid   expected = blurredQuarter(sceneGrid);
+    // The float input reads back exactly as made.
+    const TextureImage expected = blurredQuarter(TextureImage(scene));
     TextureImage blurred(dof.getBlurredTarget().getTargetTexture(0));
     ASSERT_EQ(blurred.width(),  LowSize);
     ASSERT_EQ(blurred.height(), LowSize);
@@ -273,7 +205,7 @@ TEST_F(DeferredDoFPostProcessorTest, QuarterSizeCopyIsTheReducedSceneBlurred)
         for(int x = 0; x < LowSize; ++x)
             for(int c = 0; c < 3; ++c)
                 // Half floats in three targets on the way.
-                ASSERT_NEAR(blurred.at(x, y, c), expected.at(x, y)[c], 2e-3)
+                ASSERT_NEAR(blurred.at(x, y, c), expected.at(x, y, c), 2e-3)
                     << x << "," << y << " ch " << c;
 }
 
@@ -313,17 +245,11 @@ TEST_F(DeferredDoFPostProcessorTest, GatherBlurWithTheDistanceFromFocus)
         TextureImage out(render(dof, gbuffer, scene, 0, 0, c.resizeFrom));
         ASSERT_EQ(out.width(), Size);
 
-        Grid sceneGrid(Size, Size);
-        for(int y = 0; y < Size; ++y)
-            for(int x = 0; x < Size; ++x)
-            {
-                const Vec3f colour = patternColour(x, y);
-                sceneGrid.at(x, y) = Texel{colour[0], colour[1], colour[2], 1.0};
-            }
         // The intermediate images as the GPU left them; the two tests above
         // hold them to their own equations.
-        const Grid map    (TextureImage(dof.getBlurinessTarget().getTargetTexture(0)));
-        const Grid blurred(TextureImage(dof.getBlurredTarget().getTargetTexture(0)));
+        const TextureImage sceneImage(scene);
+        const TextureImage map(dof.getBlurinessTarget().getTargetTexture(0));
+        const TextureImage blurred(dof.getBlurredTarget().getTargetTexture(0));
 
         int    compared   = 0;
         double largest[2] = {0.0, 0.0};  // from the sharp scene, per half
@@ -331,7 +257,7 @@ TEST_F(DeferredDoFPostProcessorTest, GatherBlurWithTheDistanceFromFocus)
             for(int x = 0; x < Size; ++x)
             {
                 bool        uncertain = false;
-                const Texel expected  = gather(sceneGrid, map, blurred, x, y, uncertain);
+                const Vec3f expected  = gather(sceneImage, map, blurred, x, y, uncertain);
                 if(uncertain)
                     continue;
                 ++compared;
@@ -341,7 +267,8 @@ TEST_F(DeferredDoFPostProcessorTest, GatherBlurWithTheDistanceFromFocus)
                     ASSERT_NEAR(out.at(x, y, ch), expected[ch], 0.01)
                         << x << "," << y << " ch " << ch;
                     double &side = largest[x < Size / 2 ? 0 : 1];
-                    side = std::max(side, std::abs(out.at(x, y, ch) - sceneGrid.at(x, y)[ch]));
+                    side = std::max(side, double(std::abs(out.at(x, y, ch) -
+                                                          sceneImage.at(x, y, ch))));
                 }
             }
         EXPECT_GT(compared, Size * Size * 9 / 10);

@@ -2,12 +2,8 @@
 
 #include <OpenSG/OSGGLEXT.h>
 #include <OpenSG/OSGImage.h>
-#include <OpenSG/OSGPassiveWindow.h>
-#include <OpenSG/OSGRenderAction.h>
-
+#include "support/DeferredScene.h"
 #include "support/FloatTexture.h"
-#include "support/GLTest.h"
-#include "support/TextureImage.h"
 
 #include <algorithm>
 #include <cmath>
@@ -37,25 +33,15 @@ double bloomOfConstant(double value, double exposure, double threshold)
     return bright * std::pow(1.25, 4);
 }
 
-class DeferredHDRPostProcessorTest : public testsupport::GLTest
+class DeferredHDRPostProcessorTest : public testsupport::WindowTest
 {
   protected:
-    void SetUp() override
-    {
-        GLTest::SetUp();
-        window = PassiveWindow::create();
-        addRefCP(window);
-        window->init();
-        window->resize(Size, Size);
-    }
-
     void TearDown() override
     {
         hdr.reset();
         for(TextureChunkPtr texture : inputs)
             subRefCP(texture);
-        subRefCP(window);
-        GLTest::TearDown();
+        WindowTest::TearDown();
     }
 
     TextureChunkPtr input(const std::function<Vec4f(int, int)> &f)
@@ -78,7 +64,6 @@ class DeferredHDRPostProcessorTest : public testsupport::GLTest
         return TextureImage(hdr->perform(image));
     }
 
-    PassiveWindowPtr                          window;
     RenderTarget                              gbuffer;
     std::unique_ptr<DeferredHDRPostProcessor> hdr{new DeferredHDRPostProcessor()};
     std::vector<TextureChunkPtr>              inputs;

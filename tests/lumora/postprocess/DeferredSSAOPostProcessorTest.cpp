@@ -2,10 +2,6 @@
 
 #include <OpenSG/OSGImage.h>
 
-#include <boost/random/mersenne_twister.hpp>
-#include <boost/random/uniform_on_sphere.hpp>
-#include <boost/random/uniform_real_distribution.hpp>
-
 #include "PostProcessorTest.h"
 #include "support/TextureImage.h"
 
@@ -35,34 +31,25 @@ V3     operator -(const V3 &a, const V3 &b)  { return V3{a.x - b.x, a.y - b.y, a
 double dot      (const V3 &a, const V3 &b)   { return a.x * b.x + a.y * b.y + a.z * b.z; }
 V3     normalize(const V3 &a)                { return a * (1.0 / std::sqrt(dot(a, a))); }
 
-// The sequence drawn from a Mersenne Twister with its default seed: 16
-// noise directions, then 32 kernel samples, each a direction times a length
-// in [0, 1).
+V3 toV3(const Vec3f &v) { return V3{v[0], v[1], v[2]}; }
+
+// The sample kernel and 4 x 4 noise an initialised effect drew. The design
+// fixes their distributions, not their values; the kernel test holds them
+// to those.
 struct Randomness
 {
-    std::vector<Vec3f> noise;
-    std::vector<Vec3f> samples;
+    MFVec3f         samples;
+    std::vector<V3> noise;
 
-    Randomness()
+    explicit Randomness(const DeferredSSAOPostProcessor &ssao)
     {
-        boost::random::mt19937                          generator;
-        boost::random::uniform_on_sphere<float>         direction(3);
-        boost::random::uniform_real_distribution<float> length(0.0f, 1.0f);
-        for(int i = 0; i < 16; ++i)
-        {
-            std::vector<float> v = direction(generator);
-            noise.push_back(Vec3f(v[0], v[1], v[2]));
-        }
-        for(int i = 0; i < 32; ++i)
-        {
-            std::vector<float> v = direction(generator);
-            float              u = length(generator);
-            samples.push_back(Vec3f(v[0] * u, v[1] * u, v[2] * u));
-        }
+        ssao.getSSAOShader()->getUniformParameter("Samples", samples);
+        const TextureImage texels(ssao.getNoiseTexture());
+        for(int y = 0; y < texels.height(); ++y)
+            for(int x = 0; x < texels.width(); ++x)
+                noise.push_back(V3{texels.at(x, y, 0), texels.at(x, y, 1), texels.at(x, y, 2)});
     }
 };
-
-V3 toV3(const Vec3f &v) { return V3{v[0], v[1], v[2]}; }
 
 // The occlusion factor the three passes should leave at each pixel, computed
 // in double from the occlusion and bilateral-blur equations, with each
@@ -74,10 +61,9 @@ struct ExpectedOcclusion
     std::vector<double> factor;
     std::vector<bool>   uncertain;
 
-    ExpectedOcclusion(const std::function<Surface(int, int)> &surfaceAt, double scale,
-                      double attenuation)
+    ExpectedOcclusion(const Randomness &random, const std::function<Surface(int, int)> &surfaceAt,
+                      double scale, double attenuation)
     {
-        const Randomness random;
         std::vector<Surface> surfaces;
         std::vector<V3>      normals;
         for(int y = 0; y < Size; ++y)
@@ -103,7 +89,7 @@ struct ExpectedOcclusion
                 const double ty       = (y + 0.5) / Size;
                 const double currentZ = depthAt(i);
                 const V3     n        = normals[i];
-                const V3     r        = normalize(toV3(random.noise[(y % 4) * 4 + x % 4]));
+                const V3     r        = normalize(random.noise[(y % 4) * 4 + x % 4]);
                 const double range    = Far - Near;
                 const double radius   = scale * range / currentZ;
                 const double bias     = 0.0001 * range;
@@ -307,7 +293,7 @@ TEST_F(DeferredSSAOPostProcessorTest, InsideCornerDarkensByTheKernelsPrediction)
         ASSERT_EQ(out.width(), Size);
         ASSERT_EQ(out.height(), Size);
 
-        const ExpectedOcclusion expected(surface, c.scale, c.attenuation);
+        const ExpectedOcclusion expected(Randomness(ssao), surface, c.scale, c.attenuation);
         int compared = 0;
         double darkest = 1.0;
         for(int y = 2; y < 56; ++y)
@@ -348,6 +334,42 @@ TEST_F(DeferredSSAOPostProcessorTest, PixelsWithoutGeometryKeepTheExactSceneColo
         for(int x = 0; x < Size; ++x)
             for(int ch = 0; ch < 3; ++ch)
                 ASSERT_EQ(out.at(x, y, ch), checkerColour(x, y)[ch]) << x << "," << y;
+}
+
+// 16 unit noise vectors and 32 samples spread through the unit ball, the
+// same on every initialisation.
+TEST_F(DeferredSSAOPostProcessorTest, KernelFillsTheUnitBallAndRepeatsOnEveryInitialisation)
+{
+    RenderTarget   &gbuffer = makeGBuffer(steepCorner);
+    TextureChunkPtr scene   = makeScene(checkerColour);
+    DeferredSSAOPostProcessor first, second;
+    render(first, gbuffer, scene, {0, 0, Size - 1, Size - 1}, nullptr);
+    render(second, gbuffer, scene, {0, 0, Size - 1, Size - 1}, nullptr);
+    const Randomness a(first), b(second);
+
+    ASSERT_EQ(a.noise.size(), 16u);
+    for(const V3 &n : a.noise)
+        EXPECT_NEAR(dot(n, n), 1.0, 1e-5);
+    ASSERT_EQ(a.samples.size(), 32u);
+    double shortest = 1.0, longest = 0.0;
+    V3     sum{0, 0, 0};
+    for(const Vec3f &v : a.samples)
+    {
+        shortest = std::min(shortest, double(v.length()));
+        longest  = std::max(longest, double(v.length()));
+        sum = V3{sum.x + v[0], sum.y + v[1], sum.z + v[2]};
+    }
+    EXPECT_LT(longest, 1.0);
+    EXPECT_GT(longest, 0.8);
+    EXPECT_LT(shortest, 0.5);
+    // No direction preferred: the mean lies well inside the ball.
+    EXPECT_LT(std::sqrt(dot(sum, sum)) / 32.0, 0.3);
+
+    for(std::size_t i = 0; i < a.noise.size(); ++i)
+        EXPECT_EQ(dot(a.noise[i] - b.noise[i], a.noise[i] - b.noise[i]), 0.0) << i;
+    ASSERT_EQ(b.samples.size(), 32u);
+    for(std::size_t i = 0; i < a.samples.size(); ++i)
+        EXPECT_EQ(a.samples[i], b.samples[i]) << i;
 }
 
 } // namespace

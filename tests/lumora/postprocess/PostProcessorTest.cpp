@@ -7,26 +7,13 @@ using namespace osg;
 namespace posttest
 {
 
-void PostProcessorTest::SetUp()
-{
-    GLTest::SetUp();
-    window = PassiveWindow::create();
-    addRefCP(window);
-    window->init();
-    window->resize(Size, Size);
-    action = RenderAction::create();
-    action->setWindow(window.getCPtr());
-}
-
 void PostProcessorTest::TearDown()
 {
     _gbuffer.reset();
     for(TextureChunkPtr texture : _textures)
         subRefCP(texture);
     _textures.clear();
-    delete action;
-    subRefCP(window);
-    GLTest::TearDown();
+    WindowTest::TearDown();
 }
 
 RenderTarget &PostProcessorTest::makeGBuffer(const std::function<Surface(int, int)> &surface)

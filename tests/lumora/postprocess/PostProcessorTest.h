@@ -3,10 +3,7 @@
 
 #include <Lumora/OSGRenderTarget.h>
 
-#include <OpenSG/OSGPassiveWindow.h>
-#include <OpenSG/OSGRenderAction.h>
-
-#include "support/GLTest.h"
+#include "support/DeferredScene.h"
 
 #include <functional>
 #include <memory>
@@ -26,7 +23,7 @@ struct Surface
 // Inputs of a post-processor built by hand: a Size x Size window and render
 // action, a G-buffer of two float textures (0 the encoded normals with alpha
 // 1 where geometry is, 1 the stored depth in red), and a scene image.
-class PostProcessorTest : public testsupport::GLTest
+class PostProcessorTest : public testsupport::WindowTest
 {
   public:
     static constexpr int         Size = 64;
@@ -34,7 +31,6 @@ class PostProcessorTest : public testsupport::GLTest
     static constexpr osg::Real32 Far  = 100.0f;
 
   protected:
-    void SetUp   () override;
     void TearDown() override;
 
     // Texture 0 the normals, texture 1 the depth, sampled nearest so that
@@ -47,9 +43,6 @@ class PostProcessorTest : public testsupport::GLTest
     // The depth-buffer value that the camera's near and far map back to
     // the linear depth.
     static osg::Real32 storedDepth(osg::Real32 linearDepth);
-
-    osg::PassiveWindowPtr window;
-    osg::RenderAction    *action = nullptr;
 
   private:
     std::unique_ptr<osg::RenderTarget> _gbuffer;

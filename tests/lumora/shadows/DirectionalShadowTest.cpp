@@ -2,7 +2,6 @@
 #include "support/Lighting.h"
 #include "lumora/shadows/ShadowTestGeometry.h"
 
-#include <OpenSG/OSGDirectionalLight.h>
 #include <OpenSG/OSGMatrixUtility.h>
 #include <OpenSG/OSGTransform.h>
 
@@ -54,14 +53,8 @@ TEST_F(DirectionalShadowTest, SunShadowsFallInEachOfItsThreeSplits)
     // are not hidden behind their occluders.
     const Vec3f  toSun(0.0f, 1.5f, 1.0f);
     const Real32 intensity = 0.3f;
-    DirectionalLightPtr sun = DirectionalLight::create();
-    addRefCP(sun);
-    beginEditCP(sun);
-    sun->setDirection(toSun);
-    sun->setDiffuse (Color4f(1, 1, 1, 1));
-    sun->setSpecular(Color4f(0, 0, 0, 1));
-    sun->setShadowIntensity(intensity);
-    endEditCP(sun);
+    DirectionalLightPtr sun = makeLight(DirectionalLightParams{toSun, Color3f(1, 1, 1),
+                                                               Color3f(0, 0, 0), intensity});
     viewport->addLight(sun);
     renderFrame();
 
@@ -83,14 +76,7 @@ TEST_F(DirectionalShadowTest, SunShadowsFallInEachOfItsThreeSplits)
         nearest  = std::min(nearest, depth);
         farthest = std::max(farthest, depth);
     }
-    nearest = std::max(nearest, 1.0f);
-    Real32 splits[4];
-    for(int i = 0; i < 4; ++i)
-    {
-        const double t = i / 3.0;
-        splits[i] = Real32(0.8 * nearest * std::pow(double(farthest) / nearest, t) +
-                           0.2 * (nearest + t * (farthest - nearest)));
-    }
+    const std::vector<Real32> splits = cascadeSplits(std::max(nearest, 1.0f), farthest);
 
     Vec3f L = toSun;
     L.normalize();

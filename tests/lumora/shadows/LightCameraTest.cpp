@@ -5,10 +5,10 @@
 
 #include <OpenSG/OSGDirectionalLight.h>
 #include <OpenSG/OSGGLEXT.h>
-#include <OpenSG/OSGPassiveWindow.h>
 #include <OpenSG/OSGSpotLight.h>
 
-#include "support/GLTest.h"
+#include "support/DeferredScene.h"
+#include "support/Lighting.h"
 
 #include <cmath>
 
@@ -78,12 +78,12 @@ void expectEnclosingRange(const Vec2f &got, const Vec2f &scene)
     EXPECT_LT(got[1], scene[1] + slack);
 }
 
-class LightCameraTest : public testsupport::GLTest
+class LightCameraTest : public testsupport::WindowTest
 {
   protected:
     void SetUp() override
     {
-        GLTest::SetUp();
+        WindowTest::SetUp();
         camera = MatrixCamera::create();
         addRefCP(camera);
     }
@@ -91,7 +91,7 @@ class LightCameraTest : public testsupport::GLTest
     void TearDown() override
     {
         subRefCP(camera);
-        GLTest::TearDown();
+        WindowTest::TearDown();
     }
 
     MatrixCameraPtr camera;
@@ -115,14 +115,9 @@ TEST_P(SpotLightCameraTest, ViewLooksAlongTheSpotAndProjectionOpensToTheCutOff)
     const Pnt3f     position(0.5f, 6.0f, 1.0f);
     const Real32    cutOff   = deg2rad(25.0f);
 
-    SpotLightPtr spot = SpotLight::create();
-    addRefCP(spot);
-    beginEditCP(spot);
-    spot->setPosition(position);
-    spot->setDirection(c.direction);
-    spot->setSpotCutOff(cutOff);
-    spot->setAttenuation(1.0f, 0.0f, 0.01f);
-    endEditCP(spot);
+    SpotLightPtr spot = testsupport::makeLight(testsupport::SpotLightParams{
+        position, c.direction, cutOff, 0.0f, Vec3f(1.0f, 0.0f, 0.01f), Color3f(1, 1, 1),
+        Color3f(1, 1, 1)});
 
     DeferredSpotLight light;
     light.update(viewer.viewing, viewer.projection, viewer.nearFar, spot, 0.5f);
@@ -180,13 +175,9 @@ INSTANTIATE_TEST_SUITE_P(DeferredSpotLight, SpotLightCameraTest,
 
 TEST_F(LightCameraTest, SpotBehindTheSceneOrMissingTheViewRendersNothing)
 {
-    SpotLightPtr spot = SpotLight::create();
-    addRefCP(spot);
-    beginEditCP(spot);
-    spot->setPosition(Pnt3f(0, 10, 0));
-    spot->setDirection(Vec3f(0, 1, 0));
-    spot->setSpotCutOff(deg2rad(20.0f));
-    endEditCP(spot);
+    SpotLightPtr spot = testsupport::makeLight(testsupport::SpotLightParams{
+        Pnt3f(0, 10, 0), Vec3f(0, 1, 0), deg2rad(20.0f), 0.0f, Vec3f(1, 0, 0), Color3f(1, 1, 1),
+        Color3f(1, 1, 1)});
 
     DeferredSpotLight light;
     light.update(viewer.viewing, viewer.projection, viewer.nearFar, spot, 0.5f);
@@ -215,23 +206,6 @@ struct SunCase
 class DirectionalLightCameraTest : public LightCameraTest,
                                    public testing::WithParamInterface<SunCase>
 {
-  protected:
-    void SetUp() override
-    {
-        LightCameraTest::SetUp();
-        window = PassiveWindow::create();
-        addRefCP(window);
-        window->init();
-        window->resize(64, 64);
-    }
-
-    void TearDown() override
-    {
-        subRefCP(window);
-        LightCameraTest::TearDown();
-    }
-
-    PassiveWindowPtr window;
 };
 
 // Splits, their frusta, the light view around the scene, each split's
@@ -240,11 +214,8 @@ class DirectionalLightCameraTest : public LightCameraTest,
 TEST_P(DirectionalLightCameraTest, SplitCamerasFitTheirSplitsAndSnapToTexels)
 {
     const SunCase &c = GetParam();
-    DirectionalLightPtr sun = DirectionalLight::create();
-    addRefCP(sun);
-    beginEditCP(sun);
-    sun->setDirection(c.direction);
-    endEditCP(sun);
+    DirectionalLightPtr sun =
+        testsupport::makeLight(testsupport::DirectionalLightParams{c.direction});
 
     DeferredDirectionalLight light;
     // Maps of the size the shadow mapper gives them, so that snapping runs.
@@ -262,15 +233,8 @@ TEST_P(DirectionalLightCameraTest, SplitCamerasFitTheirSplitsAndSnapToTexels)
 
     // Splits: the scene's depth range seen by the viewer, divided.
     Vec2f viewRange = depthRange(viewer.viewing, low, high);
-    const Real32 nearSplit = std::max(viewer.nearFar[0], viewRange[0]);
-    const Real32 farSplit  = viewRange[1];
-    Real32 splits[4];
-    for(int i = 0; i < 4; ++i)
-    {
-        const double t = i / 3.0;
-        splits[i] = Real32(0.8 * nearSplit * std::pow(double(farSplit) / nearSplit, t) +
-                           0.2 * (nearSplit + t * (farSplit - nearSplit)));
-    }
+    const std::vector<Real32> splits =
+        cascadeSplits(std::max(viewer.nearFar[0], viewRange[0]), viewRange[1]);
 
     // Light view: from five scene radii out along the light's direction,
     // looking at the scene's centre.

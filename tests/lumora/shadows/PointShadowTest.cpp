@@ -2,9 +2,6 @@
 #include "support/Lighting.h"
 #include "lumora/shadows/ShadowTestGeometry.h"
 
-#include <OpenSG/OSGGeometry.h>
-#include <OpenSG/OSGPointLight.h>
-#include <OpenSG/OSGSimpleGeometry.h>
 #include <OpenSG/OSGQuaternion.h>
 #include <OpenSG/OSGTransform.h>
 
@@ -44,11 +41,7 @@ TEST_P(PointShadowTest, EveryCubeFaceShadowsWhatItSees)
 
     NodePtr world = testsupport::makeTransformNode(rotation);
     testsupport::addChild(root, world);
-    GeometryPtr ground = makePlaneGeo(8.0f, 8.0f, 1, 1);
-    beginEditCP(ground, Geometry::MaterialFieldMask);
-    ground->setMaterial(material(Floor));
-    endEditCP(ground, Geometry::MaterialFieldMask);
-    testsupport::addChild(world, makeNodeFor(ground));
+    testsupport::addChild(world, testsupport::makeRect(-4, -4, 4, 4, 0, material(Floor)));
     testsupport::addChild(world, testsupport::makeRect(Occluder.x0, Occluder.y0, Occluder.x1,
                                                        Occluder.y1, Occluder.z,
                                                        material(Color3f(0.5f, 0.5f, 0.5f))));
@@ -63,16 +56,12 @@ TEST_P(PointShadowTest, EveryCubeFaceShadowsWhatItSees)
     endEditCP(eyeCore, Transform::MatrixFieldMask);
 
     const Real32  intensity = 0.2f;
-    PointLightPtr light     = PointLight::create();
-    addRefCP(light);
-    beginEditCP(light);
-    light->setPosition(LightPosition);
-    light->setAttenuation(1.0f, 0.0f, 0.0f);
-    light->setDiffuse (Color4f(1, 1, 1, 1));
-    light->setSpecular(Color4f(0, 0, 0, 1));
-    light->setShadowIntensity(intensity);
+    PointLightPtr light     = makeLight(PointLightParams{LightPosition, Color3f(1, 1, 1),
+                                                         Color3f(0, 0, 0), Vec3f(1, 0, 0),
+                                                         intensity});
+    beginEditCP(light, Light::BeaconFieldMask);
     light->setBeacon(world);
-    endEditCP(light);
+    endEditCP(light, Light::BeaconFieldMask);
     viewport->addLight(light);
     renderFrame();
 

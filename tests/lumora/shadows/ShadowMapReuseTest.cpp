@@ -1,17 +1,15 @@
 #include "support/DeferredScene.h"
+#include "support/Lighting.h"
 
-#include <OpenSG/OSGDirectionalLight.h>
 #include <OpenSG/OSGGeometry.h>
-#include <OpenSG/OSGSpotLight.h>
 #include <OpenSG/OSGTransform.h>
-
 
 #include <cmath>
 #include <functional>
 #include <vector>
 
 using namespace osg;
-using testsupport::DeferredSceneTest;
+using namespace testsupport;
 
 namespace
 {
@@ -47,31 +45,13 @@ class ShadowMapReuseTest : public DeferredSceneTest
 
     void addLight(Kind kind)
     {
+        const Color3f white(1, 1, 1), black(0, 0, 0);
         if(kind == Spot)
-        {
-            SpotLightPtr spot = SpotLight::create();
-            beginEditCP(spot);
-            spot->setPosition(Pnt3f(1.2f, 0.0f, 4.0f));
-            spot->setDirection(Vec3f(-1.5f, 0.0f, -4.0f));
-            spot->setSpotCutOff(deg2rad(86.0f));
-            spot->setSpotExponent(1.0f);
-            endEditCP(spot);
-            light = spot;
-        }
+            light = makeLight(SpotLightParams{Pnt3f(1.2f, 0.0f, 4.0f), Vec3f(-1.5f, 0.0f, -4.0f),
+                                              deg2rad(86.0f), 1.0f, Vec3f(1, 0, 0), white, black,
+                                              0.2f});
         else
-        {
-            DirectionalLightPtr sun = DirectionalLight::create();
-            beginEditCP(sun);
-            sun->setDirection(Vec3f(0.5f, 0.3f, 1.0f));
-            endEditCP(sun);
-            light = sun;
-        }
-        addRefCP(light);
-        beginEditCP(light);
-        light->setDiffuse (Color4f(1, 1, 1, 1));
-        light->setSpecular(Color4f(0, 0, 0, 1));
-        light->setShadowIntensity(0.2f);
-        endEditCP(light);
+            light = makeLight(DirectionalLightParams{Vec3f(0.5f, 0.3f, 1.0f), white, black, 0.2f});
         viewport->addLight(light);
     }
 

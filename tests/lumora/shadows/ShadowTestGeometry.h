@@ -110,6 +110,20 @@ inline osg::Real32 varianceShadowFactor(osg::Real32 mean, osg::Real32 meanSquare
     return std::min(1.0f, std::max(0.0f, (lit - 0.3f) / 0.7f));
 }
 
+// The three cascades' boundaries over the viewing depths [near, far]: 0.8
+// of the logarithmic division plus 0.2 of the uniform one.
+inline std::vector<osg::Real32> cascadeSplits(osg::Real32 near, osg::Real32 far)
+{
+    std::vector<osg::Real32> splits;
+    for(int i = 0; i < 4; ++i)
+    {
+        const double logarithmic = near * std::pow(double(far) / near, i / 3.0);
+        const double uniform     = near + (far - near) * i / 3.0;
+        splits.push_back(osg::Real32(0.8 * logarithmic + 0.2 * uniform));
+    }
+    return splits;
+}
+
 } // namespace shadowtest
 
 #endif

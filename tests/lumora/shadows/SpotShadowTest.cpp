@@ -4,8 +4,6 @@
 
 #include <Lumora/DeferredSpotLight.h>
 
-#include <OpenSG/OSGSpotLight.h>
-
 #include "support/SceneSetup.h"
 #include "support/TextureImage.h"
 
@@ -14,39 +12,20 @@
 using namespace osg;
 using namespace testsupport;
 using namespace shadowtest;
-using testsupport::TextureImage;
 
 namespace
 {
 
 const Color3f Floor(0.8f, 0.8f, 0.8f);
 
-// A wide spot above the floor and off the camera's axis, so that the
-// camera sees the shadows beside the occluders that cast them.
-struct Spot
-{
-    Pnt3f  position  = Pnt3f(1.2f, 0.0f, 4.0f);
-    Vec3f  direction = Vec3f(-1.5f, 0.0f, -4.0f);
-    Real32 cutOff    = deg2rad(86.0f);
-};
-
 class SpotShadowTest : public DeferredSceneTest
 {
   protected:
     SpotLightPtr addSpot(Real32 shadowIntensity)
     {
-        SpotLightPtr light = SpotLight::create();
-        addRefCP(light);
-        beginEditCP(light);
-        light->setPosition(spot.position);
-        light->setDirection(spot.direction);
-        light->setSpotCutOff(spot.cutOff);
-        light->setSpotExponent(1.0f);
-        light->setAttenuation(1.0f, 0.0f, 0.0f);
-        light->setDiffuse (Color4f(1, 1, 1, 1));
-        light->setSpecular(Color4f(0, 0, 0, 1));
-        light->setShadowIntensity(shadowIntensity);
-        endEditCP(light);
+        SpotLightParams params = spot;
+        params.shadowIntensity = shadowIntensity;
+        SpotLightPtr light = makeLight(params);
         viewport->addLight(light);
         lights.push_back(light);
         return light;
@@ -72,14 +51,7 @@ class SpotShadowTest : public DeferredSceneTest
     // The spot's light on the floor at P without shadow.
     Real32 unshadowed(const Pnt3f &P) const
     {
-        Vec3f L = spot.position - P;
-        L.normalize();
-        Vec3f d = spot.direction;
-        d.normalize();
-        const Real32 cone = d.dot(-L);
-        if(cone <= std::cos(spot.cutOff))
-            return 0.0f;
-        return cone * std::max(0.0f, L[2]) * Floor[0];
+        return lightAt(spot, SurfaceParams{Floor}, P, Vec3f(0, 0, 1), scene->eye()).high[0];
     }
 
     // Whether the camera at (0, 0, 5) sees the floor at P past the occluders.
@@ -113,7 +85,11 @@ class SpotShadowTest : public DeferredSceneTest
         EXPECT_EQ(mismatches.count(), 0) << mismatches.text();
     }
 
-    Spot                  spot;
+    // A wide spot above the floor and off the camera's axis, so that the
+    // camera sees the shadows beside the occluders that cast them.
+    const SpotLightParams spot = {Pnt3f(1.2f, 0.0f, 4.0f), Vec3f(-1.5f, 0.0f, -4.0f),
+                                  deg2rad(86.0f), 1.0f, Vec3f(1, 0, 0), Color3f(1, 1, 1),
+                                  Color3f(0, 0, 0)};
     std::vector<Rect>     occluders;
     std::vector<LightPtr> lights;
 };

@@ -2,11 +2,9 @@
 
 #include <OpenSG/OSGGLEXT.h>
 #include <OpenSG/OSGImage.h>
-#include <OpenSG/OSGPassiveWindow.h>
-#include <OpenSG/OSGRenderAction.h>
 
-#include "support/GLTest.h"
-#include "support/TextureImage.h"
+#include "support/DeferredScene.h"
+#include "support/FloatTexture.h"
 
 #include <cmath>
 #include <functional>
@@ -122,21 +120,15 @@ TEST(PostProcessingToolsKernel, WeightIsTheNormalDensity)
 
 // Float targets and sources, so that the passes' arithmetic is seen
 // unrounded.
-class PostProcessingToolsTest : public testsupport::GLTest
+class PostProcessingToolsTest : public testsupport::WindowTest
 {
   protected:
     static const int SourceSize = 64;
 
     void SetUp() override
     {
-        GLTest::SetUp();
-        window = PassiveWindow::create();
-        addRefCP(window);
-        window->init();
-        window->resize(SourceSize, SourceSize);
-        action = RenderAction::create();
-        action->setWindow(window.getCPtr());
-        tools  = PostProcessingTools::getInstance();
+        WindowTest::SetUp();
+        tools = PostProcessingTools::getInstance();
     }
 
     void TearDown() override
@@ -144,9 +136,7 @@ class PostProcessingToolsTest : public testsupport::GLTest
         targets.clear();
         for(TextureChunkPtr texture : sources)
             subRefCP(texture);
-        delete action;
-        subRefCP(window);
-        GLTest::TearDown();
+        WindowTest::TearDown();
     }
 
     RenderTarget *target(int width, int height)
@@ -162,32 +152,8 @@ class PostProcessingToolsTest : public testsupport::GLTest
     // A SourceSize square RGBA float texture with texel (x, y) = f(x, y).
     TextureChunkPtr source(const std::function<Vec4f(int, int)> &f)
     {
-        std::vector<Real32> data;
-        for(int y = 0; y < SourceSize; ++y)
-            for(int x = 0; x < SourceSize; ++x)
-            {
-                Vec4f v = f(x, y);
-                data.insert(data.end(), {v[0], v[1], v[2], v[3]});
-            }
-
-        ImagePtr image = Image::create();
-        beginEditCP(image);
-        image->set(Image::OSG_RGBA_PF, SourceSize, SourceSize, 1, 1, 1, 0.0,
-                   reinterpret_cast<const UInt8 *>(data.data()), Image::OSG_FLOAT32_IMAGEDATA);
-        endEditCP(image);
-
-        TextureChunkPtr texture = TextureChunk::create();
-        addRefCP(texture);
-        beginEditCP(texture);
-        texture->setImage(image);
-        texture->setInternalFormat(GL_RGBA32F_ARB);
-        texture->setMinFilter(GL_LINEAR);
-        texture->setMagFilter(GL_LINEAR);
-        texture->setWrapS(GL_CLAMP_TO_EDGE);
-        texture->setWrapT(GL_CLAMP_TO_EDGE);
-        endEditCP(texture);
-        sources.push_back(texture);
-        return texture;
+        sources.push_back(testsupport::makeFloatTexture(SourceSize, SourceSize, f));
+        return sources.back();
     }
 
     void expectMaterialsEmpty()
@@ -196,8 +162,6 @@ class PostProcessingToolsTest : public testsupport::GLTest
         EXPECT_EQ(tools->getBlurMaterial()->getChunks().size(), 0u);
     }
 
-    PassiveWindowPtr                           window;
-    RenderAction                              *action = nullptr;
     PostProcessingTools                       *tools  = nullptr;
     std::vector<std::unique_ptr<RenderTarget>> targets;
     std::vector<TextureChunkPtr>               sources;

@@ -1,11 +1,8 @@
 #include <Lumora/OSGRenderTarget.h>
 
 #include <OpenSG/OSGGroup.h>
-#include <OpenSG/OSGPassiveWindow.h>
-#include <OpenSG/OSGPerspectiveCamera.h>
-#include <OpenSG/OSGRenderAction.h>
 
-#include "support/GLTest.h"
+#include "support/DeferredScene.h"
 #include "support/LogCapture.h"
 
 #include <functional>
@@ -17,16 +14,15 @@ using testsupport::LogCapture;
 namespace
 {
 
-class RenderTargetTest : public testsupport::GLTest
+class RenderTargetTest : public testsupport::WindowTest
 {
   protected:
+    int windowWidth () const override { return 16; }
+    int windowHeight() const override { return 16; }
+
     void SetUp() override
     {
-        GLTest::SetUp();
-        window = PassiveWindow::create();
-        addRefCP(window);
-        window->init();
-        window->resize(16, 16);
+        WindowTest::SetUp();
         root = makeNodeFor(Group::create());
         addRefCP(root);
         camera = PerspectiveCamera::create();
@@ -36,25 +32,19 @@ class RenderTargetTest : public testsupport::GLTest
         endEditCP(camera, Camera::BeaconFieldMask);
         material = ChunkMaterial::create();
         addRefCP(material);
-        action = RenderAction::create();
-        action->setWindow(getCPtr(window));
     }
 
     void TearDown() override
     {
-        delete action;
         subRefCP(material);
         subRefCP(camera);
         subRefCP(root);
-        subRefCP(window);
-        GLTest::TearDown();
+        WindowTest::TearDown();
     }
 
-    PassiveWindowPtr   window;
-    NodePtr            root;
+    NodePtr              root;
     PerspectiveCameraPtr camera;
-    ChunkMaterialPtr   material;
-    RenderAction      *action = nullptr;
+    ChunkMaterialPtr     material;
 };
 
 struct MisuseCase

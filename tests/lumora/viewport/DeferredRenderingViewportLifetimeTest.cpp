@@ -1,22 +1,16 @@
 #include <Lumora/DeferredRenderingViewport.h>
 
 #include <OpenSG/OSGBaseFunctions.h>
-#include <OpenSG/OSGDirectionalLight.h>
-#include <OpenSG/OSGGroup.h>
-#include <OpenSG/OSGPerspectiveCamera.h>
-#include <OpenSG/OSGPointLight.h>
 #include <OpenSG/OSGSimpleGeometry.h>
-#include <OpenSG/OSGSimpleMaterial.h>
-#include <OpenSG/OSGSolidBackground.h>
-#include <OpenSG/OSGSpotLight.h>
-#include <OpenSG/OSGTransform.h>
 
 #include "support/DeferredScene.h"
+#include "support/Lighting.h"
 #include "support/LiveObjects.h"
 #include "support/LogCapture.h"
+#include "support/SceneSetup.h"
 
 using namespace osg;
-using testsupport::LiveObjects;
+using namespace testsupport;
 
 namespace
 {
@@ -24,73 +18,50 @@ namespace
 const UInt16 Size = 32;
 
 // A lit plane, a camera and one light of each deferred kind, all under one
-// root that holds the only reference to each.
+// root that holds the only reference to each; every light casts shadows.
 struct LitScene
 {
-    NodePtr                root;
-    PerspectiveCameraPtr   camera;
-    SolidBackgroundPtr     background;
-    std::vector<LightPtr>  lights;
+    NodePtr               root       = makeGroupNode();
+    PerspectiveCameraPtr  camera     = PerspectiveCamera::create();
+    SolidBackgroundPtr    background = SolidBackground::create();
+    std::vector<LightPtr> lights;
 
     LitScene()
     {
-        root = makeNodeFor(Group::create());
         addRefCP(root);
-
+        addRefCP(camera);
+        addRefCP(background);
         Matrix m;
         m.setTranslate(0, 0, 5);
-        TransformPtr beaconCore = Transform::create();
-        beaconCore->setMatrix(m);
-        NodePtr beacon = makeNodeFor(beaconCore);
+        NodePtr beacon = makeTransformNode(m);
+        addChild(root, beacon);
 
         SimpleMaterialPtr material = SimpleMaterial::create();
         beginEditCP(material);
         material->setDiffuse(Color3f(0.8f, 0.8f, 0.8f));
         endEditCP(material);
-        GeometryPtr plane = makePlaneGeo(4, 4, 2, 2);
-        beginEditCP(plane, Geometry::MaterialFieldMask);
-        plane->setMaterial(material);
-        endEditCP(plane, Geometry::MaterialFieldMask);
+        addChild(root, makeRect(-2, -2, 2, 2, 0, material));
 
-        PointLightPtr point = PointLight::create();
-        beginEditCP(point);
-        point->setPosition(0, 0, 2);
-        endEditCP(point);
-        SpotLightPtr spot = SpotLight::create();
-        beginEditCP(spot);
-        spot->setPosition(0, 0, 2);
-        spot->setDirection(Vec3f(0, 0, -1));
-        spot->setSpotCutOff(deg2rad(40.0f));
-        endEditCP(spot);
-        DirectionalLightPtr directional = DirectionalLight::create();
-        beginEditCP(directional);
-        directional->setDirection(Vec3f(0, 0, 1));
-        endEditCP(directional);
-        lights = { point, spot, directional };
-
-        beginEditCP(root, Node::ChildrenFieldMask);
-        root->addChild(beacon);
-        root->addChild(makeNodeFor(plane));
+        const Color3f white(1, 1, 1), black(0, 0, 0);
+        lights = {makeLight(PointLightParams{Pnt3f(0, 0, 2)}),
+                  makeLight(SpotLightParams{Pnt3f(0, 0, 2), Vec3f(0, 0, -1), deg2rad(40.0f), 0.0f,
+                                            Vec3f(1, 0, 0), white, black, 0.0f}),
+                  makeLight(DirectionalLightParams{Vec3f(0, 0, 1), white, black, 0.0f})};
         for(LightPtr light : lights)
         {
             beginEditCP(light, Light::BeaconFieldMask);
             light->setBeacon(beacon);
             endEditCP(light, Light::BeaconFieldMask);
-            root->addChild(makeNodeFor(light));
+            addChild(root, makeNodeFor(light));
+            subRefCP(light);
         }
-        endEditCP(root, Node::ChildrenFieldMask);
 
-        camera = PerspectiveCamera::create();
-        addRefCP(camera);
         beginEditCP(camera);
         camera->setBeacon(beacon);
         camera->setFov(deg2rad(60));
         camera->setNear(1.0f);
         camera->setFar(10.0f);
         endEditCP(camera);
-
-        background = SolidBackground::create();
-        addRefCP(background);
     }
 
     ~LitScene()

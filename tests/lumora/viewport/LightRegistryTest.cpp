@@ -1,15 +1,12 @@
 #include "support/DeferredScene.h"
 #include "support/Lighting.h"
+#include "support/SceneSetup.h"
 
 #include <Lumora/DeferredDirectionalLight.h>
 #include <Lumora/DeferredLightBatch.h>
 #include <Lumora/DeferredPointLight.h>
 #include <Lumora/DeferredSpotLight.h>
 
-#include <OpenSG/OSGDirectionalLight.h>
-#include <OpenSG/OSGLight.h>
-#include <OpenSG/OSGPointLight.h>
-#include <OpenSG/OSGSpotLight.h>
 #include <OpenSG/OSGBlendChunk.h>
 #include <OpenSG/OSGChunkMaterial.h>
 #include <OpenSG/OSGGroup.h>
@@ -56,51 +53,23 @@ namespace
 
 enum class Kind { Point, Spot, Directional };
 
-// A light of the given kind that lights the plane at z = 0 from above.
+// A light of the given kind that lights the plane at z = 0 from above; its
+// shadow intensity of 1 casts none.
 LightPtr createLight(Kind kind)
 {
-    LightPtr light;
+    const Color3f white(1, 1, 1), black(0, 0, 0);
+    const Vec3f   attenuation(1, 0, 0.1f);
     switch(kind)
     {
         case Kind::Point:
-        {
-            PointLightPtr point = PointLight::create();
-            beginEditCP(point);
-            point->setPosition(0, 0, 2);
-            point->setAttenuation(1, 0, 0.1f);
-            endEditCP(point);
-            light = point;
-            break;
-        }
+            return makeLight(PointLightParams{Pnt3f(0, 0, 2), white, black, attenuation, 1.0f});
         case Kind::Spot:
-        {
-            SpotLightPtr spot = SpotLight::create();
-            beginEditCP(spot);
-            spot->setPosition(0, 0, 2);
-            spot->setDirection(Vec3f(0, 0, -1));
-            spot->setSpotCutOff(deg2rad(40.0f));
-            spot->setAttenuation(1, 0, 0.1f);
-            endEditCP(spot);
-            light = spot;
-            break;
-        }
+            return makeLight(SpotLightParams{Pnt3f(0, 0, 2), Vec3f(0, 0, -1), deg2rad(40.0f),
+                                             0.0f, attenuation, white, black});
         case Kind::Directional:
-        {
-            DirectionalLightPtr directional = DirectionalLight::create();
-            beginEditCP(directional);
-            directional->setDirection(Vec3f(0, 0, 1));
-            endEditCP(directional);
-            light = directional;
             break;
-        }
     }
-    addRefCP(light);
-    beginEditCP(light);
-    light->setDiffuse(Color4f(1, 1, 1, 1));
-    light->setSpecular(Color4f(0, 0, 0, 1));
-    light->setShadowIntensity(1.0f);
-    endEditCP(light);
-    return light;
+    return makeLight(DirectionalLightParams{Vec3f(0, 0, 1)});
 }
 
 const char *kindName(Kind kind)
@@ -207,56 +176,41 @@ TEST_F(DeferredLightRegistryTest, LightThatIsOffWhenAddedStaysUnregistered)
     subRefCP(light);
 }
 
-TEST_F(DeferredLightRegistryTest, RemovingBeforeTheFirstFrameDeletesTheLight)
+// Removed before or after its first frame, the deferred light goes with its
+// volume; our reference outlives it, its own goes with it.
+TEST_F(DeferredLightRegistryTest, VolumeJoinsTheLightRootAtTheFirstFrameAndSubLightDeletesIt)
 {
     addLitPlane();
     LightPtr light = createLight(Kind::Point);
-    viewport->addLight(light);
-    ASSERT_EQ(viewport->getLights().size(), 1u);
+    float lit = 0.0f;
+    for(bool framed : {false, true})
+    {
+        SCOPED_TRACE(framed ? "after a frame" : "before any frame");
+        viewport->addLight(light);
+        ASSERT_EQ(viewport->getLights().size(), 1u);
+        NodePtr volume = viewport->getLights().at(light)->getVolumeRoot();
+        addRefCP(volume);
+        EXPECT_EQ(volume.getRefCount(), 2);
+        EXPECT_EQ(volume->getParent(), NullFC);
+        if(framed)
+        {
+            renderFrame();
+            EXPECT_EQ(volume->getParent(), viewport->getLightRoot());
+            EXPECT_EQ(lightRootChildren(viewport).size(), 3u);
+            lit = centre();
+            EXPECT_GT(lit, 0.1f);
+        }
 
-    // Our reference outlives the deferred light; its own goes with it.
-    NodePtr volume = viewport->getLights().at(light)->getVolumeRoot();
-    addRefCP(volume);
-    ASSERT_EQ(volume.getRefCount(), 2);
-
-    viewport->subLight(light);
-    EXPECT_TRUE(viewport->getLights().empty());
-    EXPECT_EQ(volume.getRefCount(), 1);
-    EXPECT_EQ(volume->getParent(), NullFC);
-    EXPECT_EQ(lightRootChildren(viewport), screenPasses(viewport));
-
-    renderFrame();
-    EXPECT_EQ(lightRootChildren(viewport), screenPasses(viewport));
-    EXPECT_EQ(LitImage(viewport).maxValue(), 0.0f);
-
-    subRefCP(volume);
-    subRefCP(light);
-}
-
-TEST_F(DeferredLightRegistryTest, VolumeJoinsTheLightRootAtTheFirstFrameAndSubLightDetachesIt)
-{
-    addLitPlane();
-    LightPtr light = createLight(Kind::Point);
-    viewport->addLight(light);
-
-    NodePtr volume = viewport->getLights().at(light)->getVolumeRoot();
-    addRefCP(volume);
-    EXPECT_EQ(volume->getParent(), NullFC);
-
-    renderFrame();
-    EXPECT_EQ(volume->getParent(), viewport->getLightRoot());
-    EXPECT_EQ(lightRootChildren(viewport).size(), 3u);
-    const float lit = centre();
-    EXPECT_GT(lit, 0.1f);
-
-    viewport->subLight(light);
-    EXPECT_TRUE(viewport->getLights().empty());
-    EXPECT_EQ(volume->getParent(), NullFC);
-    EXPECT_EQ(volume.getRefCount(), 1);
-    EXPECT_EQ(lightRootChildren(viewport), screenPasses(viewport));
-
-    renderFrame();
-    EXPECT_EQ(LitImage(viewport).maxValue(), 0.0f);
+        viewport->subLight(light);
+        EXPECT_TRUE(viewport->getLights().empty());
+        EXPECT_EQ(volume.getRefCount(), 1);
+        EXPECT_EQ(volume->getParent(), NullFC);
+        EXPECT_EQ(lightRootChildren(viewport), screenPasses(viewport));
+        renderFrame();
+        EXPECT_EQ(lightRootChildren(viewport), screenPasses(viewport));
+        EXPECT_EQ(LitImage(viewport).maxValue(), 0.0f);
+        subRefCP(volume);
+    }
 
     // Removing it again changes nothing.
     viewport->subLight(light);
@@ -264,13 +218,9 @@ TEST_F(DeferredLightRegistryTest, VolumeJoinsTheLightRootAtTheFirstFrameAndSubLi
 
     // Added back, it gets a fresh deferred light that draws as before.
     viewport->addLight(light);
-    ASSERT_EQ(viewport->getLights().size(), 1u);
-    EXPECT_NE(viewport->getLights().at(light)->getVolumeRoot(), volume);
     renderFrame();
     EXPECT_EQ(lightRootChildren(viewport).size(), 3u);
     EXPECT_NEAR(centre(), lit, 0.001f);
-
-    subRefCP(volume);
     subRefCP(light);
 }
 
@@ -319,17 +269,8 @@ TEST_F(DeferredLightRegistryTest, UnsupportedLightTypeIsLeftOutWithAWarning)
 
 TEST_F(DeferredLightRegistryTest, DestroyingTheViewportDeletesEachLightOnce)
 {
-    DeferredRenderingViewportPtr port = DeferredRenderingViewport::create();
-    addRefCP(port);
-    beginEditCP(port);
-    port->setCamera(camera);
-    port->setBackground(background);
-    port->setRoot(root);
-    port->setSize(0, 0, 1, 1);
-    endEditCP(port);
-    beginEditCP(window, Window::PortFieldMask);
-    window->addPort(port);
-    endEditCP(window, Window::PortFieldMask);
+    DeferredRenderingViewportPtr port = scene->makeViewport();
+    scene->windowAndAction.addPort(port);
 
     std::vector<LightPtr> lights;
     for(Kind kind : {Kind::Point, Kind::Spot, Kind::Directional})
@@ -352,9 +293,7 @@ TEST_F(DeferredLightRegistryTest, DestroyingTheViewportDeletesEachLightOnce)
     }
     EXPECT_EQ(lightRootChildren(port).size(), 5u);
 
-    beginEditCP(window, Window::PortFieldMask);
-    window->subPort(port);
-    endEditCP(window, Window::PortFieldMask);
+    scene->windowAndAction.subPort(port);
     subRefCP(port);
 
     for(std::size_t i = 0; i < volumes.size(); ++i)
@@ -609,23 +548,7 @@ TEST_F(DeferredLightRegistryTest, ShaderThatFailsToCompileSpoilsOnlyItsOwnObject
     endEditCP(glass);
 
     // A small pane in front, away from the pixel read below.
-    GeometryPtr pane = makePlaneGeo(0.5f, 0.5f, 1, 1);
-    beginEditCP(pane, Geometry::MaterialFieldMask);
-    pane->setMaterial(glass);
-    endEditCP(pane, Geometry::MaterialFieldMask);
-    Matrix m;
-    m.setTranslate(1.5f, 1.5f, 1.0f);
-    TransformPtr place = Transform::create();
-    beginEditCP(place);
-    place->setMatrix(m);
-    endEditCP(place);
-    NodePtr paneNode = makeNodeFor(place);
-    beginEditCP(paneNode, Node::ChildrenFieldMask);
-    paneNode->addChild(makeNodeFor(pane));
-    endEditCP(paneNode, Node::ChildrenFieldMask);
-    beginEditCP(root, Node::ChildrenFieldMask);
-    root->addChild(paneNode);
-    endEditCP(root, Node::ChildrenFieldMask);
+    scene->addToRoot(makeRect(1.25f, 1.25f, 1.75f, 1.75f, 1.0f, glass));
 
     expectGLErrors();
     renderFrame();

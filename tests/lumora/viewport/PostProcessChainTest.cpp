@@ -3,8 +3,6 @@
 
 #include <Lumora/IDeferredPostProcessor.h>
 
-#include <OpenSG/OSGPointLight.h>
-
 #include "support/PixelProbe.h"
 #include "support/TextureImage.h"
 
@@ -13,7 +11,6 @@
 
 using namespace osg;
 using namespace testsupport;
-using testsupport::TextureImage;
 
 namespace
 {
@@ -26,15 +23,8 @@ class PostProcessChainTest : public DeferredSceneTest
     {
         DeferredSceneTest::SetUp();
         addPlane(4.0f, 0.0f, material(Color3f(0.8f, 0.6f, 0.4f)));
-        light = PointLight::create();
-        addRefCP(light);
-        beginEditCP(light);
-        light->setPosition(Pnt3f(0.3f, 0.2f, 1.0f));
-        light->setAttenuation(0.5f, 0.0f, 0.5f);
-        light->setDiffuse (Color4f(2, 2, 2, 1));
-        light->setSpecular(Color4f(0, 0, 0, 1));
-        light->setShadowIntensity(1.0f);
-        endEditCP(light);
+        light = makeLight(PointLightParams{Pnt3f(0.3f, 0.2f, 1.0f), Color3f(2, 2, 2),
+                                           Color3f(0, 0, 0), Vec3f(0.5f, 0.0f, 0.5f), 1.0f});
         viewport->addLight(light);
     }
 

@@ -1,12 +1,11 @@
 #include <Lumora/DeferredRenderingViewport.h>
 
 #include <OpenSG/OSGNavigator.h>
-#include <OpenSG/OSGPassiveWindow.h>
 #include <OpenSG/OSGSimpleGeometry.h>
 #include <OpenSG/OSGSimpleSceneManager.h>
 #include <OpenSG/OSGSolidBackground.h>
 
-#include "support/GLTest.h"
+#include "support/DeferredScene.h"
 
 #include <cmath>
 
@@ -41,10 +40,8 @@ TEST_F(SimpleSceneManagerPortTest, KeepsTheApplicationsPortAndDrivesIt)
     for(const PortCase &c : s_portCases)
     {
         SCOPED_TRACE(c.name);
-        PassiveWindowPtr window = PassiveWindow::create();
-        addRefCP(window);
-        window->init();
-        window->resize(ContextWidth, ContextHeight);
+        testsupport::WindowAndAction windowAndAction(ContextWidth, ContextHeight);
+        PassiveWindowPtr             window = windowAndAction.window;
 
         ViewportPtr        added = NullFC;
         SolidBackgroundPtr grey  = SolidBackground::create();
@@ -61,9 +58,7 @@ TEST_F(SimpleSceneManagerPortTest, KeepsTheApplicationsPortAndDrivesIt)
             added->setBackground(grey);
             added->setSize(0.f, 0.f, 1.f, 1.f);
             endEditCP(added);
-            beginEditCP(window, Window::PortFieldMask);
-            window->addPort(added);
-            endEditCP(window, Window::PortFieldMask);
+            windowAndAction.addPort(added);
         }
 
         {
@@ -133,13 +128,10 @@ TEST_F(SimpleSceneManagerPortTest, KeepsTheApplicationsPortAndDrivesIt)
         EXPECT_EQ(window->getPort().size(), c.kind == NoPort ? 0u : 1u);
         if(added != NullFC)
         {
-            beginEditCP(window, Window::PortFieldMask);
-            window->subPort(added);
-            endEditCP(window, Window::PortFieldMask);
+            windowAndAction.subPort(added);
             subRefCP(added);
         }
         subRefCP(grey);
-        subRefCP(window);
     }
 }
 
