@@ -18,9 +18,9 @@ using CompressedTextureGL = testsupport::GLTest;
 // end points, all indices 0), three more levels of one block each.
 TEST_F(CompressedTextureGL, DXT1IsUploadedCompressedAndDrawnTheRightWayUp)
 {
-    const std::string red("\x00\xf8\x00\x00\0\0\0\0", 8), blue("\x1f\x00\x00\x00\0\0\0\0", 8);
+    const std::string r("\x00\xf8\x00\x00\0\0\0\0", 8), b("\x1f\x00\x00\x00\0\0\0\0", 8);
     ImagePtr image = testsupport::readImageBytes(
-        "compressed.dds", ddsFile(4, 8, 4, "DXT1", red + blue + blue + blue + blue));
+        "compressed.dds", ddsFile(4, 8, 4, "DXT1", r + b + b + b + b));
     ASSERT_NE(image, NullFC);
 
     TextureChunkPtr texture = TextureChunk::create();
