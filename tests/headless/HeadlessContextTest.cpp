@@ -36,7 +36,9 @@ class HeadlessContextTest : public ::testing::Test
     std::vector<DebugMessage>                _messages;
 };
 
-TEST_F(HeadlessContextTest, OffersGL30WithFramebufferObjects)
+// GL 3.0 with framebuffer objects, not a core profile (the runtime relies on
+// fixed-function state next to shaders), debug on request, the asked size.
+TEST_F(HeadlessContextTest, HasTheRequestedProperties)
 {
     int major = 0, minor = 0;
     const char *version = reinterpret_cast<const char *>(glGetString(GL_VERSION));
@@ -50,34 +52,19 @@ TEST_F(HeadlessContextTest, OffersGL30WithFramebufferObjects)
     EXPECT_TRUE(glIsFramebuffer(fbo));
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
     glDeleteFramebuffers(1, &fbo);
-    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
-}
 
-// The runtime relies on fixed-function state next to shaders.
-TEST_F(HeadlessContextTest, IsNotACoreProfile)
-{
-    GLint mask = 0;
+    GLint mask = 0, flags = 0, viewport[4] = { 0, 0, 0, 0 };
     glGetIntegerv(GL_CONTEXT_PROFILE_MASK, &mask);
-    EXPECT_EQ(mask & GL_CONTEXT_CORE_PROFILE_BIT, 0);
-}
-
-TEST_F(HeadlessContextTest, DebugRequestGivesADebugContext)
-{
-    GLint flags = 0;
     glGetIntegerv(GL_CONTEXT_FLAGS, &flags);
+    glGetIntegerv(GL_VIEWPORT, viewport);
+    EXPECT_EQ(mask & GL_CONTEXT_CORE_PROFILE_BIT, 0);
     EXPECT_TRUE(_context->isDebug());
     EXPECT_NE(flags & GL_CONTEXT_FLAG_DEBUG_BIT, 0);
-}
-
-TEST_F(HeadlessContextTest, SizeIsTheRequestedPbufferSize)
-{
     EXPECT_EQ(_context->width(), 64);
     EXPECT_EQ(_context->height(), 32);
-
-    GLint viewport[4] = { 0, 0, 0, 0 };
-    glGetIntegerv(GL_VIEWPORT, viewport);
     EXPECT_EQ(viewport[2], 64);
     EXPECT_EQ(viewport[3], 32);
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
 }
 
 TEST_F(HeadlessContextTest, ClearColourReadsBack)

@@ -6,6 +6,7 @@
 #include <OpenSG/OSGReal16.h>
 
 #include "support/LogCapture.h"
+#include "support/MatrixRows.h"
 
 #include <gtest/gtest.h>
 
@@ -17,25 +18,11 @@ using namespace osg;
 namespace
 {
 
-typedef double M4[4][4];   // [row][col]
-
-void toRows(const Matrix &m, M4 &out)
-{
-    // Column-major memory: element (row r, column c) at c * 4 + r.
-    const Real32 *v = m.getValues();
-    for(int r = 0; r < 4; ++r)
-        for(int c = 0; c < 4; ++c)
-            out[r][c] = v[c * 4 + r];
-}
-
-void expectRowsNear(const Matrix &m, const M4 &expected, double tol)
-{
-    M4 got;
-    toRows(m, got);
-    for(int r = 0; r < 4; ++r)
-        for(int c = 0; c < 4; ++c)
-            EXPECT_NEAR(got[r][c], expected[r][c], tol) << "row " << r << " col " << c;
-}
+typedef testsupport::Rows M4;
+using testsupport::expectRowsNear;
+using testsupport::fromRows;
+using testsupport::rotationRows;
+using testsupport::toRows;
 
 void product(const M4 &a, const M4 &b, M4 &out)
 {
@@ -47,39 +34,6 @@ void product(const M4 &a, const M4 &b, M4 &out)
                 out[r][c] += a[r][k] * b[k][c];
         }
 }
-
-// Rotation by angle about a unit axis (Rodrigues), as a 4x4.
-void rodrigues(double x, double y, double z, double angle, M4 &out)
-{
-    const double len = std::sqrt(x * x + y * y + z * z);
-    x /= len; y /= len; z /= len;
-    const double c = std::cos(angle), s = std::sin(angle), t = 1 - c;
-    const M4 r = { { t * x * x + c,     t * x * y - s * z, t * x * z + s * y, 0 },
-                   { t * x * y + s * z, t * y * y + c,     t * y * z - s * x, 0 },
-                   { t * x * z - s * y, t * y * z + s * x, t * z * z + c,     0 },
-                   { 0, 0, 0, 1 } };
-    for(int i = 0; i < 4; ++i)
-        for(int j = 0; j < 4; ++j)
-            out[i][j] = r[i][j];
-}
-
-Matrix fromRows(const M4 &m)
-{
-    return Matrix(m[0][0], m[0][1], m[0][2], m[0][3],
-                  m[1][0], m[1][1], m[1][2], m[1][3],
-                  m[2][0], m[2][1], m[2][2], m[2][3],
-                  m[3][0], m[3][1], m[3][2], m[3][3]);
-}
-
-struct Frustum
-{
-    Frustum(double l, double r, double b, double t, double n, double f) :
-        m { { 2 * n / (r - l), 0, (r + l) / (r - l), 0 },
-            { 0, 2 * n / (t - b), (t + b) / (t - b), 0 },
-            { 0, 0, -(f + n) / (f - n), -2 * f * n / (f - n) },
-            { 0, 0, -1, 0 } } {}
-    M4 m;
-};
 
 const M4 kIdentity = { { 1, 0, 0, 0 }, { 0, 1, 0, 0 }, { 0, 0, 1, 0 }, { 0, 0, 0, 1 } };
 
@@ -195,7 +149,7 @@ TEST(Matrix, ReadingOrderConstructorAndColumnMajorStorage)
 TEST(Matrix, InverseTimesOriginalIsIdentity)
 {
     M4 rot;
-    rodrigues(1, 2, 3, 0.7, rot);
+    rotationRows(rot, 1, 2, 3, 0.7);
     rot[0][3] = 5; rot[1][3] = -2; rot[2][3] = 0.5;
 
     const M4 cases[] = {
@@ -372,7 +326,7 @@ TEST(Matrix, GetTransformRecoversItsParts)
         {
             // Scale along the axes: rotation and factors come back as given.
             M4 expected;
-            rodrigues(c.axis[0], c.axis[1], c.axis[2], c.angle == 0.f ? 0.0 : c.angle, expected);
+            rotationRows(expected, c.axis[0], c.axis[1], c.axis[2], c.angle == 0.f ? 0.0 : c.angle);
             expectRowsNear(rm, expected, 1e-5);
             for(int i = 0; i < 3; ++i)
                 EXPECT_NEAR(s[i], c.s[i], 1e-5);
@@ -391,7 +345,7 @@ TEST(Quaternion, AxisAngleMatchesRodrigues)
         SCOPED_TRACE(c.angle);
         const Quaternion q(Vec3f(c.x, c.y, c.z), Real32(c.angle));
         M4 expected;
-        rodrigues(c.x, c.y, c.z, c.angle, expected);
+        rotationRows(expected, c.x, c.y, c.z, c.angle);
 
         Matrix m;
         q.getValue(m);
@@ -454,7 +408,7 @@ TEST(Quaternion, SlerpFollowsTheShorterArcAtConstantSpeed)
         SCOPED_TRACE(c.t);
         const Quaternion got = Quaternion::slerp(Quaternion::identity(), c.to, c.t);
         M4 expected;
-        rodrigues(axis[0], axis[1], axis[2], c.angle, expected);
+        rotationRows(expected, axis[0], axis[1], axis[2], c.angle);
         Matrix m;
         got.getValue(m);
         expectRowsNear(m, expected, 1e-5);
@@ -480,14 +434,13 @@ TEST(MatrixUtility, FrustumAndOrthogonalMatchTheGlFormulas)
     {
         Matrix m;
         EXPECT_FALSE(MatrixFrustum(m, c.l, c.r, c.b, c.t, c.n, c.f));
-        expectRowsNear(m, Frustum(c.l, c.r, c.b, c.t, c.n, c.f).m, 1e-5);
+        M4 expected;
+        testsupport::frustumRows(expected, c.l, c.r, c.b, c.t, c.n, c.f);
+        expectRowsNear(m, expected, 1e-5);
 
         EXPECT_FALSE(MatrixOrthogonal(m, c.l, c.r, c.b, c.t, c.n, c.f));
-        const M4 ortho = { { 2 / (c.r - c.l), 0, 0, -(c.r + c.l) / (c.r - c.l) },
-                           { 0, 2 / (c.t - c.b), 0, -(c.t + c.b) / (c.t - c.b) },
-                           { 0, 0, -2 / (c.f - c.n), -(c.f + c.n) / (c.f - c.n) },
-                           { 0, 0, 0, 1 } };
-        expectRowsNear(m, ortho, 1e-5);
+        testsupport::orthoRows(expected, c.l, c.r, c.b, c.t, c.n, c.f);
+        expectRowsNear(m, expected, 1e-5);
     }
 }
 
@@ -501,7 +454,9 @@ TEST(MatrixUtility, PerspectiveTakesTheHalfAngle)
         Matrix m;
         EXPECT_FALSE(MatrixPerspective(m, c.halfFovy, c.aspect, c.n, c.f));
         const double top = c.n * std::tan(c.halfFovy), right = top * c.aspect;
-        expectRowsNear(m, Frustum(-right, right, -top, top, c.n, c.f).m, 1e-4);
+        M4 expected;
+        testsupport::frustumRows(expected, -right, right, -top, top, c.n, c.f);
+        expectRowsNear(m, expected, 1e-4);
     }
 
     const struct { float fovy, aspect, n, f; } failing[] = {

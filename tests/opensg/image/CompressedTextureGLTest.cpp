@@ -1,51 +1,34 @@
-#include <OpenSG/OSGChunkMaterial.h>
 #include <OpenSG/OSGImage.h>
-#include <OpenSG/OSGImageFileHandler.h>
 #include <OpenSG/OSGTextureChunk.h>
 
+#include "support/Builders.h"
 #include "support/DDSFile.h"
 #include "support/GLTest.h"
 #include "support/PixelProbe.h"
 #include "support/SceneSetup.h"
-
-#include <cstdio>
-#include <fstream>
 
 using namespace osg;
 
 namespace
 {
 
-class CompressedTextureGL : public testsupport::GLTest
-{
-};
+using CompressedTextureGL = testsupport::GLTest;
 
 // A 4x8 DXT1 file: the top block pure red, the bottom one pure blue (RGB565
 // end points, all indices 0), three more levels of one block each.
-ImagePtr redOverBlue(void)
-{
-    const std::string red("\x00\xf8\x00\x00\0\0\0\0", 8), blue("\x1f\x00\x00\x00\0\0\0\0", 8);
-    const std::string bytes = ddsFile(4, 8, 4, "DXT1", red + blue + blue + blue + blue);
-    const std::string file = testing::TempDir() + "compressed-texture.dds";
-    std::ofstream(file, std::ios::binary).write(bytes.data(), std::streamsize(bytes.size()));
-    ImagePtr image = ImageFileHandler::the().read(file.c_str());
-    std::remove(file.c_str());
-    return image;
-}
-
 TEST_F(CompressedTextureGL, DXT1IsUploadedCompressedAndDrawnTheRightWayUp)
 {
-    ImagePtr image = redOverBlue();
+    const std::string r("\x00\xf8\x00\x00\0\0\0\0", 8), b("\x1f\x00\x00\x00\0\0\0\0", 8);
+    ImagePtr image = testsupport::readImageBytes(
+        "compressed.dds", ddsFile(4, 8, 4, "DXT1", r + b + b + b + b));
     ASSERT_NE(image, NullFC);
 
     TextureChunkPtr texture = TextureChunk::create();
     texture->setImage(image);
+    subRefCP(image);
     texture->setMagFilter(GL_NEAREST);
     texture->setEnvMode(GL_REPLACE);
-    ChunkMaterialPtr material = ChunkMaterial::create();
-    beginEditCP(material);
-    material->addChunk(texture);
-    endEditCP(material);
+    ChunkMaterialPtr material = testsupport::makeChunkMaterial({ texture });
 
     testsupport::SceneSetup scene(ContextWidth, ContextHeight);
     testsupport::addChild(scene.root, testsupport::makeFullQuad(0.f, material));

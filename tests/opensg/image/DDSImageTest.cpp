@@ -1,6 +1,7 @@
 #include <OpenSG/OSGImage.h>
 #include <OpenSG/OSGImageFileHandler.h>
 
+#include "support/Builders.h"
 #include "support/DDSFile.h"
 #include "support/LogCapture.h"
 
@@ -16,20 +17,9 @@ using namespace osg;
 namespace
 {
 
-std::string tempFile(const std::string &name)
-{
-    return testing::TempDir() + "dds-test-" + name;
-}
-
 ImagePtr readDDS(const std::string &name, const std::string &bytes)
 {
-    const std::string file = tempFile(name);
-    std::ofstream(file, std::ios::binary).write(bytes.data(), std::streamsize(bytes.size()));
-    ImagePtr image = ImageFileHandler::the().read(file.c_str());
-    std::remove(file.c_str());
-    if(image != NullFC)
-        addRefCP(image);
-    return image;
+    return testsupport::readImageBytes("dds-" + name, bytes);
 }
 
 // One 4x4 block whose rows 0..3 (top first) carry the values 1..4: colour

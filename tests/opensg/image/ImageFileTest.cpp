@@ -12,12 +12,14 @@
 #include <stb_image_write.h>
 #include <tiffio.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <functional>
 #include <list>
+#include <random>
 #include <set>
 #include <sstream>
 #include <string>
@@ -311,7 +313,92 @@ TEST(ImageFile, WritersProduceFilesAnotherDecoderReads)
         EXPECT_FLOAT_EQ(back[c], values[c]) << "channel " << c;
     stbi_image_free(back);
     std::remove(hdr.c_str());
+
+    // 8-bit files clamp floats; formats without a writer refuse.
+    const Real32 grey[4] = { -0.5f, 0.25f, 1.f, 2.f };
+    image->set(Image::OSG_L_PF, 4, 1, 1, 1, 1, 0.0,
+               reinterpret_cast<const UInt8 *>(grey), Image::OSG_FLOAT32_IMAGEDATA);
+    const std::string png = tempFile("clamped.png");
+    ASSERT_TRUE(image->write(png.c_str()));
+    UInt8 *clamped = stbi_load(png.c_str(), &w, &h, &n, 0);
+    ASSERT_NE(clamped, nullptr);
+    ASSERT_EQ(n, 1);
+    for(int i = 0; i < 4; ++i)
+        EXPECT_NEAR(clamped[i], std::min(std::max(grey[i], 0.f), 1.f) * 255.f, 0.5f) << i;
+    stbi_image_free(clamped);
+    std::remove(png.c_str());
+
+    testsupport::LogCapture log;
+    for(const char *name : { "x.unknown", "x.dds" })
+    {
+        EXPECT_FALSE(image->write(tempFile(name).c_str())) << name;
+        EXPECT_TRUE(log.contains(tempFile(name))) << log.text();
+    }
     subRefCP(image);
+}
+
+// Odd widths leave rows unaligned; the file holds the top row first.
+TEST(ImageFile, PngKeepsEveryChannelCountBothWays)
+{
+    const UInt32 formats[] = { Image::OSG_L_PF, Image::OSG_LA_PF, Image::OSG_RGB_PF,
+                               Image::OSG_RGBA_PF };
+    std::mt19937 rng(7);
+    for(int components = 1; components <= 4; ++components)
+    {
+        SCOPED_TRACE(components);
+        const int w = 5, h = 3, rowBytes = w * components;
+        std::vector<UInt8> pixels(std::size_t(rowBytes * h));
+        for(UInt8 &p : pixels)
+            p = UInt8(rng());
+        ImagePtr image = Image::create();
+        addRefCP(image);
+        image->set(formats[components - 1], w, h, 1, 1, 1, 0.0, pixels.data());
+        const std::string file = tempFile("round.png");
+        ASSERT_TRUE(image->write(file.c_str()));
+
+        int fw = 0, fh = 0, fn = 0;
+        UInt8 *rows = stbi_load(file.c_str(), &fw, &fh, &fn, 0);
+        ASSERT_NE(rows, nullptr);
+        EXPECT_EQ(fw, w);
+        EXPECT_EQ(fh, h);
+        EXPECT_EQ(fn, components);
+        EXPECT_EQ(std::memcmp(rows, &pixels[std::size_t((h - 1) * rowBytes)], std::size_t(rowBytes)), 0);
+        stbi_image_free(rows);
+
+        ImagePtr back = readImage(file);
+        ASSERT_NE(back, NullFC);
+        EXPECT_EQ(back->getPixelFormat(), formats[components - 1]);
+        ASSERT_EQ(back->getSize(), pixels.size());
+        EXPECT_EQ(std::memcmp(back->getData(), pixels.data(), pixels.size()), 0);
+        subRefCP(image);
+        subRefCP(back);
+        std::remove(file.c_str());
+    }
+}
+
+// Lossy even at quality 100 with subsampled chroma: a few steps off.
+TEST(ImageFile, JpegIsReadBottomRowFirst)
+{
+    UInt8 topFirst[8][8][3];
+    for(int y = 0; y < 8; ++y)
+        for(int x = 0; x < 8; ++x)
+            for(int c = 0; c < 3; ++c)
+                topFirst[y][x][c] = (y < 4) == (c == 0) ? 250 : 20;
+    const std::string file = tempFile("halves.jpg");
+    ASSERT_NE(stbi_write_jpg(file.c_str(), 8, 8, 3, topFirst, 100), 0);
+
+    ImagePtr image = readImage(file);
+    ASSERT_NE(image, NullFC);
+    EXPECT_EQ(image->getPixelFormat(), UInt32(Image::OSG_RGB_PF));
+    ASSERT_EQ(image->getSize(), 8ul * 8 * 3);
+    const UInt8 *first = image->getData(), *last = first + (8 * 8 - 1) * 3;
+    for(int c = 0; c < 3; ++c)
+    {
+        EXPECT_NEAR(first[c], topFirst[7][0][c], 8) << "channel " << c;
+        EXPECT_NEAR(last[c],  topFirst[0][7][c], 8) << "channel " << c;
+    }
+    subRefCP(image);
+    std::remove(file.c_str());
 }
 
 TEST(ImageFile, BadFilesAreRefusedWithAWarningNamingFileAndReason)
@@ -327,6 +414,7 @@ TEST(ImageFile, BadFilesAreRefusedWithAWarningNamingFileAndReason)
         { "unknown.xyz",   "abc",                      3,  "unknown image format" },
         { "cut.tif",       "II*\0\x08\0\0\0",          8,  "image/tiff" },
         { "cut.exr",       "\x76\x2f\x31\x01\2\0\0\0", 8,  "image/x-exr" },
+        { "cut.jpg",       "\xff\xd8\xff\xe0\0\x10JFIF", 10, NULL },
     };
     for(const Case &tc : cases)
     {
@@ -339,7 +427,7 @@ TEST(ImageFile, BadFilesAreRefusedWithAWarningNamingFileAndReason)
         addRefCP(image);
         EXPECT_FALSE(image->read(file.c_str()));
         EXPECT_TRUE(log.contains(file)) << log.text();
-        EXPECT_TRUE(log.contains(tc.reason)) << log.text();
+        EXPECT_TRUE(tc.reason == NULL || log.contains(tc.reason)) << log.text();
         subRefCP(image);
         std::remove(file.c_str());
     }

@@ -75,11 +75,25 @@ class SceneFileTest : public ::testing::Test
     std::vector<std::string> _files;
 };
 
+void collect(NodePtr node, const std::function<bool(NodePtr)> &match, std::vector<NodePtr> &out);
+std::vector<NodePtr> geometryNodes(NodePtr root);
+
 // Holds a read scene for the test's duration.
 struct Scene
 {
     explicit Scene(NodePtr root) : root(root) { addRefCP(root); }
     ~Scene() { if(root != NullFC) subRefCP(root); }
+
+    // The scene's one geometry; NullFC, failing the test, unless there is one.
+    GeometryPtr onlyGeometry(void) const
+    {
+        if(root == NullFC)
+            return NullFC;
+        std::vector<NodePtr> geos = geometryNodes(root);
+        EXPECT_EQ(geos.size(), 1u);
+        return geos.size() == 1 ? GeometryPtr::dcast(geos[0]->getCore()) : GeometryPtr(NullFC);
+    }
+
     NodePtr root;
 };
 
@@ -172,11 +186,8 @@ TEST_F(SceneFileTest, ObjQuadWithMaterialAndTexture)
     const std::string file = write("quad.obj", s_quadObj);
 
     Scene scene(SceneFileHandler::the().read(file.c_str()));
-    ASSERT_NE(scene.root, NullFC);
-
-    std::vector<NodePtr> geos = geometryNodes(scene.root);
-    ASSERT_EQ(geos.size(), 1u);
-    GeometryPtr geo = GeometryPtr::dcast(geos[0]->getCore());
+    GeometryPtr geo = scene.onlyGeometry();
+    ASSERT_NE(geo, NullFC);
 
     // The quad is split into two triangles over its four shared corners.
     ASSERT_EQ(geo->getTypes()->size(), 1u);
@@ -231,12 +242,10 @@ TEST_F(SceneFileTest, MissingTextureLeavesAnUntexturedMaterialAndAWarning)
 
     testsupport::LogCapture log;
     Scene scene(SceneFileHandler::the().read(file.c_str()));
-    ASSERT_NE(scene.root, NullFC);
     EXPECT_TRUE(log.contains("tex.png")) << log.text();
-
-    std::vector<NodePtr> geos = geometryNodes(scene.root);
-    ASSERT_EQ(geos.size(), 1u);
-    MaterialPtr mat = GeometryPtr::dcast(geos[0]->getCore())->getMaterial();
+    GeometryPtr geo = scene.onlyGeometry();
+    ASSERT_NE(geo, NullFC);
+    MaterialPtr mat = geo->getMaterial();
     EXPECT_EQ(SimpleTexturedMaterialPtr::dcast(mat), NullFC);
     ASSERT_NE(SimpleMaterialPtr::dcast(mat), NullFC);
     expectColor(SimpleMaterialPtr::dcast(mat)->getDiffuse(), 0.2f, 0.4f, 0.6f, "diffuse");
@@ -260,11 +269,9 @@ TEST_F(SceneFileTest, OpacityBecomesTransparencyButZeroStaysOpaque)
 
         testsupport::LogCapture log;
         Scene scene(SceneFileHandler::the().read(file.c_str()));
-        ASSERT_NE(scene.root, NullFC);
-        std::vector<NodePtr> geos = geometryNodes(scene.root);
-        ASSERT_EQ(geos.size(), 1u);
-        SimpleMaterialPtr mat =
-            SimpleMaterialPtr::dcast(GeometryPtr::dcast(geos[0]->getCore())->getMaterial());
+        GeometryPtr geo = scene.onlyGeometry();
+        ASSERT_NE(geo, NullFC);
+        SimpleMaterialPtr mat = SimpleMaterialPtr::dcast(geo->getMaterial());
         ASSERT_NE(mat, NullFC);
         EXPECT_NEAR(mat->getTransparency(), c.transparency, s_tol);
         EXPECT_EQ(log.contains("opacity 0"), c.warned) << log.text();
@@ -290,10 +297,8 @@ TEST_F(SceneFileTest, PlyQuadWithVertexColours)
         "4 0 1 2 3\n");
 
     Scene scene(SceneFileHandler::the().read(file.c_str()));
-    ASSERT_NE(scene.root, NullFC);
-    std::vector<NodePtr> geos = geometryNodes(scene.root);
-    ASSERT_EQ(geos.size(), 1u);
-    GeometryPtr geo = GeometryPtr::dcast(geos[0]->getCore());
+    GeometryPtr geo = scene.onlyGeometry();
+    ASSERT_NE(geo, NullFC);
 
     ASSERT_EQ(geo->getPositions()->size(), 4u);
     ASSERT_EQ(geo->getIndices()->size(), 6u);
@@ -405,11 +410,8 @@ TEST_F(SceneFileTest, Gltf2WithEmbeddedBuffersCameraAndLight)
     const std::string file = write("triangle.gltf", triangleGltf(png));
 
     Scene scene(SceneFileHandler::the().read(file.c_str()));
-    ASSERT_NE(scene.root, NullFC);
-
-    std::vector<NodePtr> geos = geometryNodes(scene.root);
-    ASSERT_EQ(geos.size(), 1u);
-    GeometryPtr geo = GeometryPtr::dcast(geos[0]->getCore());
+    GeometryPtr geo = scene.onlyGeometry();
+    ASSERT_NE(geo, NullFC);
     ASSERT_EQ(geo->getPositions()->size(), 3u);
     ASSERT_EQ(geo->getIndices()->size(), 3u);
     expectFacingPlusZ(geo);
@@ -425,7 +427,7 @@ TEST_F(SceneFileTest, Gltf2WithEmbeddedBuffersCameraAndLight)
     }
 
     // The node's translation is a Transform above the geometry.
-    const Pnt3f corner = worldPoint(geos[0], Pnt3f(1, 0, 0));
+    const Pnt3f corner = worldPoint(geometryNodes(scene.root)[0], Pnt3f(1, 0, 0));
     EXPECT_NEAR(corner[0], 1.f, s_tol);
     EXPECT_NEAR(corner[2], -5.f, s_tol);
 
@@ -440,9 +442,8 @@ TEST_F(SceneFileTest, Gltf2WithEmbeddedBuffersCameraAndLight)
     // The light wraps the scene so that it lights it, placed by its node.
     PointLightPtr light = PointLightPtr::dcast(scene.root->getCore());
     ASSERT_NE(light, NullFC);
-    EXPECT_NEAR(light->getDiffuse()[0], 1.f, s_tol);
-    EXPECT_NEAR(light->getDiffuse()[1], .5f, s_tol);
-    EXPECT_NEAR(light->getDiffuse()[2], .25f, s_tol);
+    const Color4f diffuse = light->getDiffuse();
+    expectColor(Color3f(diffuse[0], diffuse[1], diffuse[2]), 1.f, .5f, .25f, "light");
     ASSERT_NE(light->getBeacon(), NullFC);
     const Pnt3f lamp = worldPoint(light->getBeacon(), light->getPosition());
     EXPECT_NEAR(lamp[0], 1.f, s_tol);
@@ -481,10 +482,8 @@ TEST_F(SceneFileTest, PointCloudBecomesIndexedPoints)
         "0 0 0\n1 0 0\n2 0 0\n3 0 0\n4 0 0\n");
 
     Scene scene(SceneFileHandler::the().read(file.c_str()));
-    ASSERT_NE(scene.root, NullFC);
-    std::vector<NodePtr> geos = geometryNodes(scene.root);
-    ASSERT_EQ(geos.size(), 1u);
-    GeometryPtr geo = GeometryPtr::dcast(geos[0]->getCore());
+    GeometryPtr geo = scene.onlyGeometry();
+    ASSERT_NE(geo, NullFC);
     EXPECT_EQ(geo->getTypes()->getValue(0), UInt32(GL_POINTS));
     ASSERT_EQ(geo->getPositions()->size(), 5u);
     ASSERT_EQ(geo->getIndices()->size(), 5u);
@@ -499,11 +498,10 @@ TEST_F(SceneFileTest, StreamReadUsesTheGivenSuffix)
     std::istringstream quad(
         "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nf 1 2 3 4\n");
     Scene scene(SceneFileHandler::the().read(quad, "obj"));
-    ASSERT_NE(scene.root, NullFC);
-    std::vector<NodePtr> geos = geometryNodes(scene.root);
-    ASSERT_EQ(geos.size(), 1u);
-    EXPECT_EQ(GeometryPtr::dcast(geos[0]->getCore())->getIndices()->size(), 6u);
-    expectFacingPlusZ(GeometryPtr::dcast(geos[0]->getCore()));
+    GeometryPtr geo = scene.onlyGeometry();
+    ASSERT_NE(geo, NullFC);
+    EXPECT_EQ(geo->getIndices()->size(), 6u);
+    expectFacingPlusZ(geo);
 }
 
 TEST_F(SceneFileTest, ReleasingTheSceneFreesEveryContainer)
@@ -581,10 +579,10 @@ TEST(SceneFileHandler, UnreadableStreamsGiveNullAndAWarning)
     struct Case { const char *ext; const char *contents; const char *reason; };
     const Case cases[] =
     {
-        { "notamodel", "v 0 0 0\n",                                 "" },
-        { "obj",       "",                                          "" },
-        { "gltf",      "{ \"asset\": ",                             "" },
-        { "ply",       "ply\nformat ascii 1.0\nelement vertex 3\n", "" },
+        { "notamodel", "v 0 0 0\n",                                 NULL },
+        { "obj",       "",                                          NULL },
+        { "gltf",      "{ \"asset\": ",                             NULL },
+        { "ply",       "ply\nformat ascii 1.0\nelement vertex 3\n", NULL },
         // Crashes assimp's reader: the process survives, the reason is told.
         { "off",       "OFF\n3 1 0\n0 08 061 0 0\n0 1 0\n3 0 1@2\n\x02OFF\n\n\"00' irr_sceneF\n",
                        "crashed" },
@@ -595,7 +593,7 @@ TEST(SceneFileHandler, UnreadableStreamsGiveNullAndAWarning)
         testsupport::LogCapture log;
         EXPECT_EQ(SceneFileHandler::the().read(is, c.ext), NullFC) << c.ext;
         EXPECT_TRUE(log.contains(c.ext)) << c.ext << ": " << log.text();
-        EXPECT_TRUE(log.contains(c.reason)) << c.ext << ": " << log.text();
+        EXPECT_TRUE(c.reason == NULL || log.contains(c.reason)) << c.ext << ": " << log.text();
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include "support/GLTest.h"
 #include "support/LogCapture.h"
+#include "support/MatrixRows.h"
 #include "support/SceneSetup.h"
 
 #include <gtest/gtest.h>
@@ -20,33 +21,10 @@ using namespace osg;
 namespace
 {
 
-// glFrustum / glOrtho as written in the GL reference, by rows.
-typedef Real64 Rows[4][4];
-
-void frustumRows(Rows &m, Real64 l, Real64 r, Real64 b, Real64 t, Real64 n, Real64 f)
-{
-    const Rows rows = { { 2 * n / (r - l), 0, (r + l) / (r - l), 0 },
-                        { 0, 2 * n / (t - b), (t + b) / (t - b), 0 },
-                        { 0, 0, -(f + n) / (f - n), -2 * f * n / (f - n) },
-                        { 0, 0, -1, 0 } };
-    std::copy(&rows[0][0], &rows[0][0] + 16, &m[0][0]);
-}
-
-void orthoRows(Rows &m, Real64 l, Real64 r, Real64 b, Real64 t, Real64 n, Real64 f)
-{
-    const Rows rows = { { 2 / (r - l), 0, 0, -(r + l) / (r - l) },
-                        { 0, 2 / (t - b), 0, -(t + b) / (t - b) },
-                        { 0, 0, -2 / (f - n), -(f + n) / (f - n) },
-                        { 0, 0, 0, 1 } };
-    std::copy(&rows[0][0], &rows[0][0] + 16, &m[0][0]);
-}
-
-void expectRowsNear(const Matrix &m, const Rows &rows, Real64 tol = 1e-5)
-{
-    for(UInt32 row = 0; row < 4; ++row)
-        for(UInt32 col = 0; col < 4; ++col)
-            EXPECT_NEAR(m[col][row], rows[row][col], tol) << "row " << row << " col " << col;
-}
+using testsupport::expectRowsNear;
+using testsupport::frustumRows;
+using testsupport::orthoRows;
+using testsupport::Rows;
 
 // A beacon at `eye`, turned by `angle` about +Y (so it looks along
 // (-sin, 0, -cos)).
@@ -284,9 +262,7 @@ TEST(MatrixCamera, UsesItsMatricesAndIgnoresTheBeacon)
     subRefCP(beacon);
 }
 
-class CameraGLTest : public testsupport::GLTest
-{
-};
+using CameraGLTest = testsupport::GLTest;
 
 TEST_F(CameraGLTest, SetupLoadsProjectionAndViewingAndViewRaysLeaveTheEye)
 {

@@ -129,9 +129,7 @@ TEST(Geometry, CloneCopiesThePropertiesAndSharesTheMaterial)
     subRefCP(geo);
 }
 
-class GeometryDrawTest : public testsupport::GLTest
-{
-};
+using GeometryDrawTest = testsupport::GLTest;
 
 // The same picture from three layouts of the data: red left half as two
 // triangles, blue right half as a strip.

@@ -8,11 +8,15 @@
 #include <OpenSG/OSGSwitch.h>
 #include <OpenSG/OSGTransform.h>
 
+#include "support/SceneSetup.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 
 using namespace osg;
+using testsupport::addChild;
+using testsupport::makeTransformNode;
 
 namespace
 {
@@ -20,22 +24,6 @@ namespace
 bool alive(UInt32 id)
 {
     return FieldContainerFactory::the()->getContainer(id) != NullFC;
-}
-
-void attach(NodePtr parent, NodePtr child)
-{
-    beginEditCP(parent, Node::ChildrenFieldMask);
-    parent->addChild(child);
-    endEditCP(parent, Node::ChildrenFieldMask);
-}
-
-NodePtr transformNode(const Matrix &m)
-{
-    TransformPtr t = Transform::create();
-    beginEditCP(t, Transform::MatrixFieldMask);
-    t->setMatrix(m);
-    endEditCP(t, Transform::MatrixFieldMask);
-    return makeNodeFor(t);
 }
 
 Matrix translation(Real32 x, Real32 y, Real32 z)
@@ -84,8 +72,8 @@ TEST(Node, RemovingAChildDestroysItWhenTheLastReferenceGoes)
     NodePtr kept    = makeNodeFor(Group::create());
     NodePtr dropped = makeNodeFor(Group::create());
     GroupPtr core   = GroupPtr::dcast(dropped->getCore());
-    attach(parent, kept);
-    attach(parent, dropped);
+    addChild(parent, kept);
+    addChild(parent, dropped);
     addRefCP(kept);
 
     UInt32 keptId = kept.getFieldContainerId(), droppedId = dropped.getFieldContainerId();
@@ -114,8 +102,8 @@ TEST(Node, AddingAChildWithAParentMovesIt)
     addRefCP(p2);
     NodePtr child = makeNodeFor(Group::create());
 
-    attach(p1, child);
-    attach(p2, child);
+    addChild(p1, child);
+    addChild(p2, child);
 
     EXPECT_EQ(p1->getNChildren(), 0u);
     ASSERT_EQ(p2->getNChildren(), 1u);
@@ -213,14 +201,14 @@ TEST(Node, GetToWorldIncludesEveryTransformOnThePathAndTheNodesOwn)
                   0,  0, 1, 0,
                   0,  0, 0, 1);
 
-    NodePtr root  = transformNode(translation(10, 0, 0));
-    NodePtr mid   = transformNode(rotZ);
-    NodePtr leaf  = transformNode(translation(1, 2, 3));
+    NodePtr root  = makeTransformNode(translation(10, 0, 0));
+    NodePtr mid   = makeTransformNode(rotZ);
+    NodePtr leaf  = makeTransformNode(translation(1, 2, 3));
     NodePtr plain = makeNodeFor(Group::create());
     addRefCP(root);
-    attach(root, mid);
-    attach(mid, leaf);
-    attach(leaf, plain);
+    addChild(root, mid);
+    addChild(mid, leaf);
+    addChild(leaf, plain);
 
     // p -> T(10,0,0) R (T(1,2,3) p): the origin goes to (10 - 2, 1, 3).
     for(NodePtr node : { leaf, plain })
@@ -245,13 +233,13 @@ TEST(Node, VolumesAreInTheParentsSpaceAndWorldVolumeAppliesTheRest)
     Matrix scale;
     scale.setScale(2.f);
 
-    NodePtr root = transformNode(translation(1, 2, 3));
-    NodePtr mid  = transformNode(scale);
+    NodePtr root = makeTransformNode(translation(1, 2, 3));
+    NodePtr mid  = makeTransformNode(scale);
     GeoPositions3fPtr pos;
     NodePtr geo  = boxGeometryNode(Pnt3f(-.5f, -.5f, -.5f), Pnt3f(.5f, .5f, .5f), &pos);
     addRefCP(root);
-    attach(root, mid);
-    attach(mid, geo);
+    addChild(root, mid);
+    addChild(mid, geo);
 
     expectBounds(geo->getVolume(true),  Pnt3f(-.5f, -.5f, -.5f), Pnt3f(.5f, .5f, .5f));
     expectBounds(mid->getVolume(true),  Pnt3f(-1, -1, -1), Pnt3f(1, 1, 1));
@@ -285,8 +273,8 @@ TEST(Switch, VolumeAndChoiceFollowTheSelectedChild)
 
     NodePtr node = makeNodeFor(sw);
     addRefCP(node);
-    attach(node, boxGeometryNode(Pnt3f(0, 0, 0), Pnt3f(1, 1, 1)));
-    attach(node, boxGeometryNode(Pnt3f(5, 5, 5), Pnt3f(6, 6, 6)));
+    addChild(node, boxGeometryNode(Pnt3f(0, 0, 0), Pnt3f(1, 1, 1)));
+    addChild(node, boxGeometryNode(Pnt3f(5, 5, 5), Pnt3f(6, 6, 6)));
 
     struct Case { Int32 choice; bool empty; Pnt3f lo, hi; };
     const Case cases[] =

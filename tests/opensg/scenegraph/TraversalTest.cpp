@@ -6,6 +6,8 @@
 
 #include "support/LogCapture.h"
 
+#include "support/SceneSetup.h"
+
 #include <gtest/gtest.h>
 
 #include <map>
@@ -13,6 +15,7 @@
 #include <vector>
 
 using namespace osg;
+using testsupport::addChild;
 
 namespace
 {
@@ -22,13 +25,6 @@ NodePtr namedNode(const std::string &name, NodeCorePtr core = Group::create())
     NodePtr node = makeNodeFor(core);
     setName(node, name);
     return node;
-}
-
-void attach(NodePtr parent, NodePtr child)
-{
-    beginEditCP(parent, Node::ChildrenFieldMask);
-    parent->addChild(child);
-    endEditCP(parent, Node::ChildrenFieldMask);
 }
 
 // root
@@ -44,11 +40,11 @@ struct Tree
         root = namedNode("root");
         a    = namedNode("a");
         b    = namedNode("b", Transform::create());
-        attach(root, a);
-        attach(root, b);
-        attach(a, namedNode("a1"));
-        attach(a, namedNode("a2"));
-        attach(b, namedNode("b1"));
+        addChild(root, a);
+        addChild(root, b);
+        addChild(a, namedNode("a1"));
+        addChild(a, namedNode("a2"));
+        addChild(b, namedNode("b1"));
         addRefCP(root);
     }
     ~Tree() { subRefCP(root); }

@@ -9,9 +9,7 @@ using namespace osg;
 namespace
 {
 
-class DepthChunkGL : public testsupport::GLTest
-{
-};
+using DepthChunkGL = testsupport::GLTest;
 
 GLboolean depthWrites(void)
 {

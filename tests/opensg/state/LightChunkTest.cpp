@@ -12,9 +12,7 @@ using namespace osg;
 namespace
 {
 
-class LightChunkGL : public testsupport::GLTest
-{
-};
+using LightChunkGL = testsupport::GLTest;
 
 struct ChunkCase
 {

@@ -9,6 +9,7 @@
 #include <OpenSG/OSGSHLParameterChunk.h>
 #include <OpenSG/OSGImage.h>
 
+#include "support/Builders.h"
 #include "support/LogCapture.h"
 
 #include <gtest/gtest.h>
@@ -18,12 +19,7 @@ using namespace osg;
 namespace
 {
 
-template <class PtrT>
-PtrT held(PtrT p)
-{
-    addRefCP(p);
-    return p;
-}
+using testsupport::held;
 
 TEST(ChunkMaterial, AddChunkReferencesAndRecordsExplicitSlots)
 {

@@ -2,16 +2,15 @@
 #include <OpenSG/OSGSHLParameterChunk.h>
 #include <OpenSG/OSGState.h>
 
+#include <OpenSG/OSGPassiveWindow.h>
+#include <OpenSG/OSGPointLight.h>
+#include <OpenSG/OSGRenderAction.h>
+
+#include "support/Builders.h"
 #include "support/GLTest.h"
 #include "support/LogCapture.h"
-
-#include <OpenSG/OSGPassiveWindow.h>
-#include <OpenSG/OSGRenderAction.h>
 #include "support/PixelProbe.h"
 #include "support/SceneSetup.h"
-
-#include <OpenSG/OSGChunkMaterial.h>
-#include <OpenSG/OSGPointLight.h>
 
 #include <gtest/gtest.h>
 
@@ -362,11 +361,6 @@ TEST_F(SHLChunkGL, EditedProgramTextIsRebuilt)
     EXPECT_EQ(drawQuad(state), (testsupport::RGBA8{ 0, 255, 0, 255 }));
 }
 
-} // namespace
-
-namespace
-{
-
 // GLId names the program among the window's GL objects; the window deletes
 // the program at its frame end after the chunk is gone.
 TEST_F(SHLChunkGL, GLIdIsTheProgramsWindowObject)
@@ -407,11 +401,6 @@ TEST_F(SHLChunkGL, GLIdIsTheProgramsWindowObject)
     delete action;
     subRefCP(window);
 }
-
-} // namespace
-
-namespace
-{
 
 const char *s_strOSGUniformsVertex =
     "void main()\n"
@@ -480,10 +469,7 @@ TEST_F(SHLChunkGL, DeclaredOSGUniformsAndCallbacksAreSuppliedPerObject)
     endEditCP(shl);
     SHLChunk::addParameterCallback("fUser", &setUserUniform);
 
-    ChunkMaterialPtr material = ChunkMaterial::create();
-    beginEditCP(material, ChunkMaterial::ChunksFieldMask);
-    material->addChunk(shl);
-    endEditCP(material, ChunkMaterial::ChunksFieldMask);
+    ChunkMaterialPtr material = testsupport::makeChunkMaterial({ shl });
 
     // One light over two squares that share the material.
     PointLightPtr light = PointLight::create();

@@ -1,7 +1,9 @@
+#include "support/Builders.h"
 #include "support/GLTest.h"
 #include "support/LiveObjects.h"
 #include "support/PixelProbe.h"
 #include "support/SceneSetup.h"
+#include "support/TextureImage.h"
 
 #include <OpenSG/OSGChunkMaterial.h>
 #include <OpenSG/OSGCubeTextureChunk.h>
@@ -15,6 +17,7 @@
 
 using namespace osg;
 using testsupport::addChild;
+using testsupport::makeImage;
 using testsupport::makeRect;
 using testsupport::makeUnlitMaterial;
 using testsupport::SceneSetup;
@@ -22,27 +25,11 @@ using testsupport::SceneSetup;
 namespace
 {
 
-const char *s_vertexProgram =
-    "void main()\n"
-    "{\n"
-    "    gl_Position = ftransform();\n"
-    "}\n";
-
-ImagePtr makeImage(int width, int height, UInt32 pixelFormat, Int32 type)
-{
-    ImagePtr img = Image::create();
-    beginEditCP(img);
-    img->set(pixelFormat, width, height, 1, 1, 1, 0.0, NULL, type, true, 1);
-    endEditCP(img);
-    return img;
-}
-
-TextureChunkPtr makeTarget(int width, int height, GLenum internalFormat,
-                           UInt32 pixelFormat, Int32 type)
+TextureChunkPtr makeTarget(int size, GLenum internalFormat, UInt32 pixelFormat, Int32 type)
 {
     TextureChunkPtr tex = TextureChunk::create();
     beginEditCP(tex);
-    tex->setImage(makeImage(width, height, pixelFormat, type));
+    tex->setImage(makeImage(pixelFormat, size, size, type));
     tex->setInternalFormat(internalFormat);
     tex->setExternalFormat(pixelFormat);
     tex->setMinFilter(GL_NEAREST);
@@ -53,39 +40,29 @@ TextureChunkPtr makeTarget(int width, int height, GLenum internalFormat,
     return tex;
 }
 
-TextureChunkPtr makeColorTarget(int width, int height)
+TextureChunkPtr makeColorTarget(int size)
 {
-    return makeTarget(width, height, GL_RGBA8, Image::OSG_RGBA_PF, Image::OSG_UINT8_IMAGEDATA);
+    return makeTarget(size, GL_RGBA8, Image::OSG_RGBA_PF, Image::OSG_UINT8_IMAGEDATA);
 }
 
-TextureChunkPtr makeDepthTarget(int width, int height)
+TextureChunkPtr makeDepthTarget(int size)
 {
-    return makeTarget(width, height, GL_DEPTH_COMPONENT24, GL_DEPTH_COMPONENT,
-                      Image::OSG_FLOAT32_IMAGEDATA);
+    return makeTarget(size, GL_DEPTH_COMPONENT24, GL_DEPTH_COMPONENT, Image::OSG_FLOAT32_IMAGEDATA);
 }
 
-// Reads the whole level, as the texture's own format.
-std::vector<float> readTexture(TextureChunkPtr tex, GLenum format, int components)
+// One texel of a depth texture's level 0.
+float depthAt(TextureChunkPtr tex, int x, int y)
 {
-    GLint width = 0, height = 0;
     glActiveTexture(GL_TEXTURE0);
     glBindTexture(GL_TEXTURE_2D, tex->getGLTextureName());
+    GLint width = 0, height = 0;
     glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH,  &width);
     glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
-    std::vector<float> data(size_t(width) * size_t(height) * size_t(components) + 2, -1.f);
-    data[0] = float(width);
-    data[1] = float(height);
+    std::vector<float> data(size_t(width) * size_t(height));
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glGetTexImage(GL_TEXTURE_2D, 0, format, GL_FLOAT, data.data() + 2);
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_DEPTH_COMPONENT, GL_FLOAT, data.data());
     glBindTexture(GL_TEXTURE_2D, 0);
-    return data;
-}
-
-// One texel of a texture read with readTexture.
-float texel(const std::vector<float> &data, int components, int x, int y, int c)
-{
-    int width = int(data[0]);
-    return data[2 + (size_t(y) * size_t(width) + size_t(x)) * size_t(components) + size_t(c)];
+    return data.at(size_t(y) * size_t(width) + size_t(x));
 }
 
 // An FBOViewport of the given pixel size on the setup's window, rendering
@@ -125,25 +102,16 @@ MaterialPtr makeShaderMaterial(const std::string &fragmentProgram)
 {
     SHLChunkPtr shl = SHLChunk::create();
     beginEditCP(shl);
-    shl->setVertexProgram(s_vertexProgram);
+    shl->setVertexProgram("void main() { gl_Position = ftransform(); }\n");
     shl->setFragmentProgram(fragmentProgram);
     endEditCP(shl);
-
-    ChunkMaterialPtr mat = ChunkMaterial::create();
-    beginEditCP(mat, ChunkMaterial::ChunksFieldMask);
-    mat->addChunk(shl);
-    endEditCP(mat, ChunkMaterial::ChunksFieldMask);
-    return mat;
+    return testsupport::makeChunkMaterial({ shl });
 }
 
 class FBOViewportTest : public testsupport::GLTest
 {
   protected:
-    void TearDown() override
-    {
-        glDisable(GL_SCISSOR_TEST);
-        GLTest::TearDown();
-    }
+    void TearDown() override { glDisable(GL_SCISSOR_TEST); GLTest::TearDown(); }
 };
 
 // The depth texture sits between the colour textures in the list: it goes
@@ -174,9 +142,9 @@ TEST_F(FBOViewportTest, ShaderFillsFourColourTexturesAndTheDepthTexture)
     addChild(scene, makeRect(-1.f, -1.f, 0.f, 1.f, 0.f, makeShaderMaterial(fragment)));
 
     FBOViewportPtr fbo = makeFBOViewport(setup, size, size, scene);
-    TextureChunkPtr colors[4] = { makeColorTarget(size, size), makeColorTarget(size, size),
-                                  makeColorTarget(size, size), makeColorTarget(size, size) };
-    TextureChunkPtr depth = makeDepthTarget(size, size);
+    TextureChunkPtr colors[4] = { makeColorTarget(size), makeColorTarget(size),
+                                  makeColorTarget(size), makeColorTarget(size) };
+    TextureChunkPtr depth = makeDepthTarget(size);
     addTexture(fbo, colors[0]);
     addTexture(fbo, colors[1]);
     addTexture(fbo, depth);
@@ -197,19 +165,17 @@ TEST_F(FBOViewportTest, ShaderFillsFourColourTexturesAndTheDepthTexture)
     for(int i = 0; i < 4; ++i)
     {
         SCOPED_TRACE(testing::Message() << "texture " << i);
-        std::vector<float> data = readTexture(colors[i], GL_RGBA, 4);
-        ASSERT_EQ(int(data[0]), size);
+        const testsupport::TextureImage data(colors[i]);
+        ASSERT_EQ(data.width(), size);
         for(int c = 0; c < 4; ++c)
         {
-            EXPECT_NEAR(texel(data, 4, 4, 16, c), outputs[i][c], tol);
-            EXPECT_NEAR(texel(data, 4, 28, 16, c), 0.f, tol) << "background";
+            EXPECT_NEAR(data.at(4, 16, c), outputs[i][c], tol);
+            EXPECT_NEAR(data.at(28, 16, c), 0.f, tol) << "background";
         }
     }
-
-    std::vector<float> depthData = readTexture(depth, GL_DEPTH_COMPONENT, 1);
     // 24-bit depth.
-    EXPECT_NEAR(texel(depthData, 1, 4,  16, 0), 0.5f, 1e-5);
-    EXPECT_NEAR(texel(depthData, 1, 28, 16, 0), 1.0f, 1e-5);
+    EXPECT_NEAR(depthAt(depth, 4,  16), 0.5f, 1e-5);
+    EXPECT_NEAR(depthAt(depth, 28, 16), 1.0f, 1e-5);
 
     releaseTextures(fbo);
     subRefCP(scene);
@@ -240,9 +206,9 @@ TEST_F(FBOViewportTest, TwoViewportsShareOneDepthTextureAcrossAResize)
     endEditCP(keepDepth);
 
     int size = 32;
-    TextureChunkPtr depth  = makeDepthTarget(size, size);
-    TextureChunkPtr colorA = makeColorTarget(size, size);
-    TextureChunkPtr colorB = makeColorTarget(size, size);
+    TextureChunkPtr depth  = makeDepthTarget(size);
+    TextureChunkPtr colorA = makeColorTarget(size);
+    TextureChunkPtr colorB = makeColorTarget(size);
 
     FBOViewportPtr fboA = makeFBOViewport(setup, size, size, first);
     addTexture(fboA, colorA);
@@ -264,7 +230,7 @@ TEST_F(FBOViewportTest, TwoViewportsShareOneDepthTextureAcrossAResize)
             {
                 ImagePtr old = tex->getImage();
                 beginEditCP(tex, TextureChunk::ImageFieldMask);
-                tex->setImage(makeImage(size, size, old->getPixelFormat(), old->getDataType()));
+                tex->setImage(makeImage(old->getPixelFormat(), size, size, old->getDataType()));
                 endEditCP(tex, TextureChunk::ImageFieldMask);
             }
             for(FBOViewportPtr fbo : { fboA, fboB })
@@ -281,19 +247,17 @@ TEST_F(FBOViewportTest, TwoViewportsShareOneDepthTextureAcrossAResize)
         fboA->render(setup.action);
         fboB->render(setup.action);
 
-        std::vector<float> data = readTexture(colorB, GL_RGBA, 4);
-        ASSERT_EQ(int(data[0]), size);
+        const testsupport::TextureImage data(colorB);
+        ASSERT_EQ(data.width(), size);
         const float tol = 0.6f / 255.f;
         // Left: the green quad is hidden, the background colour remains.
-        EXPECT_NEAR(texel(data, 4, size / 4, size / 2, 0), 0.5f, 1.f / 255.f);
-        EXPECT_NEAR(texel(data, 4, size / 4, size / 2, 1), 0.5f, 1.f / 255.f);
+        EXPECT_NEAR(data.at(size / 4, size / 2, 0), 0.5f, 1.f / 255.f);
+        EXPECT_NEAR(data.at(size / 4, size / 2, 1), 0.5f, 1.f / 255.f);
         // Right: blue in front.
-        EXPECT_NEAR(texel(data, 4, 3 * size / 4, size / 2, 0), 0.f, tol);
-        EXPECT_NEAR(texel(data, 4, 3 * size / 4, size / 2, 2), 1.f, tol);
-
-        std::vector<float> depthData = readTexture(depth, GL_DEPTH_COMPONENT, 1);
-        EXPECT_NEAR(texel(depthData, 1, size / 4,     size / 2, 0), 0.5f,   1e-5);
-        EXPECT_NEAR(texel(depthData, 1, 3 * size / 4, size / 2, 0), 0.375f, 1e-5);
+        EXPECT_NEAR(data.at(3 * size / 4, size / 2, 0), 0.f, tol);
+        EXPECT_NEAR(data.at(3 * size / 4, size / 2, 2), 1.f, tol);
+        EXPECT_NEAR(depthAt(depth, size / 4,     size / 2), 0.5f,   1e-5);
+        EXPECT_NEAR(depthAt(depth, 3 * size / 4, size / 2), 0.375f, 1e-5);
     }
 
     releaseTextures(fboA);
@@ -317,15 +281,15 @@ TEST_F(FBOViewportTest, WithoutFramebufferObjectsTheImageIsCopiedIntoTheTexture)
     beginEditCP(fbo, FBOViewport::FboOnFieldMask);
     fbo->setFboOn(false);
     endEditCP(fbo, FBOViewport::FboOnFieldMask);
-    TextureChunkPtr color = makeColorTarget(size, size);
+    TextureChunkPtr color = makeColorTarget(size);
     addTexture(fbo, color);
 
     fbo->render(setup.action);
 
-    std::vector<float> data = readTexture(color, GL_RGBA, 4);
-    EXPECT_FLOAT_EQ(texel(data, 4, 4,  8, 0), 1.f);
-    EXPECT_FLOAT_EQ(texel(data, 4, 12, 8, 0), 0.f);
-    EXPECT_FLOAT_EQ(texel(data, 4, 12, 8, 3), 1.f);
+    const testsupport::TextureImage data(color);
+    EXPECT_FLOAT_EQ(data.at(4,  8, 0), 1.f);
+    EXPECT_FLOAT_EQ(data.at(12, 8, 0), 0.f);
+    EXPECT_FLOAT_EQ(data.at(12, 8, 3), 1.f);
 
     releaseTextures(fbo);
     subRefCP(scene);
@@ -347,15 +311,15 @@ TEST_F(FBOViewportTest, HalfFloatTargetKeepsValuesAboveOne)
 
     const int size = 8;
     FBOViewportPtr fbo = makeFBOViewport(setup, size, size, scene);
-    TextureChunkPtr hdr = makeTarget(size, size, GL_RGB16F_ARB, Image::OSG_RGB_PF,
+    TextureChunkPtr hdr = makeTarget(size, GL_RGB16F_ARB, Image::OSG_RGB_PF,
                                      Image::OSG_FLOAT16_IMAGEDATA);
     addTexture(fbo, hdr);
 
     fbo->render(setup.action);
 
-    std::vector<float> data = readTexture(hdr, GL_RGB, 3);
+    const testsupport::TextureImage data(hdr);
     for(int c = 0; c < 3; ++c)
-        EXPECT_FLOAT_EQ(texel(data, 3, 3, 3, c), values[c]);
+        EXPECT_FLOAT_EQ(data.at(3, 3, c), values[c]);
 
     releaseTextures(fbo);
     subRefCP(scene);
@@ -384,7 +348,7 @@ const FaceCase s_faceCases[] = {
 
 ImagePtr makeFaceImage(const Color3f &color)
 {
-    ImagePtr img = makeImage(1, 1, Image::OSG_RGB_PF, Image::OSG_UINT8_IMAGEDATA);
+    ImagePtr img = makeImage(Image::OSG_RGB_PF, 1, 1);
     UInt8 *data = img->editData();
     for(int c = 0; c < 3; ++c)
         data[c] = UInt8(color[c] * 255.f);
@@ -410,10 +374,7 @@ TEST_F(FBOViewportTest, CubeTextureLookupPicksTheFaceOfTheDirection)
     cube->setMagFilter(GL_NEAREST);
     endEditCP(cube);
 
-    ChunkMaterialPtr mat = ChunkMaterial::create();
-    beginEditCP(mat, ChunkMaterial::ChunksFieldMask);
-    mat->addChunk(cube);
-    endEditCP(mat, ChunkMaterial::ChunksFieldMask);
+    ChunkMaterialPtr mat = testsupport::makeChunkMaterial({ cube });
 
     for(const FaceCase &c : s_faceCases)
     {
@@ -442,11 +403,6 @@ TEST_F(FBOViewportTest, CubeTextureLookupPicksTheFaceOfTheDirection)
     }
 }
 
-} // namespace
-
-namespace
-{
-
 // The framebuffer and depth renderbuffer of a viewport go with it, also
 // those replaced by a resize; the window deletes them at its frame end.
 TEST_F(FBOViewportTest, DestroyedViewportDeletesItsFramebufferAndRenderbuffers)
@@ -456,7 +412,7 @@ TEST_F(FBOViewportTest, DestroyedViewportDeletesItsFramebufferAndRenderbuffers)
     const testsupport::LiveObjects before = testsupport::LiveObjects::count();
 
     FBOViewportPtr fbo = makeFBOViewport(setup, 8, 8, setup.root);
-    addTexture(fbo, makeColorTarget(8, 8));
+    addTexture(fbo, makeColorTarget(8));
     setup.action->setWindow(getCPtr(setup.window));
     fbo->render(setup.action);
 

@@ -1,3 +1,4 @@
+#include "support/Builders.h"
 #include "support/GLTest.h"
 #include "support/PixelProbe.h"
 #include "support/SceneSetup.h"
@@ -15,19 +16,12 @@ using testsupport::SceneSetup;
 namespace
 {
 
-class ForegroundTest : public testsupport::GLTest
-{
-};
+using ForegroundTest = testsupport::GLTest;
 
 ImagePtr makeImage(UInt32 format, Int32 width, Int32 height, UInt8 fill)
 {
-    ImagePtr image = Image::create();
-    addRefCP(image);
-    beginEditCP(image);
-    image->set(format, width, height);
-    endEditCP(image);
-    std::memset(image->editData(), fill, image->getSize());
-    return image;
+    return testsupport::held(
+        testsupport::makeImage(format, width, height, Image::OSG_UINT8_IMAGEDATA, fill));
 }
 
 RGBA8 rgbAt(ImagePtr image, Int32 x, Int32 y)
@@ -58,9 +52,7 @@ TEST_F(ForegroundTest, GrabForegroundReadsTheViewportBottomRowFirst)
     beginEditCP(setup.viewport);
     setup.viewport->setSize(16.f, 8.f, 47.f, 39.f);
     endEditCP(setup.viewport);
-    beginEditCP(setup.background);
-    setup.background->setColor(Color3f(1.f, 0.f, 0.f));
-    endEditCP(setup.background);
+    testsupport::setBackgroundColor(setup, Color3f(1.f, 0.f, 0.f));
     testsupport::addChild(setup.root, testsupport::makeRect(
         -1.f, 0.f, 1.f, 1.f, 0.f, testsupport::makeUnlitMaterial(Color3f(0.f, 1.f, 0.f))));
 

@@ -145,9 +145,7 @@ LightPtr makeLight(const LightCase &c, NodePtr beacon)
     return light;
 }
 
-class LightingTest : public testsupport::GLTest
-{
-};
+using LightingTest = testsupport::GLTest;
 
 // Lighting is per vertex: the plane is fine enough, and the probes lie where
 // the light varies slowly, for the interpolation to stay below one step.

@@ -1,3 +1,4 @@
+#include "support/Builders.h"
 #include "support/GLTest.h"
 #include "support/PixelProbe.h"
 #include "support/SceneSetup.h"
@@ -18,6 +19,7 @@ using testsupport::makeFullQuad;
 using testsupport::makeUnlitMaterial;
 using testsupport::readPixelFloat;
 using testsupport::SceneSetup;
+using testsupport::setBackgroundColor;
 
 namespace
 {
@@ -33,13 +35,6 @@ void expectColor(int x, int y, const Color3f &expected, float tol = s_tol)
     EXPECT_NEAR(pixel[2], expected[2], tol);
 }
 
-void setBackgroundColor(SceneSetup &setup, const Color3f &color)
-{
-    beginEditCP(setup.background);
-    setup.background->setColor(color);
-    endEditCP(setup.background);
-}
-
 // Unlit colour through a MaterialChunk plus any extra chunks.
 ChunkMaterialPtr makeChunkMaterial(const Color3f &color, StateChunkPtr extra)
 {
@@ -49,18 +44,10 @@ ChunkMaterialPtr makeChunkMaterial(const Color3f &color, StateChunkPtr extra)
     mc->setDiffuse(Color4f(color[0], color[1], color[2], 1.f));
     endEditCP(mc);
 
-    ChunkMaterialPtr mat = ChunkMaterial::create();
-    beginEditCP(mat, ChunkMaterial::ChunksFieldMask);
-    mat->addChunk(mc);
-    if(extra != NullFC)
-        mat->addChunk(extra);
-    endEditCP(mat, ChunkMaterial::ChunksFieldMask);
-    return mat;
+    return testsupport::makeChunkMaterial({ mc, extra });
 }
 
-class RenderActionTest : public testsupport::GLTest
-{
-};
+using RenderActionTest = testsupport::GLTest;
 
 // Three half-transparent quads, listed front to back: sorted, they blend
 // back to front; unsorted they are drawn in list order with depth writes

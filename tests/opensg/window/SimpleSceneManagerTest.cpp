@@ -270,9 +270,7 @@ TEST(SimpleSceneManagerNavigation, ShowAllFramesTheBoundingSphereAlongMinusZ)
     }
 }
 
-class SimpleSceneManagerRender : public testsupport::GLTest
-{
-};
+using SimpleSceneManagerRender = testsupport::GLTest;
 
 // A window without ports gets a viewport with a black background and a
 // headlight that lights what faces the camera.

@@ -44,9 +44,7 @@ int readStencil(int x, int y)
     return value;
 }
 
-class SolidBackgroundTest : public testsupport::GLTest
-{
-};
+using SolidBackgroundTest = testsupport::GLTest;
 
 TEST_F(SolidBackgroundTest, ClearsExactlyTheSelectedBuffers)
 {

@@ -21,9 +21,7 @@ using testsupport::SceneSetup;
 namespace
 {
 
-class StatisticsTest : public testsupport::GLTest
-{
-};
+using StatisticsTest = testsupport::GLTest;
 
 struct CountCase
 {

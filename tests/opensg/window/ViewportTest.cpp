@@ -1,9 +1,9 @@
+#include "support/Builders.h"
 #include "support/GLTest.h"
 #include "support/PixelProbe.h"
 #include "support/SceneSetup.h"
 
 #include <OpenSG/OSGPolygonForeground.h>
-#include <OpenSG/OSGSimpleMaterial.h>
 
 using namespace osg;
 using testsupport::readPixelRGBA8;
@@ -13,9 +13,7 @@ using testsupport::SceneSetup;
 namespace
 {
 
-class ViewportTest : public testsupport::GLTest
-{
-};
+using ViewportTest = testsupport::GLTest;
 
 struct RectCase
 {
@@ -77,9 +75,7 @@ TEST_F(ViewportTest, TwoViewportsEachClearOnlyTheirRectangle)
     beginEditCP(setup.viewport);
     setup.viewport->setSize(0.f, 0.f, 0.5f, 1.f);
     endEditCP(setup.viewport);
-    beginEditCP(setup.background);
-    setup.background->setColor(Color3f(1.f, 0.f, 0.f));
-    endEditCP(setup.background);
+    testsupport::setBackgroundColor(setup, Color3f(1.f, 0.f, 0.f));
 
     SolidBackgroundPtr green = SolidBackground::create();
     beginEditCP(green);
@@ -119,9 +115,7 @@ TEST_F(ViewportTest, TwoViewportsEachClearOnlyTheirRectangle)
 TEST_F(ViewportTest, RenderWithoutCameraWarnsAndDrawsNothing)
 {
     SceneSetup setup(64, 64);
-    beginEditCP(setup.background);
-    setup.background->setColor(Color3f(1.f, 1.f, 1.f));
-    endEditCP(setup.background);
+    testsupport::setBackgroundColor(setup, Color3f(1.f, 1.f, 1.f));
     beginEditCP(setup.viewport);
     setup.viewport->setCamera(NullFC);
     endEditCP(setup.viewport);
@@ -141,15 +135,9 @@ TEST_F(ViewportTest, PolygonForegroundPlacesPixelCoordinatesFromBothEdges)
 {
     SceneSetup setup(64, 48);
 
-    SimpleMaterialPtr mat = SimpleMaterial::create();
-    beginEditCP(mat);
-    mat->setLit(false);
-    mat->setDiffuse(Color3f(0.f, 0.f, 1.f));
-    endEditCP(mat);
-
     PolygonForegroundPtr fg = PolygonForeground::create();
     beginEditCP(fg);
-    fg->setMaterial(mat);
+    fg->setMaterial(testsupport::makeUnlitMaterial(Color3f(0.f, 0.f, 1.f)));
     fg->setNormalizedX(false);
     fg->setNormalizedY(false);
     fg->getPositions().push_back(Pnt2f( 10.f,  10.f));

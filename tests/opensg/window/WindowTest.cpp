@@ -10,9 +10,7 @@ using namespace osg;
 namespace
 {
 
-class WindowTest : public testsupport::GLTest
-{
-};
+using WindowTest = testsupport::GLTest;
 
 struct Call
 {

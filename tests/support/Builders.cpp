@@ -1,0 +1,63 @@
+#include "support/Builders.h"
+
+#include "support/SceneSetup.h"
+
+#include <OpenSG/OSGImageFileHandler.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+
+using namespace osg;
+
+namespace testsupport
+{
+
+ImagePtr makeImage(UInt32 pixelFormat, int width, int height, Int32 dataType, UInt8 fill)
+{
+    ImagePtr image = Image::create();
+    beginEditCP(image);
+    image->set(pixelFormat, width, height, 1, 1, 1, 0.0, NULL, dataType, true, 1);
+    endEditCP(image);
+    if(image->editData() != NULL)
+        std::memset(image->editData(), fill, image->getSize());
+    return image;
+}
+
+ChunkMaterialPtr makeChunkMaterial(std::initializer_list<StateChunkPtr> chunks)
+{
+    ChunkMaterialPtr mat = ChunkMaterial::create();
+    beginEditCP(mat, ChunkMaterial::ChunksFieldMask);
+    for(StateChunkPtr chunk : chunks)
+        if(chunk != NullFC)
+            mat->addChunk(chunk);
+    endEditCP(mat, ChunkMaterial::ChunksFieldMask);
+    return mat;
+}
+
+void setBackgroundColor(SceneSetup &setup, const Color3f &color)
+{
+    beginEditCP(setup.background, SolidBackground::ColorFieldMask);
+    setup.background->setColor(color);
+    endEditCP(setup.background, SolidBackground::ColorFieldMask);
+}
+
+std::string tempPath(const std::string &name)
+{
+    return testing::TempDir() + "lumora-test-" + name;
+}
+
+ImagePtr readImageBytes(const std::string &name, const std::string &bytes)
+{
+    const std::string file = tempPath(name);
+    std::ofstream(file, std::ios::binary).write(bytes.data(), std::streamsize(bytes.size()));
+    ImagePtr image = ImageFileHandler::the().read(file.c_str());
+    std::remove(file.c_str());
+    if(image != NullFC)
+        addRefCP(image);
+    return image;
+}
+
+} // namespace testsupport

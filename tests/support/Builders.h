@@ -1,0 +1,44 @@
+#ifndef TESTS_SUPPORT_BUILDERS_H
+#define TESTS_SUPPORT_BUILDERS_H
+
+#include <OpenSG/OSGChunkMaterial.h>
+#include <OpenSG/OSGColor.h>
+#include <OpenSG/OSGImage.h>
+#include <OpenSG/OSGStateChunk.h>
+
+#include <initializer_list>
+#include <string>
+
+namespace testsupport
+{
+
+class SceneSetup;
+
+// p with one more reference, for tests that release it themselves.
+template <class PtrT>
+PtrT held(PtrT p)
+{
+    addRefCP(p);
+    return p;
+}
+
+// A single-level image with its storage filled with fill bytes.
+osg::ImagePtr makeImage(osg::UInt32 pixelFormat, int width, int height,
+                        osg::Int32 dataType = osg::Image::OSG_UINT8_IMAGEDATA,
+                        osg::UInt8 fill = 0);
+
+// A ChunkMaterial holding chunks (NullFC entries skipped), edited once.
+osg::ChunkMaterialPtr makeChunkMaterial(std::initializer_list<osg::StateChunkPtr> chunks);
+
+void setBackgroundColor(SceneSetup &setup, const osg::Color3f &color);
+
+// A file name in the test's temporary directory.
+std::string tempPath(const std::string &name);
+
+// Writes bytes to a temporary file called name and reads it with the image
+// file handler; the image comes back with one reference, or NullFC.
+osg::ImagePtr readImageBytes(const std::string &name, const std::string &bytes);
+
+} // namespace testsupport
+
+#endif
