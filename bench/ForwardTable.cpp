@@ -189,17 +189,10 @@ int main(int argc, char **argv)
     if(parsed != 0)
         return parsed == 1 ? 0 : parsed;
 
-    int maxHeight = 0;
-    for(int h : options.heights)
-        maxHeight = std::max(maxHeight, h);
-    lumora::HeadlessContext context(maxHeight * 16 / 9, maxHeight);
-    if(!context.isValid())
-    {
-        std::fprintf(stderr, "lumora_forward_table: no GL context: %s\n",
-                     context.errorString().c_str());
+    const std::unique_ptr<lumora::HeadlessContext> context =
+        rawgl::openTableContext("lumora_forward_table", options.heights);
+    if(!context)
         return 1;
-    }
-    osgInit(0, NULL);
 
     std::printf("%-7s %-9s %6s | %10s %10s %10s | %7s %7s | %7s %7s | %7s %6s %6s\n",
                 "scene", "size", "lights", "fwd ms", "volume ms", "batch ms",

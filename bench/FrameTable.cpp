@@ -184,17 +184,10 @@ int main(int argc, char **argv)
     if(parsed != 0)
         return parsed == 1 ? 0 : parsed;
 
-    int maxHeight = 0;
-    for(int h : options.heights)
-        maxHeight = std::max(maxHeight, h);
-    lumora::HeadlessContext context(maxHeight * 16 / 9, maxHeight);
-    if(!context.isValid())
-    {
-        std::fprintf(stderr, "lumora_frame_table: no GL context: %s\n",
-                     context.errorString().c_str());
+    const std::unique_ptr<lumora::HeadlessContext> context =
+        rawgl::openTableContext("lumora_frame_table", options.heights);
+    if(!context)
         return 1;
-    }
-    osgInit(0, NULL);
 
     // viewport: the pass as the viewport timed it in the frame (timer
     // queries where the window has them); cpu: the same on the rendering

@@ -17,6 +17,7 @@
 #include "common/CommandLine.h"
 #include "common/DemoScene.h"
 #include "LightFloor.h"
+#include "RawGL.h"
 
 #include <cstdio>
 #include <string>
@@ -149,17 +150,10 @@ int main(int argc, char **argv)
     if(parsed != 0)
         return parsed == 1 ? 0 : parsed;
 
-    int maxHeight = 0;
-    for(int h : options.heights)
-        maxHeight = std::max(maxHeight, h);
-    lumora::HeadlessContext context(maxHeight * 16 / 9, maxHeight);
-    if(!context.isValid())
-    {
-        std::fprintf(stderr, "lumora_light_table: no GL context: %s\n",
-                     context.errorString().c_str());
+    const std::unique_ptr<lumora::HeadlessContext> context =
+        rawgl::openTableContext("lumora_light_table", options.heights);
+    if(!context)
         return 1;
-    }
-    osgInit(0, NULL);
 
     std::printf("%-9s %6s | %9s %8s %7s | %9s %7s %6s | %8s | %9s %9s %6s | %8s\n",
                 "", "", "volumes", "", "", "floor", "", "", "", "batched", "1pass", "", "");

@@ -1,6 +1,10 @@
 #include "RawGL.h"
 
+#include <OpenSG/OSGBaseFunctions.h>
+
+#include <algorithm>
 #include <chrono>
+#include <cstdio>
 
 namespace rawgl
 {
@@ -60,6 +64,24 @@ double nowMilliseconds(void)
 {
     return std::chrono::duration<double, std::milli>(
         std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+std::unique_ptr<lumora::HeadlessContext> openTableContext(const char *program,
+                                                          const std::vector<int> &heights)
+{
+    int maxHeight = 0;
+    for(int height : heights)
+        maxHeight = std::max(maxHeight, height);
+    std::unique_ptr<lumora::HeadlessContext> context(
+        new lumora::HeadlessContext(maxHeight * 16 / 9, maxHeight));
+    if(!context->isValid())
+    {
+        std::fprintf(stderr, "%s: no GL context: %s\n", program,
+                     context->errorString().c_str());
+        return nullptr;
+    }
+    osg::osgInit(0, NULL);
+    return context;
 }
 
 } // namespace rawgl

@@ -3,8 +3,12 @@
 
 #include <epoxy/gl.h>
 
+#include <Lumora/HeadlessContext.h>
+
 #include <initializer_list>
+#include <memory>
 #include <string>
+#include <vector>
 
 // What the raw OpenGL programs the library is measured against share.
 namespace rawgl
@@ -15,6 +19,11 @@ namespace rawgl
 // error, and nothing left behind.
 GLuint buildProgram(const char *vertex, const char *fragment,
                     std::initializer_list<const char *> attributes, std::string &error);
+
+// A context large enough for the widest 16:9 image of the given heights,
+// with the runtime initialised; null, with a message, when there is none.
+std::unique_ptr<lumora::HeadlessContext> openTableContext(const char *program,
+                                                          const std::vector<int> &heights);
 
 // A monotonic clock for frame times.
 double nowMilliseconds(void);
