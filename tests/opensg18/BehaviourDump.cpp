@@ -51,8 +51,6 @@ void pm(const char *n, const Matrix &m)
     printf("\n");
 }
 
-#define P(name, expr) printf("%s %.9g\n", name, double(expr))
-
 void pc(const char *n, const Color4f &c)
 {
     printf("%s %.9g %.9g %.9g %.9g\n", n, c[0], c[1], c[2], c[3]);
@@ -61,6 +59,17 @@ void pc(const char *n, const Color4f &c)
 void pc3(const char *n, const Color3f &c)
 {
     printf("%s %.9g %.9g %.9g\n", n, c[0], c[1], c[2]);
+}
+
+// The values of one container, or of one kind of value, on one line.
+template <class... T>
+void pv(const char *name, T... v)
+{
+    const double values[] = { double(v)... };
+    printf("%s", name);
+    for(size_t i = 0; i < sizeof...(v); ++i)
+        printf(" %.9g", values[i]);
+    printf("\n");
 }
 
 void matrices(void)
@@ -95,11 +104,8 @@ void matrices(void)
     Matrix b = m;
     b.multLeft(inv);
     pm("multleft", b);
-    NodePtr beacon = Node::create();
     TransformPtr t = Transform::create();
-    beginEditCP(beacon);
-    beacon->setCore(t);
-    endEditCP(beacon);
+    NodePtr beacon = makeNodeFor(t);
     MatrixLookAt(m, Pnt3f(0, 4.5f, 8), Pnt3f(0, 0.5f, 0), Vec3f(0, 1, 0));
     beginEditCP(t);
     t->setMatrix(m);
@@ -122,170 +128,119 @@ void matrices(void)
     for(int i = 0; i < 6; ++i)
     {
         const Plane &p = f.getPlanes()[i];
-        printf("plane %d %.9g %.9g %.9g %.9g\n", i, p.getNormal()[0], p.getNormal()[1],
-               p.getNormal()[2], p.getDistanceFromOrigin());
+        pv("plane", i, p.getNormal()[0], p.getNormal()[1], p.getNormal()[2],
+           p.getDistanceFromOrigin());
     }
-    printf("defaults fov %.9g near %.9g far %.9g aspect %.9g\n",
-           PerspectiveCamera::create()->getFov(), PerspectiveCamera::create()->getNear(),
-           PerspectiveCamera::create()->getFar(), PerspectiveCamera::create()->getAspect());
+    PerspectiveCameraPtr fresh = PerspectiveCamera::create();
+    pv("defaults fov near far aspect", fresh->getFov(), fresh->getNear(), fresh->getFar(),
+       fresh->getAspect());
     NodePtr n = makeSphere(2, 1.5f);
     Matrix tm;
     tm.setTranslate(1, 2, 3);
-    NodePtr g = Node::create();
     TransformPtr tt = Transform::create();
     beginEditCP(tt);
     tt->setMatrix(tm);
     endEditCP(tt);
+    NodePtr g = makeNodeFor(tt);
     beginEditCP(g);
-    g->setCore(tt);
     g->addChild(n);
     endEditCP(g);
     g->updateVolume();
     Pnt3f mn, mx;
     g->getVolume().getBounds(mn, mx);
-    printf("vol %.9g %.9g %.9g %.9g %.9g %.9g\n", mn[0], mn[1], mn[2], mx[0], mx[1], mx[2]);
+    pv("vol", mn[0], mn[1], mn[2], mx[0], mx[1], mx[2]);
     DynamicVolume dv;
     g->getWorldVolume(dv);
     dv.getBounds(mn, mx);
-    printf("wvol %.9g %.9g %.9g %.9g %.9g %.9g\n", mn[0], mn[1], mn[2], mx[0], mx[1], mx[2]);
+    pv("wvol", mn[0], mn[1], mn[2], mx[0], mx[1], mx[2]);
 }
 
 void defaults(void)
 {
     PerspectiveCameraPtr pcam = PerspectiveCamera::create();
-    P("persp.fov", pcam->getFov());
-    P("persp.aspect", pcam->getAspect());
-    P("cam.near", pcam->getNear());
-    P("cam.far", pcam->getFar());
+    pv("persp fov aspect near far", pcam->getFov(), pcam->getAspect(), pcam->getNear(),
+       pcam->getFar());
     OrthographicCameraPtr oc = OrthographicCamera::create();
-    P("ortho.vsize", oc->getVerticalSize());
-    P("ortho.aspect", oc->getAspect());
+    pv("ortho vsize aspect", oc->getVerticalSize(), oc->getAspect());
     PointLightPtr pl = PointLight::create();
     pc("light.diffuse", pl->getDiffuse());
     pc("light.ambient", pl->getAmbient());
     pc("light.specular", pl->getSpecular());
-    P("light.on", pl->getOn());
-    P("light.ca", pl->getConstantAttenuation());
-    P("light.la", pl->getLinearAttenuation());
-    P("light.qa", pl->getQuadraticAttenuation());
-    P("light.shadowint", pl->getShadowIntensity());
-    printf("point.pos %g %g %g\n", pl->getPosition()[0], pl->getPosition()[1],
-           pl->getPosition()[2]);
+    pv("light on ca la qa shadowint", pl->getOn(), pl->getConstantAttenuation(),
+       pl->getLinearAttenuation(), pl->getQuadraticAttenuation(), pl->getShadowIntensity());
+    pv("point.pos", pl->getPosition()[0], pl->getPosition()[1], pl->getPosition()[2]);
     SpotLightPtr sl = SpotLight::create();
-    P("spot.cutoff", sl->getSpotCutOff());
-    P("spot.exp", sl->getSpotExponent());
-    printf("spot.dir %g %g %g\n", sl->getDirection()[0], sl->getDirection()[1],
-           sl->getDirection()[2]);
+    pv("spot cutoff exp dir", sl->getSpotCutOff(), sl->getSpotExponent(),
+       sl->getDirection()[0], sl->getDirection()[1], sl->getDirection()[2]);
     DirectionalLightPtr dl = DirectionalLight::create();
-    printf("dir.dir %g %g %g\n", dl->getDirection()[0], dl->getDirection()[1],
-           dl->getDirection()[2]);
+    pv("dir.dir", dl->getDirection()[0], dl->getDirection()[1], dl->getDirection()[2]);
     SimpleMaterialPtr sm = SimpleMaterial::create();
     pc3("sm.ambient", sm->getAmbient());
     pc3("sm.diffuse", sm->getDiffuse());
     pc3("sm.specular", sm->getSpecular());
     pc3("sm.emission", sm->getEmission());
-    P("sm.shininess", sm->getShininess());
-    P("sm.transparency", sm->getTransparency());
-    P("sm.lit", sm->getLit());
-    P("sm.colormaterial", sm->getColorMaterial());
+    pv("sm shininess transparency lit colormaterial", sm->getShininess(),
+       sm->getTransparency(), sm->getLit(), sm->getColorMaterial());
     SimpleTexturedMaterialPtr stm = SimpleTexturedMaterial::create();
-    P("stm.minfilter", stm->getMinFilter());
-    P("stm.magfilter", stm->getMagFilter());
-    P("stm.envmode", stm->getEnvMode());
-    P("stm.envmap", stm->getEnvMap());
+    pv("stm minfilter magfilter envmode envmap", stm->getMinFilter(), stm->getMagFilter(),
+       stm->getEnvMode(), stm->getEnvMap());
     TextureChunkPtr tc = TextureChunk::create();
-    P("tex.min", tc->getMinFilter());
-    P("tex.mag", tc->getMagFilter());
-    P("tex.wraps", tc->getWrapS());
-    P("tex.wrapt", tc->getWrapT());
-    P("tex.wrapr", tc->getWrapR());
-    P("tex.envmode", tc->getEnvMode());
-    P("tex.internal", tc->getInternalFormat());
-    P("tex.external", tc->getExternalFormat());
-    P("tex.aniso", tc->getAnisotropy());
-    P("tex.scale", tc->getScale());
-    P("tex.target", tc->getTarget());
-    P("tex.priority", tc->getPriority());
-    P("tex.lodbias", tc->getLodBias());
+    pv("tex min mag wraps wrapt wrapr envmode", tc->getMinFilter(), tc->getMagFilter(),
+       tc->getWrapS(), tc->getWrapT(), tc->getWrapR(), tc->getEnvMode());
+    pv("tex internal external aniso scale target priority lodbias", tc->getInternalFormat(),
+       tc->getExternalFormat(), tc->getAnisotropy(), tc->getScale(), tc->getTarget(),
+       tc->getPriority(), tc->getLodBias());
     BlendChunkPtr bc = BlendChunk::create();
-    P("blend.src", bc->getSrcFactor());
-    P("blend.dst", bc->getDestFactor());
-    P("blend.eq", bc->getEquation());
-    P("blend.alphafunc", bc->getAlphaFunc());
-    P("blend.alphavalue", bc->getAlphaValue());
+    pv("blend src dst eq alphafunc alphavalue", bc->getSrcFactor(), bc->getDestFactor(),
+       bc->getEquation(), bc->getAlphaFunc(), bc->getAlphaValue());
     DepthChunkPtr dc = DepthChunk::create();
-    P("depth.enable", dc->getEnable());
-    P("depth.func", dc->getFunc());
-    P("depth.near", dc->getNear());
-    P("depth.far", dc->getFar());
-    P("depth.ro", dc->getReadOnly());
+    pv("depth enable func near far ro", dc->getEnable(), dc->getFunc(), dc->getNear(),
+       dc->getFar(), dc->getReadOnly());
     PolygonChunkPtr pgc = PolygonChunk::create();
-    P("poly.cull", pgc->getCullFace());
-    P("poly.front", pgc->getFrontFace());
-    P("poly.modefront", pgc->getFrontMode());
-    P("poly.modeback", pgc->getBackMode());
-    P("poly.smooth", pgc->getSmooth());
-    P("poly.offsetfactor", pgc->getOffsetFactor());
-    P("poly.offsetfill", pgc->getOffsetFill());
+    pv("poly cull front modefront modeback smooth offsetfactor offsetfill",
+       pgc->getCullFace(), pgc->getFrontFace(), pgc->getFrontMode(), pgc->getBackMode(),
+       pgc->getSmooth(), pgc->getOffsetFactor(), pgc->getOffsetFill());
     MaterialChunkPtr mc = MaterialChunk::create();
     pc("mat.diffuse", mc->getDiffuse());
     pc("mat.ambient", mc->getAmbient());
     pc("mat.specular", mc->getSpecular());
     pc("mat.emission", mc->getEmission());
-    P("mat.shininess", mc->getShininess());
-    P("mat.lit", mc->getLit());
-    P("mat.colormaterial", mc->getColorMaterial());
+    pv("mat shininess lit colormaterial", mc->getShininess(), mc->getLit(),
+       mc->getColorMaterial());
     SHLChunkPtr shl = SHLChunk::create();
-    P("shl.unknownwarn", shl->getUnknownParameterWarning());
-    P("shl.ignoreaspect", shl->getIgnoreGLForAspect());
-    P("shl.pointsize", shl->getPointSize());
+    pv("shl unknownwarn ignoreaspect pointsize", shl->getUnknownParameterWarning(),
+       shl->getIgnoreGLForAspect(), shl->getPointSize());
     ViewportPtr vp = Viewport::create();
-    P("vp.left", vp->getLeft());
-    P("vp.right", vp->getRight());
-    P("vp.bottom", vp->getBottom());
-    P("vp.top", vp->getTop());
-    P("vp.travmask", vp->getTravMask());
-    P("vp.drawtime", vp->getDrawTime());
+    pv("vp left right bottom top travmask drawtime", vp->getLeft(), vp->getRight(),
+       vp->getBottom(), vp->getTop(), vp->getTravMask(), vp->getDrawTime());
     FBOViewportPtr fbo = FBOViewport::create();
-    P("fbo.storagew", fbo->getStorageWidth());
-    P("fbo.storageh", fbo->getStorageHeight());
-    P("fbo.gen", fbo->getGenCubemaps());
-    P("fbo.fbo", fbo->getFboOn());
-    P("fbo.readbuf", fbo->getReadBuffer());
-    P("fbo.dirty", fbo->getDirty());
+    pv("fbo storagew storageh gen fbo readbuf dirty", fbo->getStorageWidth(),
+       fbo->getStorageHeight(), fbo->getGenCubemaps(), fbo->getFboOn(), fbo->getReadBuffer(),
+       fbo->getDirty());
     SolidBackgroundPtr sb = SolidBackground::create();
     pc3("bg.color", sb->getColor());
-    P("bg.alpha", sb->getAlpha());
+    pv("bg.alpha", sb->getAlpha());
     ImagePtr im = Image::create();
-    P("img.pf", im->getPixelFormat());
-    P("img.w", im->getWidth());
-    P("img.h", im->getHeight());
-    P("img.d", im->getDepth());
-    P("img.mip", im->getMipMapCount());
-    P("img.frames", im->getFrameCount());
-    P("img.type", im->getDataType());
-    P("img.bpp", im->getBpp());
+    pv("img pf w h d mip frames type bpp", im->getPixelFormat(), im->getWidth(),
+       im->getHeight(), im->getDepth(), im->getMipMapCount(), im->getFrameCount(),
+       im->getDataType(), im->getBpp());
     BoxVolume b;
-    P("box.empty", b.isEmpty());
-    P("box.valid", b.isValid());
+    const bool emptyAtFirst = b.isEmpty(), validAtFirst = b.isValid();
     b.extendBy(Pnt3f(1, 2, 3));
-    P("box.empty2", b.isEmpty());
+    pv("box empty valid empty-after-extend", emptyAtFirst, validAtFirst, b.isEmpty());
     DynamicVolume dv;
-    P("dyn.type", dv.getType());
-    P("dyn.empty", dv.isEmpty());
+    pv("dyn type empty", dv.getType(), dv.isEmpty());
     BoxVolume b2(-1, -1, -1, 1, 1, 1);
     Matrix m;
     m.setTransform(Vec3f(1, 2, 3), Quaternion(Vec3f(0, 1, 1), 0.5f));
     b2.transform(m);
     Pnt3f mn, mx;
     b2.getBounds(mn, mx);
-    printf("boxT %.9g %.9g %.9g %.9g %.9g %.9g\n", mn[0], mn[1], mn[2], mx[0], mx[1], mx[2]);
+    pv("boxT", mn[0], mn[1], mn[2], mx[0], mx[1], mx[2]);
     SphereVolume sv(Pnt3f(1, 2, 3), 2);
     sv.transform(m);
-    printf("sphT %.9g %.9g %.9g %.9g\n", sv.getCenter()[0], sv.getCenter()[1], sv.getCenter()[2],
-           sv.getRadius());
-    P("box.intersect", b2.intersect(Pnt3f(1, 2, 3)));
-    P("box.volume", b2.getScalarVolume());
+    pv("sphT", sv.getCenter()[0], sv.getCenter()[1], sv.getCenter()[2], sv.getRadius());
+    pv("box intersect volume", b2.intersect(Pnt3f(1, 2, 3)), b2.getScalarVolume());
 }
 
 } // namespace

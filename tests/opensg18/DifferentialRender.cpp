@@ -56,16 +56,9 @@ std::string outDir;
 
 NodePtr transformed(const Matrix &m, NodePtr child)
 {
-    TransformPtr placement = Transform::create();
-    beginEditCP(placement, Transform::MatrixFieldMask);
-    placement->setMatrix(m);
-    endEditCP(placement, Transform::MatrixFieldMask);
-    NodePtr node = Node::create();
-    beginEditCP(node, Node::CoreFieldMask | Node::ChildrenFieldMask);
-    node->setCore(placement);
+    NodePtr node = demo::makeTransformNode(m);
     if(child != NullFC)
-        node->addChild(child);
-    endEditCP(node, Node::CoreFieldMask | Node::ChildrenFieldMask);
+        demo::addChild(node, child);
     return node;
 }
 
@@ -74,11 +67,7 @@ NodePtr withMaterial(GeometryPtr geometry, MaterialPtr material)
     beginEditCP(geometry, Geometry::MaterialFieldMask);
     geometry->setMaterial(material);
     endEditCP(geometry, Geometry::MaterialFieldMask);
-    NodePtr node = Node::create();
-    beginEditCP(node, Node::CoreFieldMask);
-    node->setCore(geometry);
-    endEditCP(node, Node::CoreFieldMask);
-    return node;
+    return makeNodeFor(geometry);
 }
 
 MaterialPtr colour(Real32 r, Real32 g, Real32 b, Real32 shininess = 20.0f)
@@ -146,10 +135,7 @@ void placeCamera(Scene &scene, const Pnt3f &from, const Pnt3f &at)
 Scene buildScene(void)
 {
     Scene scene;
-    scene.root = Node::create();
-    beginEditCP(scene.root, Node::CoreFieldMask);
-    scene.root->setCore(Group::create());
-    endEditCP(scene.root, Node::CoreFieldMask);
+    scene.root = demo::makeGroupNode();
 
     Matrix m;
     std::vector<NodePtr> children;
@@ -176,16 +162,10 @@ Scene buildScene(void)
                                                    colour(0.9f, 0.9f, 0.9f, 90.0f))));
 
     scene.cameraPlacement = Transform::create();
-    NodePtr beacon = Node::create();
-    beginEditCP(beacon, Node::CoreFieldMask);
-    beacon->setCore(scene.cameraPlacement);
-    endEditCP(beacon, Node::CoreFieldMask);
+    NodePtr beacon = makeNodeFor(scene.cameraPlacement);
     children.push_back(beacon);
-
-    beginEditCP(scene.root, Node::ChildrenFieldMask);
     for(size_t i = 0; i < children.size(); ++i)
-        scene.root->addChild(children[i]);
-    endEditCP(scene.root, Node::ChildrenFieldMask);
+        demo::addChild(scene.root, children[i]);
 
     scene.camera = PerspectiveCamera::create();
     beginEditCP(scene.camera);
@@ -208,9 +188,7 @@ LightPtr addLight(Scene &scene, LightPtr light, const Matrix &beaconPlace,
                   Real32 shadowIntensity, const Color4f &diffuse)
 {
     NodePtr beacon = transformed(beaconPlace, NullFC);
-    beginEditCP(scene.root, Node::ChildrenFieldMask);
-    scene.root->addChild(beacon);
-    endEditCP(scene.root, Node::ChildrenFieldMask);
+    demo::addChild(scene.root, beacon);
 
     beginEditCP(light);
     light->setBeacon(beacon);
@@ -301,10 +279,7 @@ Frame makeFrame(Scene &scene, const std::vector<LightPtr> &lights, bool part)
         beginEditCP(grey);
         grey->setColor(Color3f(0.3f, 0.3f, 0.3f));
         endEditCP(grey);
-        NodePtr empty = Node::create();
-        beginEditCP(empty, Node::CoreFieldMask);
-        empty->setCore(Group::create());
-        endEditCP(empty, Node::CoreFieldMask);
+        NodePtr empty = demo::makeGroupNode();
         frame.behind = Viewport::create();
         addRefCP(frame.behind);
         beginEditCP(frame.behind);
@@ -363,6 +338,16 @@ bool writeImage(const std::string &name, int width, int height)
     return bool(out);
 }
 
+std::vector<LightPtr> lightsOf(LightPtr a, LightPtr b, LightPtr c = NullFC)
+{
+    std::vector<LightPtr> lights;
+    lights.push_back(a);
+    lights.push_back(b);
+    if(c != NullFC)
+        lights.push_back(c);
+    return lights;
+}
+
 void releaseLights(std::vector<LightPtr> &lights)
 {
     for(size_t i = 0; i < lights.size(); ++i)
@@ -418,10 +403,8 @@ int renderAll(void)
 
     // Shadows switched on and off between frames, as the viewer's key does.
     {
-        std::vector<LightPtr> lights;
-        lights.push_back(pointLight(scene, 1.0f));
-        lights.push_back(spotLight (scene, 1.0f));
-        lights.push_back(sunLight  (scene, 1.0f));
+        std::vector<LightPtr> lights = lightsOf(pointLight(scene, 1.0f), spotLight(scene, 1.0f),
+                                                sunLight(scene, 1.0f));
         Frame frame = makeFrame(scene, lights, false);
         const Real32 intensities[] = { 1.0f, 0.4f, 1.0f, 0.4f };
         for(int step = 0; step < 4; ++step)
@@ -446,9 +429,7 @@ int renderAll(void)
     };
     for(size_t e = 0; e < sizeof(effects) / sizeof(effects[0]); ++e)
     {
-        std::vector<LightPtr> lights;
-        lights.push_back(pointLight(scene, 1.0f));
-        lights.push_back(sunLight  (scene, 1.0f));
+        std::vector<LightPtr> lights = lightsOf(pointLight(scene, 1.0f), sunLight(scene, 1.0f));
         Frame frame = makeFrame(scene, lights, false);
         effects[e].configure(frame.viewport);
         placeCamera(scene, Pnt3f(0.0f, 4.5f, 8.0f), Pnt3f(0.0f, 0.5f, 0.0f));
@@ -463,18 +444,11 @@ int renderAll(void)
     placeCamera(scene, Pnt3f(0.0f, 4.5f, 8.0f), Pnt3f(0.0f, 0.5f, 0.0f));
 
     // A viewport covering part of the window, over a plain one.
-    {
-        std::vector<LightPtr> lights;
-        lights.push_back(pointLight(scene, 1.0f));
-        lights.push_back(spotLight (scene, 0.3f));
-        renderCase("part", scene, lights, &aa, true);
-    }
+    renderCase("part", scene, lightsOf(pointLight(scene, 1.0f), spotLight(scene, 0.3f)), &aa, true);
 
     // A resize between frames.
     {
-        std::vector<LightPtr> lights;
-        lights.push_back(pointLight(scene, 0.3f));
-        lights.push_back(sunLight  (scene, 1.0f));
+        std::vector<LightPtr> lights = lightsOf(pointLight(scene, 0.3f), sunLight(scene, 1.0f));
         Frame frame = makeFrame(scene, lights, false);
         ssao(frame.viewport);
         render(frame);
@@ -491,10 +465,7 @@ int renderAll(void)
         beginEditCP(scene.camera, Camera::NearFieldMask);
         scene.camera->setNear(2.0f);
         endEditCP(scene.camera, Camera::NearFieldMask);
-        std::vector<LightPtr> lights;
-        lights.push_back(pointLight(scene, 1.0f));
-        lights.push_back(spotLight (scene, 0.3f));
-        renderCase("near", scene, lights, NULL);
+        renderCase("near", scene, lightsOf(pointLight(scene, 1.0f), spotLight(scene, 0.3f)), NULL);
         beginEditCP(scene.camera, Camera::NearFieldMask);
         scene.camera->setNear(0.5f);
         endEditCP(scene.camera, Camera::NearFieldMask);

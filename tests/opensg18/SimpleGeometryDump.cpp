@@ -164,46 +164,17 @@ const char *boolName(bool b)
     return b ? "true" : "false";
 }
 
+const char *const makerNames[] =
+{
+    "Plane", "Box", "Cone", "Cylinder", "ConicalFrustum", "Torus", "Sphere", "LatLongSphere"
+};
+
+// The maker and every value of the call's table row.
 void printCall(const Call &c, bool node)
 {
-    const char *suffix = node ? "" : "Geo";
-    switch(c.maker)
-    {
-      case Plane:
-        std::printf("makePlane%s(%g, %g, %u, %u)", suffix, c.r[0], c.r[1],
-                    c.n[0], c.n[1]);
-        break;
-      case Box:
-        std::printf("makeBox%s(%g, %g, %g, %u, %u, %u)", suffix, c.r[0], c.r[1],
-                    c.r[2], c.n[0], c.n[1], c.n[2]);
-        break;
-      case Cone:
-        std::printf("makeCone%s(%g, %g, %u, %s, %s)", suffix, c.r[0], c.r[1],
-                    c.n[0], boolName(c.b[0]), boolName(c.b[1]));
-        break;
-      case Cylinder:
-        std::printf("makeCylinder%s(%g, %g, %u, %s, %s, %s)", suffix, c.r[0],
-                    c.r[1], c.n[0], boolName(c.b[0]), boolName(c.b[1]),
-                    boolName(c.b[2]));
-        break;
-      case Frustum:
-        std::printf("makeConicalFrustum%s(%g, %g, %g, %u, %s, %s, %s)", suffix,
-                    c.r[0], c.r[1], c.r[2], c.n[0], boolName(c.b[0]),
-                    boolName(c.b[1]), boolName(c.b[2]));
-        break;
-      case Torus:
-        std::printf("makeTorus%s(%g, %g, %u, %u)", suffix, c.r[0], c.r[1],
-                    c.n[0], c.n[1]);
-        break;
-      case Sphere:
-        std::printf("makeSphere%s(%u, %g)", suffix, c.n[0], c.r[0]);
-        break;
-      case LatLongSphere:
-        std::printf("makeLatLongSphere%s(%u, %u, %g)", suffix, c.n[0], c.n[1],
-                    c.r[0]);
-        break;
-    }
-    std::printf("\n");
+    std::printf("make%s%s sizes %g %g %g counts %u %u %u switches %s %s %s\n",
+                makerNames[c.maker], node ? "" : "Geo", c.r[0], c.r[1], c.r[2],
+                c.n[0], c.n[1], c.n[2], boolName(c.b[0]), boolName(c.b[1]), boolName(c.b[2]));
 }
 
 GeometryPtr makeGeo(const Call &c)
@@ -280,6 +251,31 @@ const char *primitiveName(UInt32 type)
     return "unknown";
 }
 
+// "  what v0 v1 ..." on a line of its own.
+void printValues(const char *what, const Real32 *v, UInt32 n)
+{
+    std::printf("  %s", what);
+    for(UInt32 i = 0; i < n; ++i)
+        printReal(v[i]);
+    std::printf("\n");
+}
+
+// A property's size, then each value numbered on its own line.
+template <class PropPtr>
+void printEach(const char *what, PropPtr prop, UInt32 dim)
+{
+    if(prop == NullFC)
+        return;
+    std::printf("  %s %u\n", what, prop->getSize());
+    for(UInt32 i = 0; i < prop->getSize(); ++i)
+    {
+        std::printf("   %u", i);
+        for(UInt32 k = 0; k < dim; ++k)
+            printReal(prop->getValue(i)[k]);
+        std::printf("\n");
+    }
+}
+
 void printMaterial(const char *what, MaterialPtr mat)
 {
     std::printf("%s: %s\n", what, mat == NullFC ? "none" : mat->getType().getCName());
@@ -288,23 +284,14 @@ void printMaterial(const char *what, MaterialPtr mat)
     if(sm == NullFC)
         return;
 
-    std::printf("  ambient");
-    for(UInt32 i = 0; i < 3; ++i)
-        printReal(sm->getAmbient()[i]);
-    std::printf("\n  diffuse");
-    for(UInt32 i = 0; i < 3; ++i)
-        printReal(sm->getDiffuse()[i]);
-    std::printf("\n  specular");
-    for(UInt32 i = 0; i < 3; ++i)
-        printReal(sm->getSpecular()[i]);
-    std::printf("\n  emission");
-    for(UInt32 i = 0; i < 3; ++i)
-        printReal(sm->getEmission()[i]);
-    std::printf("\n  shininess");
-    printReal(sm->getShininess());
-    std::printf("\n  transparency");
-    printReal(sm->getTransparency());
-    std::printf("\n  lit %s\n  colorMaterial %u\n", boolName(sm->getLit()),
+    printValues("ambient",   sm->getAmbient().getValuesRGB(), 3);
+    printValues("diffuse",   sm->getDiffuse().getValuesRGB(), 3);
+    printValues("specular",  sm->getSpecular().getValuesRGB(), 3);
+    printValues("emission",  sm->getEmission().getValuesRGB(), 3);
+    const Real32 shininess = sm->getShininess(), transparency = sm->getTransparency();
+    printValues("shininess", &shininess, 1);
+    printValues("transparency", &transparency, 1);
+    std::printf("  lit %s\n  colorMaterial %u\n", boolName(sm->getLit()),
                 UInt32(sm->getColorMaterial()));
 }
 
@@ -362,49 +349,9 @@ void printGeometry(GeometryPtr geo)
         std::printf("\n");
     }
 
-    GeoPositionsPtr positions = geo->getPositions();
-    if(positions != NullFC)
-    {
-        std::printf("  positions %u\n", positions->getSize());
-        for(UInt32 i = 0; i < positions->getSize(); ++i)
-        {
-            Pnt3f p = positions->getValue(i);
-            std::printf("   %u", i);
-            printReal(p[0]);
-            printReal(p[1]);
-            printReal(p[2]);
-            std::printf("\n");
-        }
-    }
-
-    GeoNormalsPtr normals = geo->getNormals();
-    if(normals != NullFC)
-    {
-        std::printf("  normals %u\n", normals->getSize());
-        for(UInt32 i = 0; i < normals->getSize(); ++i)
-        {
-            Vec3f n = normals->getValue(i);
-            std::printf("   %u", i);
-            printReal(n[0]);
-            printReal(n[1]);
-            printReal(n[2]);
-            std::printf("\n");
-        }
-    }
-
-    GeoTexCoordsPtr texCoords = geo->getTexCoords();
-    if(texCoords != NullFC)
-    {
-        std::printf("  texCoords %u\n", texCoords->getSize());
-        for(UInt32 i = 0; i < texCoords->getSize(); ++i)
-        {
-            Vec2f t = texCoords->getValue(i);
-            std::printf("   %u", i);
-            printReal(t[0]);
-            printReal(t[1]);
-            std::printf("\n");
-        }
-    }
+    printEach("positions", geo->getPositions(), 3);
+    printEach("normals",   geo->getNormals(),   3);
+    printEach("texCoords", geo->getTexCoords(), 2);
 }
 
 } // namespace

@@ -8,7 +8,11 @@
 
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
+
+#include <stdlib.h>
 
 using namespace osg;
 
@@ -47,6 +51,32 @@ void setBackgroundColor(SceneSetup &setup, const Color3f &color)
 std::string tempPath(const std::string &name)
 {
     return testing::TempDir() + "lumora-test-" + name;
+}
+
+TempDir::TempDir()
+{
+    std::string pattern = testing::TempDir() + "lumora-test-XXXXXX";
+    if(mkdtemp(&pattern[0]) != NULL)
+        _dir = pattern;
+    EXPECT_FALSE(_dir.empty()) << "no temporary directory from " << pattern;
+}
+
+TempDir::~TempDir()
+{
+    if(!_dir.empty())
+        std::filesystem::remove_all(_dir);
+}
+
+std::string TempDir::write(const std::string &name, const std::string &contents) const
+{
+    std::ofstream(path(name), std::ios::binary) << contents;
+    return path(name);
+}
+
+std::string TempDir::read(const std::string &name) const
+{
+    std::ifstream file(path(name), std::ios::binary);
+    return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
 }
 
 ImagePtr readImageBytes(const std::string &name, const std::string &bytes)

@@ -35,6 +35,25 @@ void setBackgroundColor(SceneSetup &setup, const osg::Color3f &color);
 // A file name in the test's temporary directory.
 std::string tempPath(const std::string &name);
 
+// A fresh directory, removed with all it holds when the object goes.
+class TempDir
+{
+  public:
+    TempDir();
+    ~TempDir();
+
+    TempDir(const TempDir &)            = delete;
+    TempDir &operator=(const TempDir &) = delete;
+
+    std::string path(const std::string &name) const { return _dir + "/" + name; }
+    // Writes contents to name; returns the file's path.
+    std::string write(const std::string &name, const std::string &contents) const;
+    std::string read (const std::string &name) const;
+
+  private:
+    std::string _dir;
+};
+
 // Writes bytes to a temporary file called name and reads it with the image
 // file handler; the image comes back with one reference, or NullFC.
 osg::ImagePtr readImageBytes(const std::string &name, const std::string &bytes);

@@ -184,24 +184,6 @@ TEST(Matrix, InverseTimesOriginalIsIdentity)
     }
 }
 
-TEST(Matrix, DeterminantOfKnownMatrices)
-{
-    const struct { M4 m; double det, det3; } cases[] = {
-        { { { 2, 0, 0, 0 }, { 0, 3, 0, 0 }, { 0, 0, 4, 0 }, { 0, 0, 0, 5 } }, 120, 24 },
-        { { { 1, 7, 3, 9 }, { 0, 2, 8, 4 }, { 0, 0, 3, 6 }, { 0, 0, 0, 4 } }, 24, 6 },
-        // Two rows swapped: sign flips.
-        { { { 0, 1, 0, 0 }, { 1, 0, 0, 0 }, { 0, 0, 1, 0 }, { 0, 0, 0, 1 } }, -1, -1 },
-        // Row 3 = row 0 + row 1: singular.
-        { { { 1, 2, 3, 4 }, { 5, 6, 7, 8 }, { 2, 1, 0, 3 }, { 6, 8, 10, 12 } }, 0, 1 * (6 * 0 - 7 * 1) - 2 * (5 * 0 - 7 * 2) + 3 * (5 * 1 - 6 * 2) },
-    };
-    for(const auto &c : cases)
-    {
-        const Matrix m = fromRows(c.m);
-        EXPECT_NEAR(m.det(),  c.det,  1e-4);
-        EXPECT_NEAR(m.det3(), c.det3, 1e-4);
-    }
-}
-
 TEST(Matrix, SingularInverseFailsAndYieldsIdentity)
 {
     const Matrix singular(1, 2, 3, 4, 2, 4, 6, 8, 0, 1, 0, 1, 1, 1, 1, 1);
@@ -214,28 +196,6 @@ TEST(Matrix, SingularInverseFailsAndYieldsIdentity)
     Matrix m(singular);
     EXPECT_FALSE(m.invert());
     EXPECT_EQ(m, Matrix::identity());
-}
-
-TEST(Matrix, MultAppliesTheRightOperandFirst)
-{
-    const Matrix translate(1, 0, 0, 5, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1);
-    const Matrix scale    (2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 1);
-
-    Matrix ts(translate);
-    ts.mult(scale);           // translate * scale: scale first
-    Matrix st(translate);
-    st.multLeft(scale);       // scale * translate: translate first
-
-    Pnt3f p(1.f, 0.f, 0.f), q(1.f, 0.f, 0.f);
-    ts.multMatrixPnt(p);
-    st.multMatrixPnt(q);
-    EXPECT_EQ(p, Pnt3f( 7.f, 0.f, 0.f));
-    EXPECT_EQ(q, Pnt3f(12.f, 0.f, 0.f));
-
-    // Vectors ignore translation.
-    Vec3f v(1.f, 0.f, 0.f);
-    ts.multMatrixVec(v);
-    EXPECT_EQ(v, Vec3f(2.f, 0.f, 0.f));
 }
 
 TEST(Matrix, FullPointTransformDividesByW)

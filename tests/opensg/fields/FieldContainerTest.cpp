@@ -211,25 +211,6 @@ TEST(FieldContainer, EndEditReportsTheEditedMask)
     subRefCP(fc);
 }
 
-TEST(FieldContainer, FieldIdsFollowTheParentsAndMasksAreBits)
-{
-    EXPECT_EQ(UInt32(AttachmentContainer::AttachmentsFieldId), 1u);
-    EXPECT_EQ(UInt32(ProbeContainer::ValueFieldId), 2u);
-    EXPECT_EQ(ProbeContainer::CountFieldMask, BitVector(1) << 3);
-    EXPECT_EQ(UInt32(Node::CoreFieldId), 6u);
-    EXPECT_EQ(sizeof(BitVector), 8u);
-}
-
-TEST(FieldContainerPtr, DowncastChecksTheDynamicType)
-{
-    NodeCorePtr core = Group::create();
-    EXPECT_NE(GroupPtr::dcast(core), NullFC);
-    EXPECT_EQ(ProbeContainerPtr::dcast(core), NullFC);
-    EXPECT_EQ(GroupPtr::dcast(NodeCorePtr()), NullFC);
-    addRefCP(core);
-    subRefCP(core);
-}
-
 TEST(FieldTypes, PointerFieldTypesAreRegisteredWithFieldParent)
 {
     const FieldType &single = SFGroupPtr::getClassType();
@@ -239,27 +220,6 @@ TEST(FieldTypes, PointerFieldTypesAreRegisteredWithFieldParent)
     EXPECT_EQ(std::string(MFNodePtr::getClassType().getCName()), "MFNodePtr");
     EXPECT_EQ(SFBool::getClassType().getName(), "SFBool");
     EXPECT_EQ(SFTime::getClassType().getName(), "SFTime");
-}
-
-TEST(Log, WarningsAreCapturedAndLevelsFilter)
-{
-    testsupport::LogCapture capture(LOG_WARNING);
-    SWARNING << "Probe::op: bad " << 42 << std::endl;
-    SNOTICE  << "hidden notice" << std::endl;
-    FWARNING(("value %d\n", 7));
-    PLOG << "plain" << std::endl;
-
-    EXPECT_TRUE(capture.contains("Probe::op: bad 42"));
-    EXPECT_TRUE(capture.contains("value 7"));
-    EXPECT_TRUE(capture.contains("plain"));
-    EXPECT_FALSE(capture.contains("hidden notice"));
-}
-
-TEST(Init, InitFunctionsRunOnceAndStateIsRunning)
-{
-    EXPECT_EQ(GlobalSystemState, Running);
-    EXPECT_TRUE(osgInit(0, NULL));
-    EXPECT_EQ(GlobalSystemState, Running);
 }
 
 TEST(FieldContainerType, PrototypeOfATypeRegisteredLateIsMadeAsInStartup)
@@ -352,30 +312,4 @@ TEST(FieldReflection, EveryDeclaredFieldIsDescribed)
         }
     }
     EXPECT_GT(checked, 100u);
-}
-
-TEST(FieldReflection, GenericAccessByNameEditsTheContainer)
-{
-    NodePtr node = Node::create();
-    addRefCP(node);
-    SFUInt32 *travMask = dynamic_cast<SFUInt32 *>(node->getField("travMask"));
-    ASSERT_NE(travMask, nullptr);
-    travMask->setValue(0x5u);
-    EXPECT_EQ(node->getTravMask(), 0x5u);
-    EXPECT_NE(node->getField("children"), nullptr);
-    EXPECT_NE(node->getField("core"),     nullptr);
-    EXPECT_EQ(node->getField("TravMask"), nullptr);
-    subRefCP(node);
-
-    SolidBackgroundPtr background = SolidBackground::create();
-    addRefCP(background);
-    EXPECT_EQ(background->getField("color"), background->getSFColor());
-    EXPECT_EQ(background->getField(SolidBackground::ColorFieldId), background->getSFColor());
-
-    TextureChunkPtr texture = TextureChunk::create();
-    addRefCP(texture);
-    EXPECT_EQ(texture->getField("GLId"),      texture->getSFGLId());
-    EXPECT_EQ(texture->getField("minFilter"), texture->getSFMinFilter());
-    subRefCP(texture);
-    subRefCP(background);
 }

@@ -2,6 +2,7 @@
 #include <OpenSG/OSGNode.h>
 #include <OpenSG/OSGSceneFileHandler.h>
 
+#include "support/Builders.h"
 #include "support/LogCapture.h"
 
 #include <gtest/gtest.h>
@@ -10,9 +11,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <string>
 
@@ -34,9 +32,6 @@ class AssimpImporter : public ::testing::Test
   protected:
     void SetUp() override
     {
-        char pattern[] = "/tmp/lumora-importer-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        _dir = pattern;
         const char *previous = std::getenv("OSG_ASSIMP_IMPORTER");
         _hadPrevious = previous != nullptr;
         if(_hadPrevious)
@@ -50,36 +45,21 @@ class AssimpImporter : public ::testing::Test
             setenv("OSG_ASSIMP_IMPORTER", _previous.c_str(), 1);
         else
             unsetenv("OSG_ASSIMP_IMPORTER");
-        std::filesystem::remove_all(_dir);
     }
 
-    std::string path(const std::string &name) const { return _dir + "/" + name; }
-
-    std::string write(const std::string &name, const std::string &contents)
-    {
-        std::ofstream(path(name), std::ios::binary) << contents;
-        return path(name);
-    }
 
     // A stand-in importer: a shell script of the given body, used for the
     // next loads.
     void useImporterScript(const std::string &body)
     {
-        const std::string script = write("importer.sh", "#!/bin/sh\n" + body + "\n");
+        const std::string script = dir.write("importer.sh", "#!/bin/sh\n" + body + "\n");
         ASSERT_EQ(chmod(script.c_str(), 0755), 0);
         setenv("OSG_ASSIMP_IMPORTER", script.c_str(), 1);
     }
 
-    std::string read(const std::string &name) const
-    {
-        std::ifstream file(path(name), std::ios::binary);
-        return std::string((std::istreambuf_iterator<char>(file)),
-                           std::istreambuf_iterator<char>());
-    }
-
-    std::string _dir;
-    std::string _previous;
-    bool        _hadPrevious = false;
+    testsupport::TempDir dir;
+    std::string          _previous;
+    bool                 _hadPrevious = false;
 };
 
 // The quad, post-processed: two triangles and a normal for every vertex.
@@ -101,7 +81,7 @@ void expectTriangulatedQuadWithNormals(NodePtr root)
 
 TEST_F(AssimpImporter, FoundBesideTheLibraryWithoutAWarning)
 {
-    const std::string model = write("quad.obj", s_quadObj);
+    const std::string model = dir.write("quad.obj", s_quadObj);
     testsupport::LogCapture log;
     expectTriangulatedQuadWithNormals(SceneFileHandler::the().read(model.c_str()));
     EXPECT_FALSE(log.contains("osg-assimp-import")) << log.text();
@@ -111,12 +91,12 @@ TEST_F(AssimpImporter, FoundBesideTheLibraryWithoutAWarning)
 // process as its parent; a stream's bytes come on its standard input.
 TEST_F(AssimpImporter, RunsTheProgramWithTheModelAndItsParent)
 {
-    useImporterScript("printf '%s\\n' \"$@\" > " + path("args") + "\n"
+    useImporterScript("printf '%s\\n' \"$@\" > " + dir.path("args") + "\n"
                       "exec '" OSG_ASSIMP_IMPORTER_BUILT "' \"$@\"");
-    const std::string model = write("quad.obj", s_quadObj);
+    const std::string model = dir.write("quad.obj", s_quadObj);
 
     expectTriangulatedQuadWithNormals(SceneFileHandler::the().read(model.c_str()));
-    std::istringstream args(read("args"));
+    std::istringstream args(dir.read("args"));
     std::string arg, parent;
     bool named = false;
     while(std::getline(args, arg))
@@ -125,19 +105,19 @@ TEST_F(AssimpImporter, RunsTheProgramWithTheModelAndItsParent)
         if(arg == "--parent")
             std::getline(args, parent);
     }
-    EXPECT_TRUE(named) << read("args");
+    EXPECT_TRUE(named) << dir.read("args");
     EXPECT_EQ(parent, std::to_string(getpid()));
 
     std::istringstream stream(s_quadObj);
     expectTriangulatedQuadWithNormals(SceneFileHandler::the().read(stream, "obj"));
-    EXPECT_NE(read("args").find("--hint\nobj\n-\n"), std::string::npos) << read("args");
+    EXPECT_NE(dir.read("args").find("--hint\nobj\n-\n"), std::string::npos) << dir.read("args");
 }
 
 TEST_F(AssimpImporter, MissingProgramWarnsWhereItLookedAndLoadsInProcess)
 {
-    const std::string missing = path("no-such-importer");
+    const std::string missing = dir.path("no-such-importer");
     setenv("OSG_ASSIMP_IMPORTER", missing.c_str(), 1);
-    const std::string model = write("quad.obj", s_quadObj);
+    const std::string model = dir.write("quad.obj", s_quadObj);
 
     testsupport::LogCapture log;
     expectTriangulatedQuadWithNormals(SceneFileHandler::the().read(model.c_str()));
@@ -162,7 +142,7 @@ class ImporterOutcome : public AssimpImporter,
 TEST_P(ImporterOutcome, IsReportedForTheModel)
 {
     useImporterScript(GetParam().script);
-    const std::string model = write("quad.obj", s_quadObj);
+    const std::string model = dir.write("quad.obj", s_quadObj);
 
     testsupport::LogCapture log;
     NodePtr root = SceneFileHandler::the().read(model.c_str());

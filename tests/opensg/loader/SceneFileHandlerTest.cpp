@@ -9,18 +9,16 @@
 #include <OpenSG/OSGSimpleTexturedMaterial.h>
 #include <OpenSG/OSGTransform.h>
 
+#include "support/Builders.h"
 #include "support/LiveObjects.h"
 #include "support/LogCapture.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
 #include <functional>
 #include <set>
 #include <sstream>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 using namespace osg;
@@ -32,29 +30,6 @@ namespace
 class SceneFileTest : public ::testing::Test
 {
   protected:
-    void SetUp() override
-    {
-        char pattern[] = "/tmp/lumora-loader-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        _dir = pattern;
-    }
-
-    void TearDown() override
-    {
-        for(const std::string &file : _files)
-            unlink(file.c_str());
-        rmdir(_dir.c_str());
-    }
-
-    std::string path(const std::string &name) const { return _dir + "/" + name; }
-
-    std::string write(const std::string &name, const std::string &contents)
-    {
-        const std::string file = path(name);
-        std::ofstream(file, std::ios::binary) << contents;
-        _files.push_back(file);
-        return file;
-    }
 
     // A 3x2 RGB image whose pixels all differ, bottom row first.
     std::string writeTexture(const std::string &name)
@@ -64,15 +39,12 @@ class SceneFileTest : public ::testing::Test
         const UInt8 pixels[] = { 255, 0, 0,   0, 255, 0,   0, 0, 255,
                                  255, 255, 0, 0, 255, 255, 255, 0, 255 };
         image->set(Image::OSG_RGB_PF, 3, 2, 1, 1, 1, 0.0, pixels);
-        const std::string file = path(name);
-        EXPECT_TRUE(image->write(file.c_str()));
+        EXPECT_TRUE(image->write(dir.path(name).c_str()));
         subRefCP(image);
-        _files.push_back(file);
-        return file;
+        return dir.path(name);
     }
 
-    std::string _dir;
-    std::vector<std::string> _files;
+    testsupport::TempDir dir;
 };
 
 void collect(NodePtr node, const std::function<bool(NodePtr)> &match, std::vector<NodePtr> &out);
@@ -129,7 +101,9 @@ Pnt3f worldPoint(NodePtr node, const Pnt3f &p)
 
 const Real32 s_tol = 1e-5f;
 
-void expectColor(const Color3f &actual, Real32 r, Real32 g, Real32 b, const char *what)
+// A colour or point, within s_tol a component.
+template <class T>
+void expectXYZ(const T &actual, Real32 r, Real32 g, Real32 b, const char *what)
 {
     EXPECT_NEAR(actual[0], r, s_tol) << what;
     EXPECT_NEAR(actual[1], g, s_tol) << what;
@@ -182,8 +156,8 @@ const char *s_quadMtl =
 TEST_F(SceneFileTest, ObjQuadWithMaterialAndTexture)
 {
     writeTexture("tex.png");
-    write("quad.mtl", s_quadMtl);
-    const std::string file = write("quad.obj", s_quadObj);
+    dir.write("quad.mtl", s_quadMtl);
+    const std::string file = dir.write("quad.obj", s_quadObj);
 
     Scene scene(SceneFileHandler::the().read(file.c_str()));
     GeometryPtr geo = scene.onlyGeometry();
@@ -214,10 +188,10 @@ TEST_F(SceneFileTest, ObjQuadWithMaterialAndTexture)
 
     SimpleTexturedMaterialPtr mat = SimpleTexturedMaterialPtr::dcast(geo->getMaterial());
     ASSERT_NE(mat, NullFC);
-    expectColor(mat->getDiffuse(),  0.2f, 0.4f, 0.6f, "diffuse");
-    expectColor(mat->getAmbient(),  0.05f, 0.05f, 0.05f, "ambient");
-    expectColor(mat->getSpecular(), 0.5f, 0.25f, 0.125f, "specular");
-    expectColor(mat->getEmission(), 0.1f, 0.f, 0.3f, "emission");
+    expectXYZ(mat->getDiffuse(),  0.2f, 0.4f, 0.6f, "diffuse");
+    expectXYZ(mat->getAmbient(),  0.05f, 0.05f, 0.05f, "ambient");
+    expectXYZ(mat->getSpecular(), 0.5f, 0.25f, 0.125f, "specular");
+    expectXYZ(mat->getEmission(), 0.1f, 0.f, 0.3f, "emission");
     EXPECT_NEAR(mat->getShininess(), 40.f, s_tol);
     EXPECT_NEAR(mat->getTransparency(), 0.25f, s_tol);
     ASSERT_STREQ(getName(mat), "Painted");
@@ -237,8 +211,8 @@ TEST_F(SceneFileTest, ObjQuadWithMaterialAndTexture)
 
 TEST_F(SceneFileTest, MissingTextureLeavesAnUntexturedMaterialAndAWarning)
 {
-    write("quad.mtl", s_quadMtl);
-    const std::string file = write("quad.obj", s_quadObj);
+    dir.write("quad.mtl", s_quadMtl);
+    const std::string file = dir.write("quad.obj", s_quadObj);
 
     testsupport::LogCapture log;
     Scene scene(SceneFileHandler::the().read(file.c_str()));
@@ -248,7 +222,7 @@ TEST_F(SceneFileTest, MissingTextureLeavesAnUntexturedMaterialAndAWarning)
     MaterialPtr mat = geo->getMaterial();
     EXPECT_EQ(SimpleTexturedMaterialPtr::dcast(mat), NullFC);
     ASSERT_NE(SimpleMaterialPtr::dcast(mat), NullFC);
-    expectColor(SimpleMaterialPtr::dcast(mat)->getDiffuse(), 0.2f, 0.4f, 0.6f, "diffuse");
+    expectXYZ(SimpleMaterialPtr::dcast(mat)->getDiffuse(), 0.2f, 0.4f, 0.6f, "diffuse");
 }
 
 // Opacity maps to transparency, except that a surface no file means to hide
@@ -264,8 +238,8 @@ TEST_F(SceneFileTest, OpacityBecomesTransparencyButZeroStaysOpaque)
     for(const auto &c : cases)
     {
         SCOPED_TRACE(c.opacity);
-        write("quad.mtl", std::string("newmtl Painted\nKd 0.2 0.4 0.6\nd ") + c.opacity + "\n");
-        const std::string file = write("quad.obj", s_quadObj);
+        dir.write("quad.mtl", std::string("newmtl Painted\nKd 0.2 0.4 0.6\nd ") + c.opacity + "\n");
+        const std::string file = dir.write("quad.obj", s_quadObj);
 
         testsupport::LogCapture log;
         Scene scene(SceneFileHandler::the().read(file.c_str()));
@@ -281,7 +255,7 @@ TEST_F(SceneFileTest, OpacityBecomesTransparencyButZeroStaysOpaque)
 
 TEST_F(SceneFileTest, PlyQuadWithVertexColours)
 {
-    const std::string file = write("quad.ply",
+    const std::string file = dir.write("quad.ply",
         "ply\n"
         "format ascii 1.0\n"
         "element vertex 4\n"
@@ -312,34 +286,8 @@ TEST_F(SceneFileTest, PlyQuadWithVertexColours)
         const Color3f c = geo->getColors()->getValue(v);
         const Real32 expected[4][3] = { { 1, 0, 0 }, { 0, 1, 0 }, { 0, 0, 1 }, { 1, 1, 1 } };
         const int corner = p[0] < .5f ? (p[1] < .5f ? 0 : 3) : (p[1] < .5f ? 1 : 2);
-        expectColor(c, expected[corner][0], expected[corner][1], expected[corner][2], "colour");
+        expectXYZ(c, expected[corner][0], expected[corner][1], expected[corner][2], "colour");
     }
-}
-
-std::string base64(const std::string &bytes)
-{
-    static const char alphabet[] =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::string out;
-    size_t i = 0;
-    for(; i + 2 < bytes.size(); i += 3)
-    {
-        const unsigned v = (UInt8(bytes[i]) << 16) | (UInt8(bytes[i + 1]) << 8) | UInt8(bytes[i + 2]);
-        out += alphabet[v >> 18]; out += alphabet[(v >> 12) & 63];
-        out += alphabet[(v >> 6) & 63]; out += alphabet[v & 63];
-    }
-    if(i + 1 == bytes.size())
-    {
-        const unsigned v = UInt8(bytes[i]) << 16;
-        out += alphabet[v >> 18]; out += alphabet[(v >> 12) & 63]; out += "==";
-    }
-    else if(i + 2 == bytes.size())
-    {
-        const unsigned v = (UInt8(bytes[i]) << 16) | (UInt8(bytes[i + 1]) << 8);
-        out += alphabet[v >> 18]; out += alphabet[(v >> 12) & 63];
-        out += alphabet[(v >> 6) & 63]; out += '=';
-    }
-    return out;
 }
 
 template <class T> void append(std::string &buffer, std::initializer_list<T> values)
@@ -348,15 +296,9 @@ template <class T> void append(std::string &buffer, std::initializer_list<T> val
         buffer.append(reinterpret_cast<const char *>(&v), sizeof(v));
 }
 
-std::string readAll(const std::string &file)
-{
-    std::ifstream is(file, std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(is)), std::istreambuf_iterator<char>());
-}
-
 // One triangle with normals, texture coordinates, a textured material, a
-// camera and a point light, every byte embedded in the file.
-std::string triangleGltf(const std::string &pngBytes)
+// camera and a point light; the buffer goes to triangle.bin.
+std::string triangleGltf(const testsupport::TempDir &dir)
 {
     std::string buffer;
     append<float>(buffer, { 0, 0, 0,  1, 0, 0,  0, 1, 0 });          // positions, 36
@@ -364,6 +306,7 @@ std::string triangleGltf(const std::string &pngBytes)
     append<float>(buffer, { 0, 0,  1, 0,  0, 1 });                   // texcoords, 24
     append<UInt16>(buffer, { 0, 1, 2 });                             // indices, 6
 
+    dir.write("triangle.bin", buffer);
     std::ostringstream gltf;
     gltf << R"({
   "asset": { "version": "2.0" },
@@ -386,9 +329,8 @@ std::string triangleGltf(const std::string &pngBytes)
                               "baseColorTexture": { "index": 0 } },
     "emissiveFactor": [ 0.1, 0.2, 0.3 ] } ],
   "textures": [ { "source": 0 } ],
-  "images": [ { "uri": "data:image/png;base64,)" << base64(pngBytes) << R"(" } ],
-  "buffers": [ { "byteLength": )" << buffer.size()
-         << R"(, "uri": "data:application/octet-stream;base64,)" << base64(buffer) << R"(" } ],
+  "images": [ { "uri": "tex.png" } ],
+  "buffers": [ { "byteLength": )" << buffer.size() << R"(, "uri": "triangle.bin" } ],
   "bufferViews": [
     { "buffer": 0, "byteOffset": 0,  "byteLength": 36 },
     { "buffer": 0, "byteOffset": 36, "byteLength": 36 },
@@ -404,10 +346,10 @@ std::string triangleGltf(const std::string &pngBytes)
     return gltf.str();
 }
 
-TEST_F(SceneFileTest, Gltf2WithEmbeddedBuffersCameraAndLight)
+TEST_F(SceneFileTest, Gltf2WithTexturedMaterialCameraAndLight)
 {
-    const std::string png  = readAll(writeTexture("tex.png"));
-    const std::string file = write("triangle.gltf", triangleGltf(png));
+    writeTexture("tex.png");
+    const std::string file = dir.write("triangle.gltf", triangleGltf(dir));
 
     Scene scene(SceneFileHandler::the().read(file.c_str()));
     GeometryPtr geo = scene.onlyGeometry();
@@ -427,14 +369,12 @@ TEST_F(SceneFileTest, Gltf2WithEmbeddedBuffersCameraAndLight)
     }
 
     // The node's translation is a Transform above the geometry.
-    const Pnt3f corner = worldPoint(geometryNodes(scene.root)[0], Pnt3f(1, 0, 0));
-    EXPECT_NEAR(corner[0], 1.f, s_tol);
-    EXPECT_NEAR(corner[2], -5.f, s_tol);
+    expectXYZ(worldPoint(geometryNodes(scene.root)[0], Pnt3f(1, 0, 0)), 1, 0, -5, "corner");
 
     SimpleTexturedMaterialPtr mat = SimpleTexturedMaterialPtr::dcast(geo->getMaterial());
     ASSERT_NE(mat, NullFC);
-    expectColor(mat->getDiffuse(),  0.5f, 0.25f, 1.f, "diffuse");
-    expectColor(mat->getEmission(), 0.1f, 0.2f, 0.3f, "emission");
+    expectXYZ(mat->getDiffuse(),  0.5f, 0.25f, 1.f, "diffuse");
+    expectXYZ(mat->getEmission(), 0.1f, 0.2f, 0.3f, "emission");
     ASSERT_NE(mat->getImage(), NullFC);
     EXPECT_EQ(mat->getImage()->getWidth(), 3);
     EXPECT_EQ(mat->getImage()->getHeight(), 2);
@@ -442,13 +382,9 @@ TEST_F(SceneFileTest, Gltf2WithEmbeddedBuffersCameraAndLight)
     // The light wraps the scene so that it lights it, placed by its node.
     PointLightPtr light = PointLightPtr::dcast(scene.root->getCore());
     ASSERT_NE(light, NullFC);
-    const Color4f diffuse = light->getDiffuse();
-    expectColor(Color3f(diffuse[0], diffuse[1], diffuse[2]), 1.f, .5f, .25f, "light");
+    expectXYZ(light->getDiffuse(), 1.f, .5f, .25f, "light");
     ASSERT_NE(light->getBeacon(), NullFC);
-    const Pnt3f lamp = worldPoint(light->getBeacon(), light->getPosition());
-    EXPECT_NEAR(lamp[0], 1.f, s_tol);
-    EXPECT_NEAR(lamp[1], 2.f, s_tol);
-    EXPECT_NEAR(lamp[2], 3.f, s_tol);
+    expectXYZ(worldPoint(light->getBeacon(), light->getPosition()), 1, 2, 3, "lamp");
 
     // The camera is attached to its beacon, which sits at the camera node
     // and looks down -Z.
@@ -465,15 +401,13 @@ TEST_F(SceneFileTest, Gltf2WithEmbeddedBuffersCameraAndLight)
     EXPECT_EQ(getAttachedCamera(beacon), cameras[0]);
     const Pnt3f eye   = worldPoint(beacon, Pnt3f(0, 0, 0));
     const Pnt3f ahead = worldPoint(beacon, Pnt3f(0, 0, -1));
-    EXPECT_NEAR(eye[0], 0.f, s_tol);
-    EXPECT_NEAR(eye[1], 1.f, s_tol);
-    EXPECT_NEAR(eye[2], 10.f, s_tol);
+    expectXYZ(eye, 0, 1, 10, "eye");
     EXPECT_NEAR(ahead[2] - eye[2], -1.f, s_tol);
 }
 
 TEST_F(SceneFileTest, PointCloudBecomesIndexedPoints)
 {
-    const std::string file = write("points.ply",
+    const std::string file = dir.write("points.ply",
         "ply\n"
         "format ascii 1.0\n"
         "element vertex 5\n"
@@ -493,22 +427,11 @@ TEST_F(SceneFileTest, PointCloudBecomesIndexedPoints)
     EXPECT_EQ(xs, (std::set<Real32>{ 0, 1, 2, 3, 4 }));
 }
 
-TEST_F(SceneFileTest, StreamReadUsesTheGivenSuffix)
-{
-    std::istringstream quad(
-        "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nf 1 2 3 4\n");
-    Scene scene(SceneFileHandler::the().read(quad, "obj"));
-    GeometryPtr geo = scene.onlyGeometry();
-    ASSERT_NE(geo, NullFC);
-    EXPECT_EQ(geo->getIndices()->size(), 6u);
-    expectFacingPlusZ(geo);
-}
-
 TEST_F(SceneFileTest, ReleasingTheSceneFreesEveryContainer)
 {
     writeTexture("tex.png");
-    write("quad.mtl", s_quadMtl);
-    const std::string file = write("quad.obj", s_quadObj);
+    dir.write("quad.mtl", s_quadMtl);
+    const std::string file = dir.write("quad.obj", s_quadObj);
 
     const testsupport::LiveObjects before = testsupport::LiveObjects::countContainers();
     {
@@ -561,7 +484,7 @@ TEST_F(SceneFileTest, UnreadableFilesGiveNullAndAWarningNamingThem)
     };
     for(const Case &c : cases)
     {
-        const std::string file = c.create ? write(c.name, c.contents) : path(c.name);
+        const std::string file = c.create ? dir.write(c.name, c.contents) : dir.path(c.name);
         testsupport::LogCapture log;
         NodePtr root = SceneFileHandler::the().read(file.c_str());
         EXPECT_EQ(root, NullFC) << c.name;

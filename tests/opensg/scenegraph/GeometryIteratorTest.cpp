@@ -1,5 +1,4 @@
 #include <OpenSG/OSGGeometry.h>
-#include <OpenSG/OSGSimpleGeometry.h>
 #include <OpenSG/OSGTriangleIterator.h>
 #include <OpenSG/OSGLineIterator.h>
 #include <OpenSG/OSGEdgeIterator.h>
@@ -222,32 +221,5 @@ TEST_P(GeometryIterators, LinesAndEdgesJoinTheVerticesGLJoins)
 INSTANTIATE_TEST_SUITE_P(Geometry, GeometryIterators, ::testing::Values(false, true),
                          [](const ::testing::TestParamInfo<bool> &info)
                          { return info.param ? "Indexed" : "Direct"; });
-
-// Triangle areas of the simple shapes add up to their surface.
-TEST(TriangleIterator, TrianglesOfSimpleShapesCoverTheirSurface)
-{
-    struct Shape { const char *name; GeometryPtr geo; Real32 area; };
-    const Shape shapes[] = {
-        { "plane 2x3",   makePlaneGeo(2.f, 3.f, 4, 3),            6.f  },
-        { "box 1x2x3",   makeBoxGeo(1.f, 2.f, 3.f, 2, 2, 2),      22.f },
-        { "cylinder",    makeCylinderGeo(2.f, 1.f, 64, true, true, true),
-                          Real32(2 * 3.14159265 * 2 + 2 * 3.14159265) },
-    };
-    for(const Shape &shape : shapes)
-    {
-        SCOPED_TRACE(shape.name);
-        addRefCP(shape.geo);
-        Real32 area = 0.f;
-        for(TriangleIterator it = shape.geo->beginTriangles(); it != shape.geo->endTriangles(); ++it)
-        {
-            const Vec3f a = it.getPosition(1) - it.getPosition(0);
-            const Vec3f b = it.getPosition(2) - it.getPosition(0);
-            area += 0.5f * a.cross(b).length();
-        }
-        // The 64-sided cylinder is 0.3% short of the round one.
-        EXPECT_NEAR(area, shape.area, shape.area * 0.005f);
-        subRefCP(shape.geo);
-    }
-}
 
 } // namespace

@@ -73,19 +73,14 @@ TEST(GeoProperty, GenericAccessConvertsToAndFromTheStoredType)
     subRefCP(indices);
 }
 
+// Every primitive type is counted by the iterator tests; these are the
+// geometries they do not build.
 TEST(Geometry, CountTrianglesFollowsThePrimitiveTypes)
 {
     struct Case { std::vector<UInt8> types; std::vector<UInt32> lengths; UInt32 triangles; };
     const Case cases[] =
     {
-        { { GL_TRIANGLES },      { 9 },     3 },
-        { { GL_TRIANGLE_STRIP }, { 7 },     5 },
-        { { GL_TRIANGLE_FAN },   { 6 },     4 },
-        { { GL_POLYGON },        { 5 },     3 },
-        { { GL_QUADS },          { 8 },     4 },
-        { { GL_QUAD_STRIP },     { 8 },     6 },
         { { GL_LINES, GL_POINTS, GL_LINE_STRIP }, { 4, 3, 5 }, 0 },
-        { { GL_TRIANGLES, GL_TRIANGLE_STRIP },    { 3, 4 },    3 },
         { { GL_TRIANGLES },      { },       4 },   // no lengths: all 12 positions
     };
 

@@ -1,10 +1,7 @@
 #include <OpenSG/OSGFieldContainerFactory.h>
 #include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGGroup.h>
-#include <OpenSG/OSGMaterialGroup.h>
 #include <OpenSG/OSGNode.h>
-#include <OpenSG/OSGPointLight.h>
-#include <OpenSG/OSGSimpleMaterial.h>
 #include <OpenSG/OSGSwitch.h>
 #include <OpenSG/OSGTransform.h>
 
@@ -139,58 +136,6 @@ TEST(Node, SetCoreMovesTheNodeBetweenTheCoresParents)
     EXPECT_TRUE(second->getParents().empty());
     EXPECT_EQ(second.getRefCount(), 1);
     subRefCP(second);
-}
-
-TEST(Node, ReferenceCountingSettersHoldTheirTargetsUntilReplacedOrDestroyed)
-{
-    MaterialPtr       material = SimpleMaterial::create();
-    NodePtr           beacon   = Node::create();
-    GeoPositions3fPtr pos      = GeoPositions3f::create();
-    addRefCP(material);
-    addRefCP(beacon);
-    addRefCP(pos);
-
-    MaterialGroupPtr mg    = MaterialGroup::create();
-    PointLightPtr    light = PointLight::create();
-    GeometryPtr      geo   = Geometry::create();
-    addRefCP(mg);
-    addRefCP(light);
-    addRefCP(geo);
-
-    mg->setMaterial(material);
-    light->setBeacon(beacon);
-    geo->setMaterial(material);
-    geo->setPositions(pos);
-    EXPECT_EQ(material.getRefCount(), 3);
-    EXPECT_EQ(beacon.getRefCount(), 2);
-    EXPECT_EQ(pos.getRefCount(), 2);
-    ASSERT_EQ(pos->getParents().size(), 1u);
-    EXPECT_EQ(pos->getParents()[0], FieldContainerPtr(geo));
-
-    // Setting the same target again changes nothing.
-    mg->setMaterial(material);
-    geo->setPositions(pos);
-    EXPECT_EQ(material.getRefCount(), 3);
-    EXPECT_EQ(pos.getRefCount(), 2);
-
-    mg->setMaterial(NullFC);
-    geo->setPositions(NullFC);
-    EXPECT_EQ(material.getRefCount(), 2);
-    EXPECT_EQ(pos.getRefCount(), 1);
-    EXPECT_TRUE(pos->getParents().empty());
-
-    geo->setPositions(pos);
-    subRefCP(geo);
-    subRefCP(light);
-    subRefCP(mg);
-    EXPECT_EQ(material.getRefCount(), 1);
-    EXPECT_EQ(beacon.getRefCount(), 1);
-    EXPECT_EQ(pos.getRefCount(), 1);
-    EXPECT_TRUE(pos->getParents().empty());
-
-    subRefCP(material);
-    subRefCP(beacon);
-    subRefCP(pos);
 }
 
 TEST(Node, GetToWorldIncludesEveryTransformOnThePathAndTheNodesOwn)

@@ -95,6 +95,10 @@ struct LayoutCase
     std::function<Real32(const Vec3f &)> normalLength;
     // The point each vertex normal must point away from.
     std::function<Pnt3f(const Pnt3f &)>  inner;
+    // A corner whose texture coordinate the layout fixes.
+    Pnt3f                        probe;
+    Vec3f                        probeNormal;
+    Vec2f                        probeTexCoord;
 };
 
 Real32 unit(const Vec3f &) { return 1; }
@@ -124,7 +128,8 @@ std::vector<LayoutCase> layoutCases()
           5 * 4, 5 * 4, repeat(3, strip, 2 * 5), { 5, 0, 6, 1 }, 2 * 4 * 3,
           Pnt3f(-1, -.5f, 0), Vec3f(0, 0, 1), Vec2f(0, 0),
           Pnt3f(-1, -.5f, 0), Pnt3f(1, .5f, 0), Vec2f(0, 0), Vec2f(1, 1), unit,
-          [](const Pnt3f &p) { return Pnt3f(p[0], p[1], -1); } },
+          [](const Pnt3f &p) { return Pnt3f(p[0], p[1], -1); },
+          Pnt3f(1, .5f, 0), Vec3f(0, 0, 1), Vec2f(1, 1) },
         // +Z, -Z (x by y), +X, -X (z by y), +Y, -Y (x by z).
         { "box 2x4x6, 1x2x3", [] { return makeBoxGeo(2, 4, 6, 1, 2, 3); },
           2 * (2 * 3 + 4 * 3 + 2 * 4), 2 * (2 * 3 + 4 * 3 + 2 * 4),
@@ -132,47 +137,55 @@ std::vector<LayoutCase> layoutCases()
           repeat(2, strip, 2 * 4) + repeat(3, strip, 2 * 2) + repeat(3, strip, 2 * 2),
           { 2, 0, 3, 1, 4, 2, 5, 3, 8, 6 }, 2 * 2 * (1 * 2 + 3 * 2 + 1 * 3),
           Pnt3f(-1, -2, 3), Vec3f(0, 0, 1), Vec2f(0, 0),
-          Pnt3f(-1, -2, -3), Pnt3f(1, 2, 3), Vec2f(0, 0), Vec2f(1, 1), unit, origin },
+          Pnt3f(-1, -2, -3), Pnt3f(1, 2, 3), Vec2f(0, 0), Vec2f(1, 1), unit, origin,
+          Pnt3f(1, 2, -3), Vec3f(0, 1, 0), Vec2f(1, 1) },
         { "cylinder", [=] { return makeCylinderGeo(2, .5f, s, true, true, true); },
           2 * (s + 1) + 2 * s, 2 * (s + 1) + 2 * s,
           repeat(1, strip, 2 * (s + 1)) + repeat(2, GL_POLYGON, s), { s + 1, 0, s + 2, 1 },
           2 * s + 2 * (s - 2),
           Pnt3f(0, 1, -.5f), Vec3f(0, 0, -1), Vec2f(1, 1),
-          Pnt3f(-.5f, -1, -.5f), Pnt3f(.5f, 1, .5f), Vec2f(0, 0), Vec2f(1, 1), unit, origin },
+          Pnt3f(-.5f, -1, -.5f), Pnt3f(.5f, 1, .5f), Vec2f(0, 0), Vec2f(1, 1), unit, origin,
+          Pnt3f(.5f, -1, 0), Vec3f(1, 0, 0), Vec2f(.75f, 0) },
         { "cone", [=] { return makeConeGeo(3, 1, s, true, true); },
           2 * (s + 1) + s, 2 * (s + 1) + s,
           repeat(1, strip, 2 * (s + 1)) + repeat(1, GL_POLYGON, s), { s + 1, 0, s + 2, 1 },
           2 * s + (s - 2),
           Pnt3f(0, 1.5f, 0), Vec3f(0, 1, -3) * (std::sqrt(10.f) / 9), Vec2f(1, 1),
-          Pnt3f(-1, -1.5f, -1), Pnt3f(1, 1.5f, 1), Vec2f(0, 0), Vec2f(1, 1), coneNormal, origin },
+          Pnt3f(-1, -1.5f, -1), Pnt3f(1, 1.5f, 1), Vec2f(0, 0), Vec2f(1, 1), coneNormal, origin,
+          Pnt3f(0, -1.5f, -1), Vec3f(0, -1, 0), Vec2f(.5f, 0) },
         { "frustum without side", [=] { return makeConicalFrustumGeo(1, .5f, 1, s, false, true, true); },
           2 * s, 2 * s, repeat(2, GL_POLYGON, s), { 0, 1, 2 }, 2 * (s - 2),
           Pnt3f(-sin8, .5f, -cos8), Vec3f(0, 1, 0), Vec2f(.5f - sin8, .5f + cos8),
-          Pnt3f(-1, -.5f, -1), Pnt3f(1, .5f, 1), Vec2f(0, 0), Vec2f(1, 1), unit, origin },
+          Pnt3f(-1, -.5f, -1), Pnt3f(1, .5f, 1), Vec2f(0, 0), Vec2f(1, 1), unit, origin,
+          Pnt3f(-1, -.5f, 0), Vec3f(0, -1, 0), Vec2f(0, .5f) },
         { "torus", [=] { return makeTorusGeo(.25f, 1, s, 2 * s); },
           (2 * s + 1) * (s + 1), (2 * s + 1) * (s + 1),
           repeat(s, strip, 2 * (2 * s + 1)), { 0, 1, s + 1, s + 2 }, 2 * 2 * s * s,
           Pnt3f(1.25f, 0, 0), Vec3f(1, 0, 0), Vec2f(0, 0),
           Pnt3f(-1.25f, -1.25f, -.25f), Pnt3f(1.25f, 1.25f, .25f), Vec2f(-1, 0), Vec2f(0, 1),
-          unit, torusTubeCentre },
+          unit, torusTubeCentre,
+          Pnt3f(0, -1, .25f), Vec3f(0, 0, 1), Vec2f(-.25f, .25f) },
         // Every split adds three vertices of its own; the texcoords add the
         // seam's twins.
         { "sphere depth 0", [] { return makeSphereGeo(0, 3); },
           12, 12, repeat(1, GL_TRIANGLES, 3 * 20), { 1, 1, 4, 4, 0, 0, 4, 4, 9, 9, 0, 0 }, 20,
           Pnt3f(3, 0, 0), Vec3f(1, 0, 0), Vec2f(.75f, .5f),
           Pnt3f(-3, -3 * .850651f, -3 * .894427f), Pnt3f(3, 3 * .850651f, 3 * .894427f),
-          Vec2f(0, 0), Vec2f(1, 1), unit, origin },
+          Vec2f(0, 0), Vec2f(1, 1), unit, origin,
+          Pnt3f(-3, 0, 0), Vec3f(-1, 0, 0), Vec2f(.25f, .5f) },
         { "sphere depth 2", [] { return makeSphereGeo(2, 3); },
           12 + 20 * (pow4(2) - 1), 378, repeat(1, GL_TRIANGLES, 3 * 20 * pow4(2)),
           // Depth first: a corner's part of a corner's part, with the
           // first split's midpoints 12 to 14 and the second's 15 to 17.
           { 1, 1, 15, 15, 17, 17,  12, 12, 16, 16, 15, 15 }, 20 * pow4(2),
           Pnt3f(3, 0, 0), Vec3f(1, 0, 0), Vec2f(.75f, .5f),
-          Pnt3f(-3, -3, -3), Pnt3f(3, 3, 3), Vec2f(0, 0), Vec2f(1, 1), unit, origin },
+          Pnt3f(-3, -3, -3), Pnt3f(3, 3, 3), Vec2f(0, 0), Vec2f(1, 1), unit, origin,
+          Pnt3f(-3, 0, 0), Vec3f(-1, 0, 0), Vec2f(.25f, .5f) },
         { "lat-long sphere", [=] { return makeLatLongSphereGeo(8, s, 2); },
           9 * (s + 1), 9 * (s + 1), repeat(s, strip, 2 * 9), { 0, 1, s + 1, s + 2 }, 2 * 8 * s,
           Pnt3f(0, -2, 0), Vec3f(0, -1, 0), Vec2f(0, 0),
-          Pnt3f(-2, -2, -2), Pnt3f(2, 2, 2), Vec2f(0, 0), Vec2f(1, 1), unit, origin },
+          Pnt3f(-2, -2, -2), Pnt3f(2, 2, 2), Vec2f(0, 0), Vec2f(1, 1), unit, origin,
+          Pnt3f(2, 0, 0), Vec3f(1, 0, 0), Vec2f(.75f, .5f) },
     };
 }
 
@@ -278,6 +291,13 @@ TEST(SimpleGeometry, MakersBuildTheDescribedLayouts)
                       nrm->getValue(t[2].pos);
             EXPECT_GT(face.dot(n), 0.f);
         }
+        bool probed = false;
+        for(const Triangle &t : tris)
+            for(const Corner &k : t)
+                probed |= (pos->getValue(k.pos) - c.probe).length() < 1e-5f &&
+                          (nrm->getValue(k.pos) - c.probeNormal).length() < 1e-5f &&
+                          (tex->getValue(k.tex) - c.probeTexCoord).length() < 1e-5f;
+        EXPECT_TRUE(probed) << "no corner at the probe with its texcoord";
         EXPECT_EQ(tris.size(), c.triangles);
         EXPECT_EQ(geo->countTriangles(), c.triangles);
         EXPECT_GT(faces, c.triangles / 2);
@@ -286,143 +306,25 @@ TEST(SimpleGeometry, MakersBuildTheDescribedLayouts)
     }
 }
 
-TEST(SimpleGeometry, TexCoordsAtKnownVertices)
+// Off the seam at -Z, an icosphere's texcoords are its normal's longitude,
+// counted from -Z over -X, and latitude.
+TEST(SimpleGeometry, IcosphereTexCoordsAreLongitudeAndLatitude)
 {
-    struct Probe
-    {
-        std::string                  name;
-        std::function<GeometryPtr()> make;
-        Pnt3f                        position;
-        Vec3f                        normal;
-        Vec2f                        texCoord;
-    };
-    auto cylinder = [] { return makeCylinderGeo(2, 1, 4, true, true, true); };
-    auto box      = [] { return makeBoxGeo(2, 2, 2, 1, 1, 1); };
-    const Probe probes[] =
-    {
-        { "plane min", [] { return makePlaneGeo(2, 4, 2, 2); }, Pnt3f(-1, -2, 0), Vec3f(0, 0, 1), Vec2f(0, 0) },
-        { "plane max", [] { return makePlaneGeo(2, 4, 2, 2); }, Pnt3f( 1,  2, 0), Vec3f(0, 0, 1), Vec2f(1, 1) },
-        { "box +Z", box, Pnt3f(-1, -1,  1), Vec3f( 0,  0,  1), Vec2f(0, 0) },
-        { "box -Z", box, Pnt3f( 1, -1, -1), Vec3f( 0,  0, -1), Vec2f(0, 0) },
-        { "box +X", box, Pnt3f( 1, -1,  1), Vec3f( 1,  0,  0), Vec2f(0, 0) },
-        { "box -X", box, Pnt3f(-1, -1, -1), Vec3f(-1,  0,  0), Vec2f(0, 0) },
-        { "box +Y", box, Pnt3f(-1,  1,  1), Vec3f( 0,  1,  0), Vec2f(0, 0) },
-        { "box -Y", box, Pnt3f(-1, -1, -1), Vec3f( 0, -1,  0), Vec2f(0, 0) },
-        { "box +Y far corner", box, Pnt3f(1, 1, -1), Vec3f(0, 1, 0), Vec2f(1, 1) },
-        { "cylinder side start", cylinder, Pnt3f(0, 1, -1), Vec3f(0, 0, -1), Vec2f(1, 1) },
-        { "cylinder side quarter", cylinder, Pnt3f(1, -1, 0), Vec3f(1, 0, 0), Vec2f(.75f, 0) },
-        { "cylinder side seam end", cylinder, Pnt3f(0, -1, -1), Vec3f(0, 0, -1), Vec2f(0, 0) },
-        { "cylinder top cap +X", cylinder, Pnt3f(1, 1, 0), Vec3f(0, 1, 0), Vec2f(1, .5f) },
-        { "cylinder top cap -Z", cylinder, Pnt3f(0, 1, -1), Vec3f(0, 1, 0), Vec2f(.5f, 1) },
-        { "cylinder bottom cap -Z", cylinder, Pnt3f(0, -1, -1), Vec3f(0, -1, 0), Vec2f(.5f, 0) },
-        { "cylinder bottom cap -X", cylinder, Pnt3f(-1, -1, 0), Vec3f(0, -1, 0), Vec2f(0, .5f) },
-        { "lat-long south pole", [] { return makeLatLongSphereGeo(4, 4, 1); },
-          Pnt3f(0, -1, 0), Vec3f(0, -1, 0), Vec2f(.5f, 0) },
-        { "lat-long equator +X", [] { return makeLatLongSphereGeo(4, 4, 1); },
-          Pnt3f(1, 0, 0), Vec3f(1, 0, 0), Vec2f(.75f, .5f) },
-        { "icosphere equator -X", [] { return makeSphereGeo(0, 1); },
-          Pnt3f(-1, 0, 0), Vec3f(-1, 0, 0), Vec2f(.25f, .5f) },
-        { "torus outer equator", [] { return makeTorusGeo(.5f, 2, 4, 4); },
-          Pnt3f(2.5f, 0, 0), Vec3f(1, 0, 0), Vec2f(0, 0) },
-        { "torus top of the tube after a quarter turn", [] { return makeTorusGeo(.5f, 2, 4, 4); },
-          Pnt3f(0, -2, .5f), Vec3f(0, 0, 1), Vec2f(-.25f, .25f) },
-    };
-
-    for(const Probe &p : probes)
-    {
-        SCOPED_TRACE(p.name);
-        GeometryPtr geo = p.make();
-        ASSERT_NE(geo, NullFC);
-        addRefCP(geo);
-
-        bool found = false;
-        for(const Triangle &t : triangles(geo))
+    GeometryPtr geo = makeSphereGeo(2, 1);
+    addRefCP(geo);
+    for(const Triangle &t : triangles(geo))
+        for(const Corner &c : t)
         {
-            for(const Corner &c : t)
+            const Vec3f n   = geo->getNormals()->getValue(c.pos);
+            const Vec2f tex = geo->getTexCoords()->getValue(c.tex);
+            EXPECT_NEAR(tex[1], (Pi - std::acos(n[1])) / Pi, 1e-5f);
+            if(std::fabs(n[0]) > 1e-6f || n[2] > 1e-6f)
             {
-                Pnt3f pos = geo->getPositions()->getValue(c.pos);
-                Vec3f nrm = geo->getNormals()->getValue(c.pos);
-                if((pos - p.position).length() > 1e-5f || (nrm - p.normal).length() > 1e-5f)
-                    continue;
-                Vec2f tex = geo->getTexCoords()->getValue(c.tex);
-                found |= (tex - p.texCoord).length() < 1e-5f;
+                const Real32 s = std::atan2(-n[2], n[0]) / (2 * Pi) - .25f;
+                EXPECT_NEAR(tex[0], s < 0 ? s + 1 : s, 1e-5f);
             }
         }
-        EXPECT_TRUE(found);
-        subRefCP(geo);
-    }
-}
-
-TEST(SimpleGeometry, IcosphereTexCoordsFollowLatitudeAndLongitudeWithASeamAtMinusZ)
-{
-    for(UInt16 depth : { 1, 3 })
-    {
-        SCOPED_TRACE(depth);
-        GeometryPtr geo = makeSphereGeo(depth, 1);
-        addRefCP(geo);
-
-        UInt32 seamCorners = 0;
-        for(const Triangle &t : triangles(geo))
-        {
-            bool west = false;
-            for(const Corner &c : t)
-                west |= geo->getNormals()->getValue(c.pos)[0] <= -1e-6f;
-
-            for(const Corner &c : t)
-            {
-                Vec3f n   = geo->getNormals()->getValue(c.pos);
-                Vec2f tex = geo->getTexCoords()->getValue(c.tex);
-                EXPECT_NEAR((geo->getPositions()->getValue(c.pos) - Pnt3f(0, 0, 0)).length(), 1.f, 1e-5f);
-                EXPECT_NEAR(tex[1], (Pi - std::acos(n[1])) / Pi, 1e-5f);
-
-                if(std::fabs(n[0]) <= 1e-6f && n[2] <= 1e-6f)
-                {
-                    // Every seam corner has a texcoord of its own, closing
-                    // the texture on the side of +X; the poles take the
-                    // middle.
-                    bool pole = std::fabs(std::fabs(n[1]) - 1) <= 1e-6f;
-                    EXPECT_GE(c.tex, geo->getPositions()->size());
-                    EXPECT_FLOAT_EQ(tex[0], pole ? .5f : west ? 0.f : 1.f);
-                    ++seamCorners;
-                }
-                else
-                {
-                    EXPECT_EQ(c.tex, c.pos);
-                    // From -Z over -X (.25), +Z (.5) and +X (.75).
-                    Real32 s = std::atan2(-n[2], n[0]) / (2 * Pi) - .25f;
-                    EXPECT_NEAR(tex[0], s < 0 ? s + 1 : s, 1e-5f);
-                }
-            }
-        }
-        EXPECT_GT(seamCorners, 0u);
-        EXPECT_EQ(geo->getTexCoords()->size(), geo->getPositions()->size() + seamCorners);
-        subRefCP(geo);
-    }
-}
-
-TEST(SimpleGeometry, FrustumSideNormalsCarryTheSlopeScaledUp)
-{
-    struct Case { Real32 height, top, bottom; };
-    const Case cases[] = { { 2, .5f, 1.5f }, { 3, 0, 1 }, { 1, 2, .5f }, { 2, 1, 1 } };
-    for(const Case &c : cases)
-    {
-        SCOPED_TRACE(testing::Message() << c.height << " " << c.top << " " << c.bottom);
-        GeometryPtr geo = makeConicalFrustumGeo(c.height, c.top, c.bottom, 8, true, false, false);
-        addRefCP(geo);
-
-        const Real32  slope = (c.bottom - c.top) / c.height;
-        const Real32  scale = std::sqrt(1 + slope * slope);
-        GeoNormalsPtr nrm   = geo->getNormals();
-        ASSERT_EQ(nrm->size(), 18u);
-        for(UInt32 i = 0; i < nrm->size(); ++i)
-        {
-            // The same direction at the top (first ring) and bottom.
-            Real32 angle = 2 * Pi * (i % 9) / 8;
-            expectNear(nrm->getValue(i),
-                       Vec3f(std::sin(angle), slope, -std::cos(angle)) * scale, "normal");
-        }
-        subRefCP(geo);
-    }
+    subRefCP(geo);
 }
 
 TEST(SimpleGeometry, InvalidArgumentsWarnAndGiveNullFC)
@@ -460,62 +362,6 @@ TEST(SimpleGeometry, InvalidArgumentsWarnAndGiveNullFC)
         log.clear();
         EXPECT_EQ(c.node(), NullFC);
         EXPECT_TRUE(log.contains(c.what));
-    }
-}
-
-TEST(SimpleGeometry, IcosphereTakesAnyRadius)
-{
-    // No check, as in 1.8. Positions are the normals times the radius, so a
-    // negative one turns the normals inwards, and 0 collapses the sphere
-    // with null normals wherever a split made the vertex.
-    testsupport::LogCapture log(LOG_WARNING);
-    for(Real32 radius : { 0.f, -2.f })
-    {
-        SCOPED_TRACE(radius);
-        GeometryPtr geo = makeSphereGeo(1, radius);
-        ASSERT_NE(geo, NullFC);
-        addRefCP(geo);
-        GeoPositionsPtr pos = geo->getPositions();
-        GeoNormalsPtr   nrm = geo->getNormals();
-        ASSERT_EQ(pos->size(), 12u + 20 * 3);
-        for(UInt32 i = 0; i < pos->size(); ++i)
-        {
-            Vec3f p = pos->getValue(i) - Pnt3f(0, 0, 0);
-            EXPECT_NEAR(p.length(), -radius, 1e-5f);
-            expectNear(p, nrm->getValue(i) * radius, "position");
-            EXPECT_NEAR(nrm->getValue(i).length(), radius == 0 && i >= 12 ? 0.f : 1.f, 1e-5f);
-        }
-        subRefCP(geo);
-    }
-    EXPECT_EQ(log.text(), "");
-}
-
-// Strips of 2 (n + 1) vertices give 2 n triangles, polygons of n give n - 2.
-TEST(SimpleGeometry, NodeFormsHoldTheGeometryAlone)
-{
-    const struct { const char *what; std::function<NodePtr()> node; UInt32 triangles; } cases[] =
-    {
-        { "plane",    [] { return makePlane(1, 2, 3, 4); },                    2 * 3 * 4 },
-        { "box",      [] { return makeBox(1, 2, 3, 3, 2, 1); },          2 * 2 * (3 * 2 + 1 * 2 + 3 * 1) },
-        { "cone",     [] { return makeCone(1, 2, 5, true, false); },           2 * 5 },
-        { "cylinder", [] { return makeCylinder(1, 2, 5, false, true, true); }, 2 * (5 - 2) },
-        { "frustum",  [] { return makeConicalFrustum(1, 2, 1, 5, true, true, false); }, 2 * 5 + 5 - 2 },
-        { "torus",    [] { return makeTorus(1, 2, 5, 6); },                    2 * 5 * 6 },
-        { "sphere",   [] { return makeSphere(1, 2); },                         20 * 4 },
-        { "lat-long", [] { return makeLatLongSphere(5, 6, 2); },               2 * 5 * 6 },
-    };
-    for(const auto &c : cases)
-    {
-        SCOPED_TRACE(c.what);
-        NodePtr node = c.node();
-        ASSERT_NE(node, NullFC);
-        addRefCP(node);
-        EXPECT_EQ(node->getNChildren(), 0u);
-        GeometryPtr geo = GeometryPtr::dcast(node->getCore());
-        ASSERT_NE(geo, NullFC);
-        EXPECT_EQ(geo->getMaterial(), getDefaultMaterial());
-        EXPECT_EQ(geo->countTriangles(), c.triangles);
-        subRefCP(node);
     }
 }
 

@@ -5,8 +5,6 @@
 #include <OpenSG/OSGDepthChunk.h>
 #include <OpenSG/OSGMaterialChunk.h>
 #include <OpenSG/OSGTextureChunk.h>
-#include <OpenSG/OSGSHLChunk.h>
-#include <OpenSG/OSGSHLParameterChunk.h>
 #include <OpenSG/OSGImage.h>
 
 #include "support/Builders.h"
@@ -20,31 +18,6 @@ namespace
 {
 
 using testsupport::held;
-
-TEST(ChunkMaterial, AddChunkReferencesAndRecordsExplicitSlots)
-{
-    ChunkMaterialPtr mat = held(ChunkMaterial::create());
-    BlendChunkPtr    blend = held(BlendChunk::create());
-    TextureChunkPtr  tex   = held(TextureChunk::create());
-
-    EXPECT_TRUE(mat->addChunk(blend));
-    EXPECT_TRUE(mat->getSlots().empty());
-    EXPECT_TRUE(mat->addChunk(tex, 3));
-
-    EXPECT_EQ(blend.getRefCount(), 2);
-    EXPECT_EQ(tex.getRefCount(), 2);
-    ASSERT_EQ(mat->getChunks().size(), 2u);
-    // Slots are padded so that Slots[i] belongs to Chunks[i].
-    ASSERT_EQ(mat->getSlots().size(), 2u);
-    EXPECT_EQ(mat->getSlots(0), Int32(State::AutoSlotReplace));
-    EXPECT_EQ(mat->getSlots(1), 3);
-
-    subRefCP(mat);
-    EXPECT_EQ(blend.getRefCount(), 1);
-    EXPECT_EQ(tex.getRefCount(), 1);
-    subRefCP(blend);
-    subRefCP(tex);
-}
 
 TEST(ChunkMaterial, SubChunkReturnsFalseOnSuccessAndNeedsAMatchingSlot)
 {
@@ -123,14 +96,6 @@ TEST(ChunkMaterial, EndEditRebuildsTheStateWithTheRecordedSlots)
     subRefCP(mat);
 }
 
-TEST(StateChunkClasses, ParameterChunksActivateAfterTheirShader)
-{
-    EXPECT_LT(SHLChunk::getStaticClassId(), SHLParameterChunk::getStaticClassId());
-    EXPECT_STREQ(SHLChunk::getStaticClass()->getName(), "SHL");
-    EXPECT_STREQ(SHLParameterChunk::getStaticClass()->getName(), "SHLParameter");
-    EXPECT_EQ(TextureChunk::getStaticClass()->getNumSlots(), 16);
-}
-
 TEST(Transparency, ChunksDecideOnTheirOwnSettings)
 {
     BlendChunkPtr blend = held(BlendChunk::create());
@@ -176,40 +141,6 @@ TEST(Transparency, ModeOverridesWhatTheChunksSay)
     }
 }
 
-TEST(SimpleMaterial, TransparencySetsAlphaAndAddsABlendChunk)
-{
-    SimpleMaterialPtr mat = held(SimpleMaterial::create());
-    const UInt32 blendId    = BlendChunk::getStaticClassId();
-    const UInt32 materialId = MaterialChunk::getStaticClassId();
-
-    beginEditCP(mat);
-    mat->setDiffuse(Color3f(0.2f, 0.4f, 0.6f));
-    mat->setShininess(20.f);
-    endEditCP(mat);
-    EXPECT_FALSE(mat->isTransparent());
-    EXPECT_FALSE(mat->getState()->chunkPresent(blendId));
-
-    MaterialChunkPtr mc = MaterialChunkPtr::dcast(mat->getState()->getChunk(materialId));
-    ASSERT_NE(mc, NullFC);
-    EXPECT_EQ(mc->getDiffuse(), Color4f(0.2f, 0.4f, 0.6f, 1.f));
-    EXPECT_FLOAT_EQ(mc->getShininess(), 20.f);
-
-    beginEditCP(mat, SimpleMaterial::TransparencyFieldMask);
-    mat->setTransparency(0.25f);
-    endEditCP(mat, SimpleMaterial::TransparencyFieldMask);
-    EXPECT_TRUE(mat->isTransparent());
-
-    BlendChunkPtr blend = BlendChunkPtr::dcast(mat->getState()->getChunk(blendId));
-    ASSERT_NE(blend, NullFC);
-    EXPECT_EQ(blend->getSrcFactor(),  GLenum(GL_SRC_ALPHA));
-    EXPECT_EQ(blend->getDestFactor(), GLenum(GL_ONE_MINUS_SRC_ALPHA));
-    EXPECT_FLOAT_EQ(mc->getDiffuse()[3], 1.f - 0.25f);
-
-    mat->setTransparencyMode(Material::TransparencyForceOpaque);
-    EXPECT_FALSE(mat->isTransparent());
-    subRefCP(mat);
-}
-
 TEST(SimpleTexturedMaterial, ImageWithAlphaIsTransparentUnlessDecal)
 {
     struct Case { UInt32 format; GLenum envMode; bool expected; };
@@ -240,29 +171,6 @@ TEST(SimpleTexturedMaterial, ImageWithAlphaIsTransparentUnlessDecal)
         EXPECT_EQ(tex->getEnvMode(), tc.envMode);
         subRefCP(mat);
     }
-}
-
-TEST(TextureChunk, SetImageReferencesAndRegistersAsParent)
-{
-    TextureChunkPtr tex = held(TextureChunk::create());
-    ImagePtr a = held(Image::create());
-    ImagePtr b = held(Image::create());
-
-    tex->setImage(a);
-    EXPECT_EQ(a.getRefCount(), 2);
-    ASSERT_EQ(a->getParents().size(), 1u);
-    EXPECT_EQ(a->getParents(0), FieldContainerPtr(tex));
-
-    tex->setImage(b);
-    EXPECT_EQ(a.getRefCount(), 1);
-    EXPECT_TRUE(a->getParents().empty());
-    EXPECT_EQ(b->getParents().size(), 1u);
-
-    subRefCP(tex);
-    EXPECT_EQ(b.getRefCount(), 1);
-    EXPECT_TRUE(b->getParents().empty());
-    subRefCP(a);
-    subRefCP(b);
 }
 
 } // namespace

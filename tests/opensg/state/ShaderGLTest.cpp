@@ -2,7 +2,6 @@
 #include <OpenSG/OSGSHLParameterChunk.h>
 #include <OpenSG/OSGState.h>
 
-#include <OpenSG/OSGPassiveWindow.h>
 #include <OpenSG/OSGPointLight.h>
 #include <OpenSG/OSGRenderAction.h>
 
@@ -124,64 +123,6 @@ TEST_F(SHLChunkGL, LinkErrorIsReportedAsSuch)
     EXPECT_TRUE(shl->hasFailed());
     EXPECT_TRUE(log().contains("program link failed: ")) << log().text();
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
-}
-
-TEST_F(SHLChunkGL, ValidProgramDrawsWithItsUniforms)
-{
-    shl->setFragmentProgram(
-        "uniform float fScale;\n"
-        "uniform vec3  vColor;\n"
-        "uniform float fOffsets[3];\n"
-        "uniform mat4  mShift;\n"
-        "uniform bool  bOpaque;\n"
-        "void main()\n"
-        "{\n"
-        "    vec3 c = vColor * fScale + vec3(fOffsets[0] + fOffsets[1] + fOffsets[2]);\n"
-        "    c += mShift[3].xyz;\n"
-        "    gl_FragColor = vec4(c, bOpaque ? 1.0 : 0.5);\n"
-        "}\n");
-
-    const Real32 scale = 0.5f;
-    const Vec3f  color(0.2f, 0.4f, 0.6f);
-    MFReal32 offsets;
-    offsets.push_back(0.05f);
-    offsets.push_back(0.1f);
-    offsets.push_back(0.15f);
-    Matrix shift;
-    shift.setTranslate(0.1f, 0.2f, 0.f);
-
-    beginEditCP(shl, ShaderParameterChunk::ParametersFieldMask);
-    shl->setUniformParameter("fScale",   scale);
-    shl->setUniformParameter("vColor",   color);
-    shl->setUniformParameter("fOffsets", offsets);
-    shl->setUniformParameter("mShift",   shift);
-    shl->setUniformParameter("bOpaque",  true);
-    endEditCP(shl, ShaderParameterChunk::ParametersFieldMask);
-
-    StateRefPtr state(stateWith(shl));
-    const testsupport::RGBA8 pixel = drawQuad(state);
-    ASSERT_NE(shl->getProgram(), 0u);
-    EXPECT_FALSE(shl->hasFailed());
-
-    // The whole array went up, and the matrix untransposed: GL's column 3
-    // (elements 12..14) is the translation.
-    GLfloat last = 0.f, m[16] = {};
-    glGetUniformfv(shl->getProgram(), location("fOffsets[2]"), &last);
-    glGetUniformfv(shl->getProgram(), location("mShift"), m);
-    EXPECT_FLOAT_EQ(last, 0.15f);
-    EXPECT_FLOAT_EQ(m[12], 0.1f);
-    EXPECT_FLOAT_EQ(m[13], 0.2f);
-    EXPECT_FLOAT_EQ(m[3], 0.f);
-
-    const Real32 sum = 0.05f + 0.1f + 0.15f;
-    const Real32 expected[3] = { color[0] * scale + sum + 0.1f,
-                                 color[1] * scale + sum + 0.2f,
-                                 color[2] * scale + sum };
-    // 8-bit framebuffer: within one step of the exact value.
-    EXPECT_NEAR(pixel.r, expected[0] * 255.f, 1.0);
-    EXPECT_NEAR(pixel.g, expected[1] * 255.f, 1.0);
-    EXPECT_NEAR(pixel.b, expected[2] * 255.f, 1.0);
-    EXPECT_EQ(pixel.a, 255);
 }
 
 TEST_F(SHLChunkGL, ParameterChunkOverridesTheShadersOwnUniforms)
@@ -359,47 +300,6 @@ TEST_F(SHLChunkGL, EditedProgramTextIsRebuilt)
     shl->setFragmentProgram("void main() { gl_FragColor = vec4(0.0, 1.0, 0.0, 1.0); }\n");
     endEditCP(shl, ShaderChunk::FragmentProgramFieldMask);
     EXPECT_EQ(drawQuad(state), (testsupport::RGBA8{ 0, 255, 0, 255 }));
-}
-
-// GLId names the program among the window's GL objects; the window deletes
-// the program at its frame end after the chunk is gone.
-TEST_F(SHLChunkGL, GLIdIsTheProgramsWindowObject)
-{
-    PassiveWindowPtr window = PassiveWindow::create();
-    addRefCP(window);
-    window->init();
-    RenderAction *action = RenderAction::create();
-    action->setWindow(getCPtr(window));
-
-    shl->setFragmentProgram("void main()\n"
-                            "{\n"
-                            "    gl_FragColor = vec4(0.0, 1.0, 0.0, 1.0);\n"
-                            "}\n");
-    StatePtr state = stateWith(shl);
-    StateRefPtr hold(state);
-    state->activate(action);
-    state->deactivate(action);
-
-    const UInt32 id = shl->getGLId();
-    ASSERT_NE(id, 0u);
-    const GLuint program = window->getGLObjectId(id);
-    EXPECT_EQ(program, shl->getProgram());
-    EXPECT_TRUE(glIsProgram(program));
-    {
-        testsupport::LogCapture log;
-        window->validateGLObject(id);
-        EXPECT_EQ(log.text(), "");
-    }
-
-    hold = NullFC;
-    subRefCP(shl);
-    shl = NullFC;
-    EXPECT_TRUE(glIsProgram(program));
-    window->frameExit();
-    EXPECT_FALSE(glIsProgram(program));
-
-    delete action;
-    subRefCP(window);
 }
 
 const char *s_strOSGUniformsVertex =

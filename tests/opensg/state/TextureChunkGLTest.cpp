@@ -54,57 +54,6 @@ class TextureChunkGL : public testsupport::GLTest
     TextureChunkPtr tex;
 };
 
-TEST_F(TextureChunkGL, RenderTargetFormatsAreAllocatedAndFollowImageSize)
-{
-    struct Case
-    {
-        const char *name;
-        GLenum internalFormat, externalFormat;
-        UInt32 pixelFormat;
-        Int32  type;
-    };
-    const Case cases[] =
-    {
-        { "normal",    GL_RGB10_A2,          GL_RGBA,            Image::OSG_RGBA_PF, GL_UNSIGNED_BYTE },
-        { "diffuse",   GL_RGBA8,             GL_RGBA,            Image::OSG_RGBA_PF, GL_UNSIGNED_BYTE },
-        { "depth",     GL_DEPTH_COMPONENT32, GL_DEPTH_COMPONENT, Image::OSG_L_PF,    GL_INT           },
-        { "light",     GL_RGB16F_ARB,        GL_RGB,             Image::OSG_RGB_PF,  GL_HALF_FLOAT_NV },
-        { "shadow",    GL_RGB32F_ARB,        GL_RGB,             Image::OSG_RGB_PF,  GL_FLOAT         },
-        { "occlusion", GL_LUMINANCE8,        GL_LUMINANCE,       Image::OSG_L_PF,    GL_UNSIGNED_BYTE },
-    };
-
-    for(const Case &tc : cases)
-    {
-        SCOPED_TRACE(tc.name);
-        TextureChunkPtr target = TextureChunk::create();
-        TextureChunkRefPtr hold(target);
-        target->setInternalFormat(tc.internalFormat);
-        target->setExternalFormat(tc.externalFormat);
-        target->setMinFilter(GL_LINEAR);
-
-        ImagePtr image = Image::create();
-        image->set(tc.pixelFormat, 17, 9, 1, 1, 1, 0.0, NULL, tc.type);
-        target->setImage(image);
-        target->validate();
-
-        const GLuint name = target->getGLTextureName();
-        ASSERT_NE(name, 0u);
-        EXPECT_EQ(level0(GL_TEXTURE_WIDTH), 17);
-        EXPECT_EQ(level0(GL_TEXTURE_HEIGHT), 9);
-        EXPECT_EQ(GLenum(level0(GL_TEXTURE_INTERNAL_FORMAT)), tc.internalFormat);
-
-        // A resize hands over a new image; the texture keeps its name.
-        ImagePtr bigger = Image::create();
-        bigger->set(tc.pixelFormat, 40, 24, 1, 1, 1, 0.0, NULL, tc.type);
-        image->clearData();
-        target->setImage(bigger);
-        target->validate();
-        EXPECT_EQ(target->getGLTextureName(), name);
-        EXPECT_EQ(level0(GL_TEXTURE_WIDTH), 40);
-        EXPECT_EQ(level0(GL_TEXTURE_HEIGHT), 24);
-    }
-}
-
 TEST_F(TextureChunkGL, UploadsUnpaddedRowsOnTheSlotsUnit)
 {
     // 3 RGB texels per row: 9 bytes, not a multiple of GL's default 4.

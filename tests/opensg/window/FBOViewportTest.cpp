@@ -6,10 +6,8 @@
 #include "support/TextureImage.h"
 
 #include <OpenSG/OSGChunkMaterial.h>
-#include <OpenSG/OSGCubeTextureChunk.h>
 #include <OpenSG/OSGFBOViewport.h>
 #include <OpenSG/OSGImage.h>
-#include <OpenSG/OSGPolygonForeground.h>
 #include <OpenSG/OSGSHLChunk.h>
 #include <OpenSG/OSGTextureChunk.h>
 
@@ -181,92 +179,6 @@ TEST_F(FBOViewportTest, ShaderFillsFourColourTexturesAndTheDepthTexture)
     subRefCP(scene);
 }
 
-// The second viewport does not clear depth: the first one's depth decides
-// which of its quads survive, also after both are resized.
-TEST_F(FBOViewportTest, TwoViewportsShareOneDepthTextureAcrossAResize)
-{
-    SceneSetup setup(64, 64);
-    setup.action->setWindow(getCPtr(setup.window));
-
-    NodePtr first = testsupport::makeGroupNode();
-    addRefCP(first);
-    addChild(first, testsupport::makeFullQuad(0.f, makeUnlitMaterial(Color3f(1.f, 0.f, 0.f))));
-
-    // Behind the first quad on the left, in front of it on the right.
-    NodePtr second = testsupport::makeGroupNode();
-    addRefCP(second);
-    addChild(second, makeRect(-1.f, -1.f, 0.f, 1.f, -1.f, makeUnlitMaterial(Color3f(0.f, 1.f, 0.f))));
-    addChild(second, makeRect( 0.f, -1.f, 1.f, 1.f,  1.f, makeUnlitMaterial(Color3f(0.f, 0.f, 1.f))));
-
-    SolidBackgroundPtr keepDepth = SolidBackground::create();
-    addRefCP(keepDepth);
-    beginEditCP(keepDepth);
-    keepDepth->setColor(Color3f(0.5f, 0.5f, 0.5f));
-    keepDepth->setClearDepth(false);
-    endEditCP(keepDepth);
-
-    int size = 32;
-    TextureChunkPtr depth  = makeDepthTarget(size);
-    TextureChunkPtr colorA = makeColorTarget(size);
-    TextureChunkPtr colorB = makeColorTarget(size);
-
-    FBOViewportPtr fboA = makeFBOViewport(setup, size, size, first);
-    addTexture(fboA, colorA);
-    addTexture(fboA, depth);
-    FBOViewportPtr fboB = makeFBOViewport(setup, size, size, second);
-    beginEditCP(fboB, Viewport::BackgroundFieldMask);
-    fboB->setBackground(keepDepth);
-    endEditCP(fboB, Viewport::BackgroundFieldMask);
-    addTexture(fboB, depth);
-    addTexture(fboB, colorB);
-
-    for(int round = 0; round < 2; ++round)
-    {
-        SCOPED_TRACE(round == 0 ? "first size" : "after resize");
-        if(round == 1)
-        {
-            size = 16;
-            for(TextureChunkPtr tex : { depth, colorA, colorB })
-            {
-                ImagePtr old = tex->getImage();
-                beginEditCP(tex, TextureChunk::ImageFieldMask);
-                tex->setImage(makeImage(old->getPixelFormat(), size, size, old->getDataType()));
-                endEditCP(tex, TextureChunk::ImageFieldMask);
-            }
-            for(FBOViewportPtr fbo : { fboA, fboB })
-            {
-                beginEditCP(fbo);
-                fbo->setSize(0.f, 0.f, Real32(size - 1), Real32(size - 1));
-                fbo->setStorageWidth(size);
-                fbo->setStorageHeight(size);
-                fbo->setDirty(true);
-                endEditCP(fbo);
-            }
-        }
-
-        fboA->render(setup.action);
-        fboB->render(setup.action);
-
-        const testsupport::TextureImage data(colorB);
-        ASSERT_EQ(data.width(), size);
-        const float tol = 0.6f / 255.f;
-        // Left: the green quad is hidden, the background colour remains.
-        EXPECT_NEAR(data.at(size / 4, size / 2, 0), 0.5f, 1.f / 255.f);
-        EXPECT_NEAR(data.at(size / 4, size / 2, 1), 0.5f, 1.f / 255.f);
-        // Right: blue in front.
-        EXPECT_NEAR(data.at(3 * size / 4, size / 2, 0), 0.f, tol);
-        EXPECT_NEAR(data.at(3 * size / 4, size / 2, 2), 1.f, tol);
-        EXPECT_NEAR(depthAt(depth, size / 4,     size / 2), 0.5f,   1e-5);
-        EXPECT_NEAR(depthAt(depth, 3 * size / 4, size / 2), 0.375f, 1e-5);
-    }
-
-    releaseTextures(fboA);
-    releaseTextures(fboB);
-    subRefCP(keepDepth);
-    subRefCP(first);
-    subRefCP(second);
-}
-
 TEST_F(FBOViewportTest, WithoutFramebufferObjectsTheImageIsCopiedIntoTheTexture)
 {
     SceneSetup setup(64, 64);
@@ -293,114 +205,6 @@ TEST_F(FBOViewportTest, WithoutFramebufferObjectsTheImageIsCopiedIntoTheTexture)
 
     releaseTextures(fbo);
     subRefCP(scene);
-}
-
-TEST_F(FBOViewportTest, HalfFloatTargetKeepsValuesAboveOne)
-{
-    const float values[3] = { 2.5f, 7.25f, 0.125f };   // exact in half floats
-    SceneSetup setup(64, 64);
-    setup.action->setWindow(getCPtr(setup.window));
-
-    NodePtr scene = testsupport::makeGroupNode();
-    addRefCP(scene);
-    addChild(scene, testsupport::makeFullQuad(0.f, makeShaderMaterial(
-        "void main()\n"
-        "{\n"
-        "    gl_FragData[0] = vec4(2.5, 7.25, 0.125, 1.0);\n"
-        "}\n")));
-
-    const int size = 8;
-    FBOViewportPtr fbo = makeFBOViewport(setup, size, size, scene);
-    TextureChunkPtr hdr = makeTarget(size, GL_RGB16F_ARB, Image::OSG_RGB_PF,
-                                     Image::OSG_FLOAT16_IMAGEDATA);
-    addTexture(fbo, hdr);
-
-    fbo->render(setup.action);
-
-    const testsupport::TextureImage data(hdr);
-    for(int c = 0; c < 3; ++c)
-        EXPECT_FLOAT_EQ(data.at(3, 3, c), values[c]);
-
-    releaseTextures(fbo);
-    subRefCP(scene);
-}
-
-struct FaceCase
-{
-    const char *face;
-    Vec3f       direction;
-    int         index;      // into the colour table below
-};
-
-// Images: -Z (the inherited Image field), +Z, +X, -X, +Y, -Y.
-const Color3f s_faceColors[6] = {
-    Color3f(1.f, 0.f, 0.f), Color3f(0.f, 1.f, 0.f), Color3f(0.f, 0.f, 1.f),
-    Color3f(1.f, 1.f, 0.f), Color3f(0.f, 1.f, 1.f), Color3f(1.f, 0.f, 1.f) };
-
-const FaceCase s_faceCases[] = {
-    { "-Z", Vec3f( 0.f,  0.f, -1.f), 0 },
-    { "+Z", Vec3f( 0.f,  0.f,  1.f), 1 },
-    { "+X", Vec3f( 1.f,  0.f,  0.f), 2 },
-    { "-X", Vec3f(-1.f,  0.f,  0.f), 3 },
-    { "+Y", Vec3f( 0.f,  1.f,  0.f), 4 },
-    { "-Y", Vec3f( 0.f, -1.f,  0.f), 5 },
-};
-
-ImagePtr makeFaceImage(const Color3f &color)
-{
-    ImagePtr img = makeImage(Image::OSG_RGB_PF, 1, 1);
-    UInt8 *data = img->editData();
-    for(int c = 0; c < 3; ++c)
-        data[c] = UInt8(color[c] * 255.f);
-    return img;
-}
-
-// A polygon foreground with one texture coordinate everywhere samples one
-// face of the cube texture over the whole viewport.
-TEST_F(FBOViewportTest, CubeTextureLookupPicksTheFaceOfTheDirection)
-{
-    CubeTextureChunkPtr cube = CubeTextureChunk::create();
-    ImagePtr faces[6];
-    for(int i = 0; i < 6; ++i)
-        faces[i] = makeFaceImage(s_faceColors[i]);
-    beginEditCP(cube);
-    cube->setImage(faces[0]);
-    cube->setPosZImage(faces[1]);
-    cube->setPosXImage(faces[2]);
-    cube->setNegXImage(faces[3]);
-    cube->setPosYImage(faces[4]);
-    cube->setNegYImage(faces[5]);
-    cube->setMinFilter(GL_NEAREST);
-    cube->setMagFilter(GL_NEAREST);
-    endEditCP(cube);
-
-    ChunkMaterialPtr mat = testsupport::makeChunkMaterial({ cube });
-
-    for(const FaceCase &c : s_faceCases)
-    {
-        SCOPED_TRACE(c.face);
-        SceneSetup setup(16, 16);
-
-        PolygonForegroundPtr fg = PolygonForeground::create();
-        beginEditCP(fg);
-        fg->setMaterial(mat);
-        const Pnt2f corners[4] = { Pnt2f(0.f, 0.f), Pnt2f(1.f, 0.f),
-                                   Pnt2f(1.f, 1.f), Pnt2f(0.f, 1.f) };
-        for(const Pnt2f &corner : corners)
-        {
-            fg->getPositions().push_back(corner);
-            fg->getTexCoords().push_back(c.direction);
-        }
-        endEditCP(fg);
-        setup.viewport->addForeground(fg);
-
-        setup.render();
-
-        testsupport::RGBAf pixel = testsupport::readPixelFloat(8, 8);
-        const Color3f &expected = s_faceColors[c.index];
-        for(int ch = 0; ch < 3; ++ch)
-            EXPECT_NEAR(pixel[ch], expected[ch], 0.6f / 255.f);
-    }
 }
 
 // The framebuffer and depth renderbuffer of a viewport go with it, also

@@ -85,30 +85,6 @@ TEST_F(WindowTest, GLObjectFunctorSeesEachLifecycleStepOnce)
     subRefCP(win);
 }
 
-TEST_F(WindowTest, ResizeGLSetsTheViewportOnlyWhilePending)
-{
-    PassiveWindowPtr win = PassiveWindow::create();
-    addRefCP(win);
-    win->init();
-
-    glViewport(1, 2, 3, 4);
-    win->resize(40, 30);
-    EXPECT_TRUE(win->isResizePending());
-    win->resizeGL();
-    EXPECT_FALSE(win->isResizePending());
-
-    GLint vp[4] = { 0, 0, 0, 0 };
-    glGetIntegerv(GL_VIEWPORT, vp);
-    EXPECT_EQ(vp[2], 40);
-    EXPECT_EQ(vp[3], 30);
-
-    glViewport(1, 2, 3, 4);
-    win->resizeGL();
-    glGetIntegerv(GL_VIEWPORT, vp);
-    EXPECT_EQ(vp[2], 3) << "nothing pending, nothing changed";
-    subRefCP(win);
-}
-
 TEST_F(WindowTest, RenderWithoutActionWarns)
 {
     testsupport::SceneSetup setup(16, 16);
