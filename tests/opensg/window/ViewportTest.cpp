@@ -69,6 +69,49 @@ TEST_F(ViewportTest, FractionWithoutParentWarnsAndGivesZero)
     subRefCP(port);
 }
 
+TEST_F(ViewportTest, TwoViewportsEachClearOnlyTheirRectangle)
+{
+    SceneSetup setup(64, 64);
+    beginEditCP(setup.viewport);
+    setup.viewport->setSize(0.f, 0.f, 0.5f, 1.f);
+    endEditCP(setup.viewport);
+    testsupport::setBackgroundColor(setup, Color3f(1.f, 0.f, 0.f));
+
+    SolidBackgroundPtr green = SolidBackground::create();
+    beginEditCP(green);
+    green->setColor(Color3f(0.f, 1.f, 0.f));
+    endEditCP(green);
+    ViewportPtr right = Viewport::create();
+    beginEditCP(right);
+    right->setSize(0.5f, 0.f, 1.f, 1.f);
+    right->setCamera(setup.camera);
+    right->setBackground(green);
+    right->setRoot(setup.root);
+    endEditCP(right);
+    beginEditCP(setup.window, Window::PortFieldMask);
+    setup.window->addPort(right);
+    endEditCP(setup.window, Window::PortFieldMask);
+
+    EXPECT_EQ(right->getParent(), WindowPtr(setup.window));
+
+    setup.render();
+
+    const RGBA8 red   = { 255, 0, 0, 255 };
+    const RGBA8 green8 = { 0, 255, 0, 255 };
+    EXPECT_EQ(readPixelRGBA8(0,  10), red);
+    EXPECT_EQ(readPixelRGBA8(31, 10), red);
+    EXPECT_EQ(readPixelRGBA8(32, 10), green8);
+    EXPECT_EQ(readPixelRGBA8(63, 50), green8);
+
+    beginEditCP(setup.window, Window::PortFieldMask);
+    setup.window->subPort(right);
+    endEditCP(setup.window, Window::PortFieldMask);
+    EXPECT_EQ(right->getParent(), WindowPtr());
+    subRefCP(right);
+    subRefCP(green);
+    glDisable(GL_SCISSOR_TEST);
+}
+
 TEST_F(ViewportTest, RenderWithoutCameraWarnsAndDrawsNothing)
 {
     SceneSetup setup(64, 64);
