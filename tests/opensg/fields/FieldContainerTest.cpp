@@ -3,7 +3,6 @@
 #include <OpenSG/OSGAttachmentContainer.h>
 #include <OpenSG/OSGBaseFunctions.h>
 #include <OpenSG/OSGNode.h>
-#include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGSFSysTypes.h>
 #include <OpenSG/OSGChangeList.h>
 #include <OpenSG/OSGThread.h>
@@ -15,7 +14,6 @@
 #include <OpenSG/OSGTextureChunk.h>
 #include <OpenSG/OSGTransform.h>
 
-#include "support/LogCapture.h"
 
 #include <gtest/gtest.h>
 
@@ -220,20 +218,6 @@ TEST(FieldTypes, PointerFieldTypesAreRegisteredWithFieldParent)
     EXPECT_EQ(std::string(MFNodePtr::getClassType().getCName()), "MFNodePtr");
     EXPECT_EQ(SFBool::getClassType().getName(), "SFBool");
     EXPECT_EQ(SFTime::getClassType().getName(), "SFTime");
-}
-
-TEST(FieldContainerType, PrototypeOfATypeRegisteredLateIsMadeAsInStartup)
-{
-    ASSERT_EQ(GlobalSystemState, Running);
-    ProbeContainer::stateAtLastCreate = Running;
-
-    // As a library loaded after osgInit registers its types.
-    static FieldContainerType lateType("LateProbeContainer", "AttachmentContainer", NULL,
-        []() { return FieldContainerPtr(ProbeContainer::createEmpty()); }, NULL);
-
-    EXPECT_NE(lateType.getPrototype(), NullFC);
-    EXPECT_EQ(ProbeContainer::stateAtLastCreate, Startup);
-    EXPECT_EQ(GlobalSystemState, Running);
 }
 
 TEST(ChangeList, KeepsEveryEntryUntilCleared)

@@ -1,5 +1,4 @@
 #include <OpenSG/OSGImage.h>
-#include <OpenSG/OSGImageFileHandler.h>
 
 #include "support/Builders.h"
 #include "support/DDSFile.h"

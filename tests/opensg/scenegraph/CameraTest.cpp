@@ -3,7 +3,6 @@
 #include <OpenSG/OSGPerspectiveCamera.h>
 #include <OpenSG/OSGTransform.h>
 #include <OpenSG/OSGViewport.h>
-#include <OpenSG/OSGWindow.h>
 
 #include "support/GLTest.h"
 #include "support/LogCapture.h"

@@ -57,12 +57,6 @@ TEST(GeoProperty, GenericAccessConvertsToAndFromTheStoredType)
     EXPECT_EQ(hom->getValue(0), Pnt3f(7, 8, 9));
     EXPECT_EQ(reinterpret_cast<Real32 *>(hom->getData())[4], 1.f);
 
-    GeoPositionsPtr copy = hom->clone();
-    addRefCP(copy);
-    hom->setValue(Pnt3f(0, 0, 0), 0);
-    EXPECT_EQ(copy->getValue(0), Pnt3f(7, 8, 9));
-    EXPECT_EQ(copy->size(), 2u);
-    subRefCP(copy);
     subRefCP(hom);
 
     GeoIndicesUI16Ptr indices = GeoIndicesUI16::create();

@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 
 using namespace osg;
 using testsupport::addChild;

@@ -1,5 +1,4 @@
 #include <OpenSG/OSGChunkMaterial.h>
-#include <OpenSG/OSGSimpleMaterial.h>
 #include <OpenSG/OSGSimpleTexturedMaterial.h>
 #include <OpenSG/OSGBlendChunk.h>
 #include <OpenSG/OSGDepthChunk.h>
@@ -96,47 +95,42 @@ TEST(ChunkMaterial, EndEditRebuildsTheStateWithTheRecordedSlots)
     subRefCP(mat);
 }
 
-TEST(Transparency, ChunksDecideOnTheirOwnSettings)
+// A blend chunk is transparent when its destination keeps some of what is
+// there, a material chunk when its diffuse alpha is below one; the
+// material's mode overrides what its chunks say.
+TEST(Transparency, ChunksDecideUnlessTheModeOverrides)
 {
-    BlendChunkPtr blend = held(BlendChunk::create());
-    EXPECT_FALSE(blend->isTransparent());
-    blend->setSrcFactor(GL_SRC_ALPHA);
-    EXPECT_FALSE(blend->isTransparent());
-    blend->setDestFactor(GL_ONE);
-    EXPECT_TRUE(blend->isTransparent());
-    subRefCP(blend);
-
-    MaterialChunkPtr mc = held(MaterialChunk::create());
-    EXPECT_FALSE(mc->isTransparent());
-    mc->setDiffuse(Color4f(1.f, 1.f, 1.f, 0.5f));
-    EXPECT_TRUE(mc->isTransparent());
-    subRefCP(mc);
-
-    TextureChunkPtr tex = held(TextureChunk::create());
-    EXPECT_FALSE(tex->isTransparent());
-    subRefCP(tex);
-}
-
-TEST(Transparency, ModeOverridesWhatTheChunksSay)
-{
-    struct Case { Int32 mode; bool transparentChunk; bool expected; };
-    const Case cases[] =
+    const Int32 automatic = Material::TransparencyAutoDetection;
+    MaterialChunkPtr halfAlpha = MaterialChunk::create();
+    halfAlpha->setDiffuse(Color4f(1.f, 1.f, 1.f, 0.5f));
+    auto blend = [](GLenum src, GLenum dst)
     {
-        { Material::TransparencyAutoDetection,    false, false },
-        { Material::TransparencyAutoDetection,    true,  true  },
-        { Material::TransparencyForceTransparent, false, true  },
-        { Material::TransparencyForceOpaque,      true,  false },
+        BlendChunkPtr b = BlendChunk::create();
+        b->setSrcFactor(src);
+        b->setDestFactor(dst);
+        return StateChunkPtr(b);
     };
-    for(const Case &tc : cases)
+    const struct { const char *what; StateChunkPtr chunk; Int32 mode; bool chunkSays, expected; } cases[] =
     {
-        SCOPED_TRACE(testing::Message() << "mode " << tc.mode << " chunk "
-                                        << tc.transparentChunk);
-        ChunkMaterialPtr mat   = held(ChunkMaterial::create());
-        BlendChunkPtr    blend = BlendChunk::create();
-        blend->setDestFactor(tc.transparentChunk ? GL_ONE_MINUS_SRC_ALPHA : GL_ZERO);
-        mat->addChunk(blend);
-        mat->setTransparencyMode(tc.mode);
-        EXPECT_EQ(mat->isTransparent(), tc.expected);
+        { "default blend",      BlendChunk::create(),            automatic, false, false },
+        { "source alpha only",  blend(GL_SRC_ALPHA, GL_ZERO),    automatic, false, false },
+        { "adding blend",       blend(GL_SRC_ALPHA, GL_ONE),     automatic, true,  true  },
+        { "opaque material",    MaterialChunk::create(),         automatic, false, false },
+        { "half alpha",         halfAlpha,                       automatic, true,  true  },
+        { "texture",            TextureChunk::create(),          automatic, false, false },
+        { "forced transparent", blend(GL_ONE, GL_ZERO), Material::TransparencyForceTransparent,
+          false, true },
+        { "forced opaque", blend(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA),
+          Material::TransparencyForceOpaque, true, false },
+    };
+    for(const auto &c : cases)
+    {
+        SCOPED_TRACE(c.what);
+        ChunkMaterialPtr mat = held(ChunkMaterial::create());
+        mat->addChunk(c.chunk);
+        mat->setTransparencyMode(c.mode);
+        EXPECT_EQ(c.chunk->isTransparent(), c.chunkSays);
+        EXPECT_EQ(mat->isTransparent(), c.expected);
         subRefCP(mat);
     }
 }

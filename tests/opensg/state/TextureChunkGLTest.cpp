@@ -3,9 +3,6 @@
 #include <OpenSG/OSGState.h>
 
 #include "support/GLTest.h"
-#include "support/LogCapture.h"
-
-#include <OpenSG/OSGPassiveWindow.h>
 
 #include <gtest/gtest.h>
 
@@ -103,59 +100,6 @@ TEST_F(TextureChunkGL, EditedImageIsUploadedAgain)
     endEditCP(image, Image::PixelFieldMask);
     tex->validate();
     EXPECT_EQ(texels(GL_LUMINANCE, 4), (std::vector<UInt8>{ 10, 20, 30, 99 }));
-}
-
-} // namespace
-
-namespace
-{
-
-// GLId names the texture among the window's GL objects: the window maps it
-// to the texture, reinitialises it on request and deletes it at its frame
-// end after the chunk is gone.
-TEST_F(TextureChunkGL, GLIdIsTheTexturesWindowObject)
-{
-    PassiveWindowPtr window = PassiveWindow::create();
-    addRefCP(window);
-    window->init();
-
-    const UInt8 first[4] = { 10, 20, 30, 40 };
-    ImagePtr image = Image::create();
-    image->set(Image::OSG_L_PF, 2, 2, 1, 1, 1, 0.0, first);
-    tex->setImage(image);
-    tex->setMinFilter(GL_NEAREST);
-    tex->validate(getCPtr(window));
-
-    const UInt32 id = tex->getGLId();
-    ASSERT_NE(id, 0u);
-    const GLuint name = window->getGLObjectId(id);
-    EXPECT_EQ(name, tex->getGLTextureName());
-    EXPECT_TRUE(glIsTexture(name));
-    {
-        testsupport::LogCapture log;
-        window->validateGLObject(id);
-        EXPECT_EQ(log.text(), "");
-    }
-
-    TextureChunkPtr copy = TextureChunkPtr::dcast(tex->shallowCopy());
-    addRefCP(copy);
-    EXPECT_NE(copy->getGLId(), 0u);
-    EXPECT_NE(copy->getGLId(), id);
-    subRefCP(copy);
-
-    // Changed behind the chunk's back; the window's reinitialisation
-    // uploads it again.
-    image->editData()[0] = 77;
-    Window::reinitializeGLObject(id);
-    tex->validate(getCPtr(window));
-    EXPECT_EQ(texels(GL_LUMINANCE, 4), (std::vector<UInt8>{ 77, 20, 30, 40 }));
-
-    subRefCP(tex);
-    tex = NullFC;
-    EXPECT_TRUE(glIsTexture(name));
-    window->frameExit();
-    EXPECT_FALSE(glIsTexture(name));
-    subRefCP(window);
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "support/Builders.h"
 #include "support/GLTest.h"
-#include "support/LiveObjects.h"
 #include "support/PixelProbe.h"
 #include "support/SceneSetup.h"
 #include "support/TextureImage.h"
@@ -205,34 +204,6 @@ TEST_F(FBOViewportTest, WithoutFramebufferObjectsTheImageIsCopiedIntoTheTexture)
 
     releaseTextures(fbo);
     subRefCP(scene);
-}
-
-// The framebuffer and depth renderbuffer of a viewport go with it, also
-// those replaced by a resize; the window deletes them at its frame end.
-TEST_F(FBOViewportTest, DestroyedViewportDeletesItsFramebufferAndRenderbuffers)
-{
-    SceneSetup setup(16, 16);
-    setup.window->frameExit();
-    const testsupport::LiveObjects before = testsupport::LiveObjects::count();
-
-    FBOViewportPtr fbo = makeFBOViewport(setup, 8, 8, setup.root);
-    addTexture(fbo, makeColorTarget(8));
-    setup.action->setWindow(getCPtr(setup.window));
-    fbo->render(setup.action);
-
-    const testsupport::LiveObjects rendered = testsupport::LiveObjects::count();
-    EXPECT_EQ(rendered.gl.at("framebuffer"),  before.gl.at("framebuffer") + 1);
-    EXPECT_EQ(rendered.gl.at("renderbuffer"), before.gl.at("renderbuffer") + 1);
-
-    beginEditCP(fbo, FBOViewport::DirtyFieldMask);
-    fbo->setDirty(true);
-    endEditCP(fbo, FBOViewport::DirtyFieldMask);
-    fbo->render(setup.action);
-    EXPECT_EQ(testsupport::differences(rendered, testsupport::LiveObjects::count()), "");
-
-    releaseTextures(fbo);
-    setup.window->frameExit();
-    EXPECT_EQ(testsupport::differences(before, testsupport::LiveObjects::count()), "");
 }
 
 } // namespace

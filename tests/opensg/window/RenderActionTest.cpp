@@ -8,9 +8,7 @@
 #include <OpenSG/OSGPolygonChunk.h>
 #include <OpenSG/OSGQuaternion.h>
 #include <OpenSG/OSGSimpleGeometry.h>
-#include <OpenSG/OSGSimpleMaterial.h>
 
-#include <algorithm>
 
 using namespace osg;
 using testsupport::addChild;

@@ -6,7 +6,6 @@
 #include <OpenSG/OSGSimpleGeometry.h>
 #include <OpenSG/OSGSimpleMaterial.h>
 #include <OpenSG/OSGSimpleSceneManager.h>
-#include <OpenSG/OSGSolidBackground.h>
 
 #include <cmath>
 #include <memory>
