@@ -209,15 +209,18 @@ TEST(FieldContainer, EndEditReportsTheEditedMask)
     subRefCP(fc);
 }
 
-TEST(FieldTypes, PointerFieldTypesAreRegisteredWithFieldParent)
+TEST(FieldContainerType, PrototypeOfATypeRegisteredLateIsMadeAsInStartup)
 {
-    const FieldType &single = SFGroupPtr::getClassType();
-    EXPECT_EQ(single.getName(), "SFGroupPtr");
-    EXPECT_EQ(single.getContentType().getName(), "GroupPtr");
-    EXPECT_EQ(single.getContentType().getParentName(), "NodeCorePtr");
-    EXPECT_EQ(std::string(MFNodePtr::getClassType().getCName()), "MFNodePtr");
-    EXPECT_EQ(SFBool::getClassType().getName(), "SFBool");
-    EXPECT_EQ(SFTime::getClassType().getName(), "SFTime");
+    ASSERT_EQ(GlobalSystemState, Running);
+    ProbeContainer::stateAtLastCreate = Running;
+
+    // As a library loaded after osgInit registers its types.
+    static FieldContainerType lateType("LateProbeContainer", "AttachmentContainer", NULL,
+        []() { return FieldContainerPtr(ProbeContainer::createEmpty()); }, NULL);
+
+    EXPECT_NE(lateType.getPrototype(), NullFC);
+    EXPECT_EQ(ProbeContainer::stateAtLastCreate, Startup);
+    EXPECT_EQ(GlobalSystemState, Running);
 }
 
 TEST(ChangeList, KeepsEveryEntryUntilCleared)
