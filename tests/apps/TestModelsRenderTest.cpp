@@ -18,6 +18,7 @@
 #include <vector>
 
 using namespace osg;
+using testsupport::editCP;
 
 namespace
 {
@@ -88,9 +89,7 @@ TEST_F(TestModelsRender, EveryModelRendersOrIsRefusedByName)
 
     const Color3f      backgroundColour(0.2f, 0.4f, 0.6f);
     SolidBackgroundPtr background = SolidBackground::create();
-    beginEditCP(background);
-    background->setColor(backgroundColour);
-    endEditCP(background);
+    editCP(background, [&] { background->setColor(backgroundColour); });
 
     DeferredRenderingViewportPtr viewport = DeferredRenderingViewportPtr::dcast(
         FieldContainerFactory::the()->createFieldContainer("DeferredRenderingViewport"));
@@ -105,9 +104,7 @@ TEST_F(TestModelsRender, EveryModelRendersOrIsRefusedByName)
     // in the scene.
     DirectionalLightPtr sun = testsupport::makeLight(
         testsupport::DirectionalLightParams{Vec3f(0.5f, 1.f, 0.7f)});
-    beginEditCP(sun, Light::BeaconFieldMask);
-    sun->setBeacon(demo::makeGroupNode());
-    endEditCP(sun, Light::BeaconFieldMask);
+    editCP(sun, Light::BeaconFieldMask, [&] { sun->setBeacon(demo::makeGroupNode()); });
     viewport->addLight(sun);
 
     std::vector<std::string> rendered, refused, empty, unseen;

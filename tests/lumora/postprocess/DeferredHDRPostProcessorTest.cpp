@@ -131,33 +131,6 @@ TEST_F(DeferredHDRPostProcessorTest, BloomAddsWhatExceedsTheThreshold)
     }
 }
 
-TEST_F(DeferredHDRPostProcessorTest, BloomSpreadsAroundABrightAreaAndFadesWithDistance)
-{
-    // An 8 x 8 block of 5.0 on black, centred between pixels 31 and 32.
-    const TextureImage out = frame(input([](int x, int y) {
-        const bool inside = x >= 28 && x < 36 && y >= 28 && y < 36;
-        return inside ? Vec4f(5.0f, 5.0f, 5.0f, 1.0f) : Vec4f(0.0f, 0.0f, 0.0f, 1.0f);
-    }));
-
-    EXPECT_NEAR(out.at(32, 32, 0), 1.0, 2e-3);
-    Real32 previous = out.at(36, 32, 0);
-    EXPECT_GT(previous, 0.02f);
-    for(int x = 40; x <= 52; x += 4)
-    {
-        const Real32 value = out.at(x, 32, 0);
-        EXPECT_GT(value, 0.0f) << x;
-        EXPECT_LT(value, previous) << x;
-        previous = value;
-    }
-    // The glow is as wide on every side of the block.
-    for(int d = 4; d <= 16; d += 4)
-    {
-        EXPECT_NEAR(out.at(35 + d, 32, 0), out.at(28 - d, 32, 0), 2e-3) << d;
-        EXPECT_NEAR(out.at(32, 35 + d, 0), out.at(32, 28 - d, 0), 2e-3) << d;
-        EXPECT_NEAR(out.at(35 + d, 32, 0), out.at(32, 35 + d, 0), 2e-3) << d;
-    }
-}
-
 TEST_F(DeferredHDRPostProcessorTest, OutputStaysInTheUnitRangeWithOpaqueAlpha)
 {
     // From black through dim to beyond what half floats hold, and negative.
@@ -200,65 +173,6 @@ TEST_F(DeferredHDRPostProcessorTest, OutputStaysInTheUnitRangeWithOpaqueAlpha)
                 ASSERT_LE(full.at(x, y, ch), 1.0f) << x << "," << y << " ch " << ch;
             }
         }
-}
-
-TEST_F(DeferredHDRPostProcessorTest, ParameterChangesTakeEffectAtTheNextUpdate)
-{
-    TextureChunkPtr image = constant(0.2f);
-    const double before = toneMapped(0.2, 1.64) + bloomOfConstant(0.2, 1.64, 1.0);
-    EXPECT_NEAR(frame(image).at(Size / 2, Size / 2, 0), before, tolerance(0.05));
-
-    hdr->exposure            = 0.8f;
-    hdr->brightPassThreshold = 0.5f;
-    EXPECT_NEAR(TextureImage(hdr->perform(image)).at(Size / 2, Size / 2, 0), before,
-                tolerance(0.05));
-
-    const double bloom = bloomOfConstant(0.2, 0.8, 0.5);
-    EXPECT_NEAR(frame(image).at(Size / 2, Size / 2, 0), toneMapped(0.2, 0.8) + bloom,
-                tolerance(bloom));
-}
-
-// Every target is a framebuffer of its own, so a viewport away from the
-// window's corner gets targets of its size from their origin; the reduced
-// ones are a quarter of it, truncated.
-TEST_F(DeferredHDRPostProcessorTest, TargetsTakeTheViewportSizeAndAQuarterOfItWhereverItStarts)
-{
-    struct Case
-    {
-        int left, bottom, right, top;
-        int width, height, reducedWidth, reducedHeight;
-    };
-    const Case cases[] =
-    {
-        {0, 0, 63, 63, 64, 64, 16, 16},
-        {10, 20, 73, 83, 64, 64, 16, 16},
-        {0, 0, 62, 58, 63, 59, 15, 14},
-        {40, 30, 75, 53, 36, 24, 9, 6},
-    };
-    for(const Case &c : cases)
-    {
-        SCOPED_TRACE(testing::Message() << c.left << "," << c.bottom << " to "
-                                        << c.right << "," << c.top);
-        auto check = [&](DeferredHDRPostProcessor &p) {
-            EXPECT_EQ(p.getRenderTarget().getWidth(),  c.width);
-            EXPECT_EQ(p.getRenderTarget().getHeight(), c.height);
-            for(RenderTarget *t : {&p.getDownscaledTarget(), &p.getBrightPassTarget(),
-                                   &p.getBloomTarget(), &p.getBlurTarget()})
-            {
-                EXPECT_EQ(t->getWidth(),  c.reducedWidth);
-                EXPECT_EQ(t->getHeight(), c.reducedHeight);
-            }
-        };
-
-        DeferredHDRPostProcessor fresh;
-        fresh.initialize(window, c.left, c.bottom, c.right, c.top, gbuffer, 5);
-        check(fresh);
-
-        DeferredHDRPostProcessor resized;
-        resized.initialize(window, 0, 0, 7, 7, gbuffer, 5);
-        resized.resize(c.left, c.bottom, c.right, c.top);
-        check(resized);
-    }
 }
 
 } // namespace

@@ -37,9 +37,7 @@ struct LitScene
         addChild(root, beacon);
 
         SimpleMaterialPtr material = SimpleMaterial::create();
-        beginEditCP(material);
-        material->setDiffuse(Color3f(0.8f, 0.8f, 0.8f));
-        endEditCP(material);
+        editCP(material, [&] { material->setDiffuse(Color3f(0.8f, 0.8f, 0.8f)); });
         addChild(root, makeRect(-2, -2, 2, 2, 0, material));
 
         const Color3f white(1, 1, 1), black(0, 0, 0);
@@ -49,9 +47,7 @@ struct LitScene
                   makeLight(DirectionalLightParams{Vec3f(0, 0, 1), white, black, 0.0f})};
         for(LightPtr light : lights)
         {
-            beginEditCP(light, Light::BeaconFieldMask);
-            light->setBeacon(beacon);
-            endEditCP(light, Light::BeaconFieldMask);
+            editCP(light, Light::BeaconFieldMask, [&] { light->setBeacon(beacon); });
             addChild(root, makeNodeFor(light));
             subRefCP(light);
         }
