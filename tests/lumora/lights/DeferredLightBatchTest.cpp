@@ -283,16 +283,9 @@ TEST_F(DeferredLightBatchTest, ShadowedAndDirectionalLightsStayVolumes)
     addLight(shadowed, Pnt3f(-0.5f, 0.0f, 3.0f), 5.0f, 0.6f, random);
     editCP(shadowed, Light::ShadowIntensityFieldMask, [&] { shadowed->setShadowIntensity(0.3f); });
 
-    DirectionalLightPtr sun = DirectionalLight::create();
-    beginEditCP(sun);
-    sun->setDirection(Vec3f(0.3f, 0.2f, 1.0f));
-    sun->setDiffuse(Color4f(0.3f, 0.3f, 0.3f, 1));
-    sun->setSpecular(Color4f(0.0f, 0.0f, 0.0f, 1));
-    sun->setShadowIntensity(1.0f);
-    endEditCP(sun);
-    addRefCP(sun);
-    lights.push_back(sun);
-    viewport->addLight(sun);
+    lights.push_back(makeLight(DirectionalLightParams{Vec3f(0.3f, 0.2f, 1.0f),
+                                                      Color3f(0.3f, 0.3f, 0.3f)}));
+    viewport->addLight(lights.back());
 
     expectBatchedMatchesVolumes(*scene);
     int batchedLights = 0;

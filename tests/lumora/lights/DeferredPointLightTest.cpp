@@ -155,41 +155,6 @@ TEST_F(DeferredPointLightTest, VolumeCoversOnlyTheLightsRange)
     subRefCP(light);
 }
 
-TEST_F(DeferredPointLightTest, RangeSetsTheSphereScale)
-{
-    struct Case
-    {
-        Vec3f  attenuation;
-        Real32 scale;
-    };
-    const Case cases[] =
-    {
-        {Vec3f(1, 0, 0),     1100000.0f},
-        {Vec3f(0, 0, 0.001f), 1100.0f},
-        {Vec3f(1, 0.5f, 0),   2200.0f},
-    };
-    for(const Case &c : cases)
-    {
-        const Pnt3f        position(1, -2, 3);
-        PointLightPtr      light = createPointLight(position, Color3f(1, 1, 1), Black,
-                                                    c.attenuation);
-        DeferredPointLight deferredLight;
-        deferredLight.update(Matrix(), Matrix(), Vec2f(1, 10), light, 1.0f);
-
-        Matrix m = deferredLight.getVolumeTransform()->getMatrix();
-        for(int i = 0; i < 3; ++i)
-        {
-            EXPECT_NEAR(m[i][i], c.scale, c.scale * 1e-5f);
-            EXPECT_NEAR(m[3][i], position[i], 1e-5f);
-        }
-        // The unit sphere's rim lands scale away from the light.
-        Pnt3f rim;
-        m.multFullMatrixPnt(Pnt3f(0, 1, 0), rim);
-        EXPECT_NEAR((rim - position).length(), c.scale, c.scale * 1e-5f);
-        subRefCP(light);
-    }
-}
-
 // Each kind refuses another kind's light with a warning and keeps what it had.
 TEST_F(DeferredPointLightTest, WrongLightTypeWarnsAndChangesNothing)
 {

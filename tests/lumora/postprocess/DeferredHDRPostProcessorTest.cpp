@@ -77,34 +77,10 @@ double tolerance(double bloom)
     return 2e-3 + 0.03 * bloom;
 }
 
-// With the threshold out of reach there is no bloom: the curve alone.
-TEST_F(DeferredHDRPostProcessorTest, ExposureCurveMapsZeroToZeroAndLargeValuesTowardsOne)
-{
-    hdr->brightPassThreshold = 1e9f;
-    struct Case
-    {
-        Real32 value;
-        Real32 exposure;
-    };
-    const Case cases[] =
-    {
-        {0.0f, 1.64f}, {0.05f, 1.64f}, {0.5f, 1.64f}, {1.0f, 1.64f},
-        {4.0f, 1.64f}, {1000.0f, 1.64f}, {0.5f, 0.5f}, {2.0f, 3.0f},
-    };
-    for(const Case &c : cases)
-    {
-        hdr->exposure = c.exposure;
-        const TextureImage out = frame(constant(c.value));
-        const double expected = toneMapped(c.value, c.exposure);
-        for(int ch = 0; ch < 3; ++ch)
-            EXPECT_NEAR(out.at(Size / 2, Size / 2, ch), expected, 2e-3)
-                << "value " << c.value << ", exposure " << c.exposure << ", channel " << ch;
-    }
-}
-
-// With the defaults a reduced-image value blooms only above
-// 1.0 * 0.1001 / 1.64, about 0.061.
-TEST_F(DeferredHDRPostProcessorTest, BloomAddsWhatExceedsTheThreshold)
+// The exposure curve plus the bloom of what exceeds the threshold: with
+// the defaults a reduced-image value blooms only above 1.0 * 0.1001 / 1.64,
+// about 0.061; with the threshold out of reach the curve stands alone.
+TEST_F(DeferredHDRPostProcessorTest, ExposureCurveAndBloomOfWhatExceedsTheThreshold)
 {
     struct Case
     {
@@ -112,8 +88,12 @@ TEST_F(DeferredHDRPostProcessorTest, BloomAddsWhatExceedsTheThreshold)
         Real32 exposure;
         Real32 threshold;
     };
+    const Real32 noBloom = 1e9f;
     const Case cases[] =
     {
+        {0.0f, 1.64f, noBloom}, {0.05f, 1.64f, noBloom}, {0.5f, 1.64f, noBloom},
+        {1.0f, 1.64f, noBloom}, {4.0f, 1.64f, noBloom},  {1000.0f, 1.64f, noBloom},
+        {0.5f, 0.5f, noBloom},  {2.0f, 3.0f, noBloom},
         {0.05f, 1.64f, 1.0f}, {0.06f, 1.64f, 1.0f}, {0.07f, 1.64f, 1.0f},
         {0.1f, 1.64f, 1.0f},  {0.2f, 1.64f, 1.0f},  {0.3f, 0.5f, 1.0f},
         {0.3f, 1.64f, 5.0f},  {0.4f, 1.64f, 5.0f},
@@ -125,9 +105,10 @@ TEST_F(DeferredHDRPostProcessorTest, BloomAddsWhatExceedsTheThreshold)
         const TextureImage out   = frame(constant(c.value));
         const double bloom    = bloomOfConstant(c.value, c.exposure, c.threshold);
         const double expected = std::min(toneMapped(c.value, c.exposure) + bloom, 1.0);
-        EXPECT_NEAR(out.at(Size / 2, Size / 2, 1), expected, tolerance(bloom))
-            << "value " << c.value << ", exposure " << c.exposure
-            << ", threshold " << c.threshold;
+        for(int ch = 0; ch < 3; ++ch)
+            EXPECT_NEAR(out.at(Size / 2, Size / 2, ch), expected, tolerance(bloom))
+                << "value " << c.value << ", exposure " << c.exposure
+                << ", threshold " << c.threshold << ", channel " << ch;
     }
 }
 

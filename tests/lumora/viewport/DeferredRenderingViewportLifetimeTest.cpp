@@ -6,7 +6,6 @@
 #include "support/DeferredScene.h"
 #include "support/Lighting.h"
 #include "support/LiveObjects.h"
-#include "support/LogCapture.h"
 #include "support/SceneSetup.h"
 
 using namespace osg;
@@ -169,19 +168,4 @@ TEST_F(DeferredViewportLifetimeTest, RegisteredLightsAreHeldUntilRemovedOrTheVie
     subRefCP(viewport);
     for(UInt32 i = 1; i < scene.lights.size(); ++i)
         EXPECT_EQ(scene.lights[i].getRefCount(), counts[i]);
-}
-
-TEST_F(DeferredViewportLifetimeTest, RenderWithoutAnActionWarnsAndDrawsNothing)
-{
-    LitScene scene;
-    DeferredRenderingViewportPtr viewport = scene.makeViewport();
-    attach(viewport);
-
-    testsupport::LogCapture log;
-    viewport->render(NULL);
-    EXPECT_TRUE(log.contains("DeferredRenderingViewport::render")) << log.text();
-    EXPECT_EQ(viewport->getLastWidth(), -1);
-
-    detach(viewport);
-    subRefCP(viewport);
 }

@@ -121,6 +121,7 @@ TEST_F(DeferredViewportTest, MissingContainersWarnAndDrawNothing)
         { "DeferredRenderingViewport::render: no camera!",     0 },
         { "DeferredRenderingViewport::render: no Background!", 1 },
         { "DeferredRenderingViewport::render: no Root!",       2 },
+        { "DeferredRenderingViewport::render",                 3 },  // no action
     };
     for(const Case &c : cases)
     {
@@ -133,7 +134,7 @@ TEST_F(DeferredViewportTest, MissingContainersWarnAndDrawNothing)
         glClearColor(0.25f, 0.5f, 0.75f, 1.0f);
         glClear(GL_COLOR_BUFFER_BIT);
         LogCapture log(LOG_WARNING);
-        viewport->render(action);
+        viewport->render(c.missing == 3 ? nullptr : action);
 
         EXPECT_TRUE(log.contains(c.message)) << log.text();
         EXPECT_EQ(log.count("DeferredRenderingViewport::render"), 1u);
