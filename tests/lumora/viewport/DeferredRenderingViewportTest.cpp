@@ -30,11 +30,6 @@ SimpleMaterialPtr createMaterial(Color3f diffuse, Real32 transparency = 0.0f)
     return material;
 }
 
-NodePtr createPlane(Real32 size, Real32 z, MaterialPtr material)
-{
-    return makeRect(-size / 2, -size / 2, size / 2, size / 2, z, material);
-}
-
 // A 64x64 window looking down -Z from (0, 0, 5) at a scene around the
 // origin, over a coloured background.
 class DeferredViewportTest : public DeferredSceneTest
@@ -47,7 +42,6 @@ class DeferredViewportTest : public DeferredSceneTest
         return options;
     }
 
-    void addToScene(NodePtr node) { scene->addToRoot(node); }
 
     TextureImage gbuffer(int index)
     {
@@ -78,10 +72,8 @@ float windowDepth(float d, float n, float f)
 TEST_F(DeferredViewportTest, PrepareSceneConvertsASharedMaterialOnce)
 {
     SimpleMaterialPtr shared = createMaterial(Color3f(0.8f, 0.4f, 0.2f));
-    NodePtr a = createPlane(1, 0, shared);
-    NodePtr b = createPlane(1, 1, shared);
-    addToScene(a);
-    addToScene(b);
+    addPlane(1, 0, shared);
+    addPlane(1, 1, shared);
 
     viewport->prepareScene(root);
     UInt32 chunks = shared->getChunks().size();
@@ -97,10 +89,8 @@ TEST_F(DeferredViewportTest, PrepareSceneSortsTransparentAndSkipsHiddenNodes)
 {
     SimpleMaterialPtr glass  = createMaterial(Color3f(1, 0, 0), 0.5f);
     SimpleMaterialPtr hidden = createMaterial(Color3f(0, 1, 0));
-    NodePtr transparent = createPlane(1, 0, glass);
-    NodePtr masked      = createPlane(1, 0, hidden);
-    addToScene(transparent);
-    addToScene(masked);
+    NodePtr transparent = addPlane(1, 0, glass);
+    NodePtr masked      = addPlane(1, 0, hidden);
     masked->getChild(0)->setTravMask(1);
 
     viewport->prepareScene(root);
@@ -159,7 +149,7 @@ TEST_F(DeferredViewportTest, ZeroSizeWindowEndsTheFrameSilently)
 
 TEST_F(DeferredViewportTest, GBufferHoldsEncodedSurfaceAndBackground)
 {
-    addToScene(createPlane(2, 0, createMaterial(Color3f(0.8f, 0.4f, 0.2f))));
+    addPlane(2, 0, createMaterial(Color3f(0.8f, 0.4f, 0.2f)));
     viewport->prepareScene(root);
     window->render(action);
 
@@ -200,10 +190,8 @@ TEST_F(DeferredViewportTest, GBufferHoldsEncodedSurfaceAndBackground)
 
 TEST_F(DeferredViewportTest, TransparentGeometryIsDrawnForwardOverTheLitImage)
 {
-    NodePtr opaque      = createPlane(4, 0, createMaterial(Color3f(0.8f, 0.8f, 0.8f)));
-    NodePtr transparent = createPlane(0.5f, 1, createMaterial(Color3f(1, 0, 0), 0.5f));
-    addToScene(opaque);
-    addToScene(transparent);
+    NodePtr opaque      = addPlane(4, 0, createMaterial(Color3f(0.8f, 0.8f, 0.8f)));
+    NodePtr transparent = addPlane(0.5f, 1, createMaterial(Color3f(1, 0, 0), 0.5f));
     viewport->prepareScene(root);
 
     Real32 farBefore = camera->getFar();
@@ -233,7 +221,7 @@ TEST_F(DeferredViewportTest, TransparentGeometryIsDrawnForwardOverTheLitImage)
 
 TEST_F(DeferredViewportTest, OnePixelResizeRecreatesBothTargets)
 {
-    addToScene(createPlane(2, 0, createMaterial(Color3f(0.8f, 0.4f, 0.2f))));
+    addPlane(2, 0, createMaterial(Color3f(0.8f, 0.4f, 0.2f)));
     viewport->prepareScene(root);
     window->render(action);
 
@@ -268,8 +256,8 @@ TEST_F(DeferredViewportTest, ViewportsGiveTheApplicationsMaterialsBack)
     endEditCP(opaque, ChunkMaterial::ChunksFieldMask);
     addRefCP(opaque);
     addRefCP(glass);
-    addToScene(createPlane(1, 0, opaque));
-    addToScene(createPlane(1, 1, glass));
+    addPlane(1, 0, opaque);
+    addPlane(1, 1, glass);
     const std::size_t opaqueChunks = opaque->getChunks().size();
     const std::size_t glassChunks  = glass->getChunks().size();
 
@@ -292,9 +280,8 @@ TEST_F(DeferredViewportTest, ViewportsGiveTheApplicationsMaterialsBack)
     // lets go of its material, and nothing of it is left.
     viewport->prepareScene(root);
     const LiveObjects before = LiveObjects::countContainers();
-    NodePtr model = createPlane(1, 0, createMaterial(Color3f(0, 1, 0)));
+    NodePtr model = addPlane(1, 0, createMaterial(Color3f(0, 1, 0)));
     addRefCP(model);
-    addToScene(model);
     viewport->prepareScene(root);
     editCP(root, Node::ChildrenFieldMask, [&] { root->subChild(model); });
     subRefCP(model);
@@ -311,7 +298,7 @@ TEST_F(DeferredViewportTest, TwoViewportsSharingAMaterialEachKeepTheirOwnShader)
     BlendChunkPtr     blend  = BlendChunk::create();
     editCP(shared, ChunkMaterial::ChunksFieldMask, [&] { shared->addChunk(blend); });
     addRefCP(shared);
-    addToScene(createPlane(1, 0, shared));
+    addPlane(1, 0, shared);
     const std::size_t chunks = shared->getChunks().size();
 
     DeferredRenderingViewportPtr first  = scene->makeViewport();

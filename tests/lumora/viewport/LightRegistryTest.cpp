@@ -58,16 +58,11 @@ LightPtr createLight(Kind kind)
 {
     const Color3f white(1, 1, 1), black(0, 0, 0);
     const Vec3f   attenuation(1, 0, 0.1f);
-    switch(kind)
-    {
-        case Kind::Point:
-            return makeLight(PointLightParams{Pnt3f(0, 0, 2), white, black, attenuation, 1.0f});
-        case Kind::Spot:
-            return makeLight(SpotLightParams{Pnt3f(0, 0, 2), Vec3f(0, 0, -1), deg2rad(40.0f),
-                                             0.0f, attenuation, white, black});
-        case Kind::Directional:
-            break;
-    }
+    if(kind == Kind::Point)
+        return makeLight(PointLightParams{Pnt3f(0, 0, 2), white, black, attenuation, 1.0f});
+    if(kind == Kind::Spot)
+        return makeLight(SpotLightParams{Pnt3f(0, 0, 2), Vec3f(0, 0, -1), deg2rad(40.0f), 0.0f,
+                                         attenuation, white, black});
     return makeLight(DirectionalLightParams{Vec3f(0, 0, 1)});
 }
 
