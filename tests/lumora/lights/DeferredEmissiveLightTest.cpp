@@ -1,13 +1,10 @@
 #include "support/DeferredScene.h"
 #include "support/Lighting.h"
-#include "support/SceneSetup.h"
 
 #include <Lumora/DeferredEmissiveLight.h>
 
-#include <OpenSG/OSGTextureChunk.h>
 
 #include <cmath>
-#include <vector>
 
 using namespace osg;
 using namespace testsupport;
@@ -18,14 +15,7 @@ namespace
 // The emissive colour goes through an eight-bit G-buffer channel.
 const float EightBitTolerance = 0.5f / 255.0f + 0.005f;
 
-class DeferredEmissiveLightTest : public DeferredSceneTest
-{
-  protected:
-    void setEmission(SimpleMaterialPtr mat, const Color3f &emission)
-    {
-        editCP(mat, SimpleMaterial::EmissionFieldMask, [&] { mat->setEmission(emission); });
-    }
-};
+using DeferredEmissiveLightTest = DeferredSceneTest;
 
 } // namespace
 
@@ -87,7 +77,7 @@ TEST_F(DeferredEmissiveLightTest, BlackEmissionAddsNothingOverALitPixel)
 
     // A coloured emission adds itself on top.
     const Color3f emission(0.25f, 0.1f, 0.05f);
-    setEmission(mat, emission);
+    editCP(mat, SimpleMaterial::EmissionFieldMask, [&] { mat->setEmission(emission); });
     renderFrame();
     LitImage emissive(viewport);
 

@@ -23,12 +23,6 @@ namespace
 const Color3f Black(0, 0, 0);
 const Color3f White(1, 1, 1);
 
-PointLightPtr createPointLight(const Pnt3f &position, const Color3f &diffuse,
-                               const Color3f &specular, const Vec3f &attenuation)
-{
-    return makeLight(PointLightParams{position, diffuse, specular, attenuation});
-}
-
 class DeferredPointLightTest : public DeferredSceneTest
 {
   protected:
@@ -122,7 +116,7 @@ TEST_F(DeferredPointLightTest, VolumeCoversOnlyTheLightsRange)
     // outside. Inside it the equation holds, outside nothing is added.
     const Pnt3f   lightPos(0.0f, 0.0f, 0.5f);
     const Vec3f   att(0.0f, 0.0f, 1000.0f);
-    PointLightPtr light = createPointLight(lightPos, Color3f(1, 1, 1), Black, att);
+    PointLightPtr light = makeLight(PointLightParams{lightPos, White, Black, att});
     viewport->addLight(light);
     renderFrame();
 
@@ -158,8 +152,8 @@ TEST_F(DeferredPointLightTest, VolumeCoversOnlyTheLightsRange)
 // Each kind refuses another kind's light with a warning and keeps what it had.
 TEST_F(DeferredPointLightTest, WrongLightTypeWarnsAndChangesNothing)
 {
-    PointLightPtr       point = createPointLight(Pnt3f(1, 2, 3), Color3f(0.2f, 0.4f, 0.6f),
-                                                 Black, Vec3f(1, 0, 0));
+    PointLightPtr       point = makeLight(PointLightParams{Pnt3f(1, 2, 3),
+                                                           Color3f(0.2f, 0.4f, 0.6f)});
     SpotLightPtr        spot  = makeLight(SpotLightParams{Pnt3f(1, 2, 3), Vec3f(0, 0, -1),
                                                           0.5f, 1.0f, Vec3f(1, 0, 0),
                                                           Color3f(0.2f, 0.4f, 0.6f), Black});

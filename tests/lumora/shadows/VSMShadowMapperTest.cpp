@@ -1,7 +1,6 @@
 #include <Lumora/VSMShadowMapper.h>
 #include <Lumora/IDeferredLight.h>
 
-#include <OpenSG/OSGGLEXT.h>
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGMatrixUtility.h>
 #include <OpenSG/OSGPassiveWindow.h>

@@ -219,29 +219,6 @@ TEST_F(DeferredViewportTest, TransparentGeometryIsDrawnForwardOverTheLitImage)
     EXPECT_EQ(transparent->getChild(0)->getTravMask(), 0xFFFFFFFFu);
 }
 
-TEST_F(DeferredViewportTest, OnePixelResizeRecreatesBothTargets)
-{
-    addPlane(2, 0, createMaterial(Color3f(0.8f, 0.4f, 0.2f)));
-    viewport->prepareScene(root);
-    window->render(action);
-
-    RenderTarget &gbuffer = viewport->getGBufferTarget();
-    RenderTarget &light   = viewport->getLightTarget();
-    ImagePtr before = light.getTargetTexture(0)->getImage();
-
-    window->resize(Size + 1, Size);
-    window->render(action);
-
-    EXPECT_EQ(viewport->getLastWidth(), Size + 1);
-    for(UInt8 i = 0; i < 5; ++i)
-        EXPECT_EQ(gbuffer.getTargetTexture(i)->getImage()->getWidth(), Size + 1);
-    EXPECT_NE(light.getTargetTexture(0)->getImage(), before);
-    EXPECT_EQ(light.getTargetTexture(0)->getImage()->getWidth(), Size + 1);
-    EXPECT_EQ(light.getTargetTexture(1), gbuffer.getTargetTexture(4));
-    EXPECT_EQ(light.getTargetTexture(0)->getImage()->getDataType(),
-              Int32(Image::OSG_FLOAT16_IMAGEDATA));
-}
-
 // Materials belong to the application: a viewport that goes, or that alone
 // still holds a material, gives back what it added and what it silenced.
 TEST_F(DeferredViewportTest, ViewportsGiveTheApplicationsMaterialsBack)
