@@ -11,13 +11,13 @@
 #include "support/LogCapture.h"
 
 #include <algorithm>
-#include <chrono>
 #include <filesystem>
 #include <iostream>
 #include <string>
 #include <vector>
 
 using namespace osg;
+using testsupport::editCP;
 
 namespace
 {
@@ -88,9 +88,7 @@ TEST_F(TestModelsRender, EveryModelRendersOrIsRefusedByName)
 
     const Color3f      backgroundColour(0.2f, 0.4f, 0.6f);
     SolidBackgroundPtr background = SolidBackground::create();
-    beginEditCP(background);
-    background->setColor(backgroundColour);
-    endEditCP(background);
+    editCP(background, [&] { background->setColor(backgroundColour); });
 
     DeferredRenderingViewportPtr viewport = DeferredRenderingViewportPtr::dcast(
         FieldContainerFactory::the()->createFieldContainer("DeferredRenderingViewport"));
@@ -105,13 +103,10 @@ TEST_F(TestModelsRender, EveryModelRendersOrIsRefusedByName)
     // in the scene.
     DirectionalLightPtr sun = testsupport::makeLight(
         testsupport::DirectionalLightParams{Vec3f(0.5f, 1.f, 0.7f)});
-    beginEditCP(sun, Light::BeaconFieldMask);
-    sun->setBeacon(demo::makeGroupNode());
-    endEditCP(sun, Light::BeaconFieldMask);
+    editCP(sun, Light::BeaconFieldMask, [&] { sun->setBeacon(demo::makeGroupNode()); });
     viewport->addLight(sun);
 
     std::vector<std::string> rendered, refused, empty, unseen;
-    const auto start = std::chrono::steady_clock::now();
     for(const std::filesystem::path &file : files)
     {
         SCOPED_TRACE(file.string());
@@ -156,11 +151,9 @@ TEST_F(TestModelsRender, EveryModelRendersOrIsRefusedByName)
         endEditCP(viewport, Viewport::RootFieldMask | Viewport::CameraFieldMask);
         subRefCP(root);
     }
-    const double seconds =
-        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     std::cout << "assimp-testmodels: " << rendered.size() << " rendered, " << refused.size()
-              << " refused by the loader, " << empty.size() << " with nothing to draw, "
-              << seconds << " s" << std::endl;
+              << " refused by the loader, " << empty.size() << " with nothing to draw"
+              << std::endl;
     for(const std::string &name : empty)
         std::cout << "  nothing to draw: " << name << "\n";
     for(const std::string &name : unseen)

@@ -13,13 +13,15 @@
 #include <OpenSG/OSGThread.h>
 #include <OpenSG/OSGTransform.h>
 
-#include "support/GLTest.h"
+#include "support/DeferredScene.h"
+#include "support/TextureImage.h"
 
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
 using namespace osg;
+using testsupport::editCP;
 
 namespace
 {
@@ -29,16 +31,6 @@ const int Height = 72;
 
 // RGBA floats, rows from the bottom.
 typedef std::vector<float> Pixels;
-
-Pixels readTexture(TextureChunkPtr texture)
-{
-    Pixels texels(std::size_t(Width) * Height * 4, 0.f);
-    glBindTexture(GL_TEXTURE_2D, texture->getGLTextureName());
-    glPixelStorei(GL_PACK_ALIGNMENT, 4);
-    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_FLOAT, texels.data());
-    glBindTexture(GL_TEXTURE_2D, 0);
-    return texels;
-}
 
 struct Difference
 {
@@ -140,9 +132,7 @@ TEST_F(EffectFloorAgreement, FloorDrawsTheLibraryEffectsImage)
         const Pnt3f at(0.f, 0.8f, -1.5f);
         const Matrix first = lookAt(Pnt3f(0.f, 5.5f, 13.f), at);
         TransformPtr beaconCore = Transform::create();
-        beginEditCP(beaconCore, Transform::MatrixFieldMask);
-        beaconCore->setMatrix(first);
-        endEditCP(beaconCore, Transform::MatrixFieldMask);
+        editCP(beaconCore, Transform::MatrixFieldMask, [&] { beaconCore->setMatrix(first); });
         NodePtr beacon = makeNodeFor(beaconCore);
         demo::addChild(root, beacon);
         PerspectiveCameraPtr camera = PerspectiveCamera::create();
@@ -165,17 +155,13 @@ TEST_F(EffectFloorAgreement, FloorDrawsTheLibraryEffectsImage)
         viewport->setHDRPostProcessOn (c.effect == EffectFloor::HDR);
         viewport->setDoFPostProcessOn (c.effect == EffectFloor::DoF);
         viewport->setCMBPostProcessOn (c.effect == EffectFloor::CMB);
-        PassiveWindowPtr window = PassiveWindow::create();
-        addRefCP(window);
-        beginEditCP(window);
-        window->addPort(viewport);
-        endEditCP(window);
-        window->init();
-        window->resize(Width, Height);
+        testsupport::WindowAndAction windowAndAction(Width, Height);
+        windowAndAction.addPort(viewport);
+        PassiveWindowPtr window = windowAndAction.window;
+        RenderAction    *action = windowAndAction.action;
         viewport->prepareScene(root);
         for(LightPtr light : lights)
             viewport->addLight(light);
-        RenderAction *action = RenderAction::create();
 
         // Two frames one blur interval apart, the camera turned between
         // them, so that the motion blur has a rotation to show.
@@ -209,9 +195,10 @@ TEST_F(EffectFloorAgreement, FloorDrawsTheLibraryEffectsImage)
             floorCamera.position[k] = toWorld[3][k];
 
         TextureChunkPtr lit = viewport->getLightTarget().getTargetTexture(0);
-        const Pixels input   = readTexture(lit);
-        const Pixels library = readTexture(
-            viewport->getPostProcessor(UInt32(c.effect))->getRenderTarget().getTargetTexture(0));
+        const Pixels input   = testsupport::TextureImage(lit).texels();
+        const Pixels library = testsupport::TextureImage(
+            viewport->getPostProcessor(UInt32(c.effect))->getRenderTarget().getTargetTexture(0))
+            .texels();
 
         EffectFloor floor;
         std::string error;
@@ -232,8 +219,6 @@ TEST_F(EffectFloorAgreement, FloorDrawsTheLibraryEffectsImage)
                        std::to_string(d.meanAbs) + " mean, " + std::to_string(changed.offShare) +
                        " changed");
 
-        delete action;
-        subRefCP(window);
         for(LightPtr light : lights)
             subRefCP(light);
     }

@@ -26,17 +26,6 @@ const int Height = 54;
 // RGBA floats, rows from the bottom.
 typedef std::vector<float> Pixels;
 
-Pixels readLightBuffer(DeferredRenderingViewportPtr viewport)
-{
-    TextureChunkPtr texture = viewport->getLightTarget().getTargetTexture(0);
-    Pixels texels(std::size_t(Width) * Height * 4, 0.f);
-    glBindTexture(GL_TEXTURE_2D, texture->getGLTextureName());
-    glPixelStorei(GL_PACK_ALIGNMENT, 4);
-    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_FLOAT, texels.data());
-    glBindTexture(GL_TEXTURE_2D, 0);
-    return texels;
-}
-
 struct Difference
 {
     double meanAbs   = 0.0;  // per colour channel, over the image
@@ -161,7 +150,7 @@ TEST_F(ForwardAgreement, ForwardMatchesDeferredLightBuffer)
             viewport->addLight(light);
         windowAndAction.window->render(windowAndAction.action);
         Thread::getCurrentChangeList()->clearAll();
-        const Pixels deferred = readLightBuffer(viewport);
+        const Pixels deferred = testsupport::LitImage(viewport).texels();
 
         forward.render(camera, lights);
         const Pixels forwardImage = forward.readColour();

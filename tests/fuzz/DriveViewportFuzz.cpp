@@ -67,7 +67,27 @@ struct Stage
     SolidBackgroundPtr   background;
 };
 
-NodePtr geometryNode(GeometryPtr geometry, Real32 transparency, const Vec3f &at)
+NodePtr addChild(NodePtr parent, NodePtr child)
+{
+    beginEditCP(parent, Node::ChildrenFieldMask);
+    parent->addChild(child);
+    endEditCP(parent, Node::ChildrenFieldMask);
+    return child;
+}
+
+// A node translated to at, under parent.
+NodePtr placedNode(NodePtr parent, const Vec3f &at)
+{
+    Matrix m;
+    m.setTranslate(at);
+    TransformPtr transform = Transform::create();
+    beginEditCP(transform);
+    transform->setMatrix(m);
+    endEditCP(transform);
+    return addChild(parent, makeNodeFor(transform));
+}
+
+void addGeometry(NodePtr parent, GeometryPtr geometry, Real32 transparency, const Vec3f &at)
 {
     SimpleMaterialPtr material = SimpleMaterial::create();
     beginEditCP(material);
@@ -77,18 +97,7 @@ NodePtr geometryNode(GeometryPtr geometry, Real32 transparency, const Vec3f &at)
     beginEditCP(geometry, Geometry::MaterialFieldMask);
     geometry->setMaterial(material);
     endEditCP(geometry, Geometry::MaterialFieldMask);
-
-    Matrix m;
-    m.setTranslate(at);
-    TransformPtr transform = Transform::create();
-    beginEditCP(transform);
-    transform->setMatrix(m);
-    endEditCP(transform);
-    NodePtr node = makeNodeFor(transform);
-    beginEditCP(node, Node::ChildrenFieldMask);
-    node->addChild(makeNodeFor(geometry));
-    endEditCP(node, Node::ChildrenFieldMask);
-    return node;
+    addChild(placedNode(parent, at), makeNodeFor(geometry));
 }
 
 Stage &stage(void)
@@ -107,22 +116,10 @@ Stage &stage(void)
     addRefCP(s.root);
     s.empty = makeNodeFor(Group::create());
     addRefCP(s.empty);
-    beginEditCP(s.root, Node::ChildrenFieldMask);
-    s.root->addChild(geometryNode(makePlaneGeo(8, 8, 1, 1), 0, Vec3f(0, 0, 0)));
-    s.root->addChild(geometryNode(makeBoxGeo(1, 1, 1, 1, 1, 1), 0, Vec3f(0, 0, 0.5f)));
-    s.root->addChild(geometryNode(makePlaneGeo(1, 1, 1, 1), 0.5f, Vec3f(0.5f, 0, 1.5f)));
-    endEditCP(s.root, Node::ChildrenFieldMask);
-
-    Matrix m;
-    m.setTranslate(0, 0, 6);
-    TransformPtr placement = Transform::create();
-    beginEditCP(placement);
-    placement->setMatrix(m);
-    endEditCP(placement);
-    NodePtr beacon = makeNodeFor(placement);
-    beginEditCP(s.root, Node::ChildrenFieldMask);
-    s.root->addChild(beacon);
-    endEditCP(s.root, Node::ChildrenFieldMask);
+    addGeometry(s.root, makePlaneGeo(8, 8, 1, 1), 0, Vec3f(0, 0, 0));
+    addGeometry(s.root, makeBoxGeo(1, 1, 1, 1, 1, 1), 0, Vec3f(0, 0, 0.5f));
+    addGeometry(s.root, makePlaneGeo(1, 1, 1, 1), 0.5f, Vec3f(0.5f, 0, 1.5f));
+    NodePtr beacon = placedNode(s.root, Vec3f(0, 0, 6));
 
     s.camera = PerspectiveCamera::create();
     addRefCP(s.camera);
@@ -319,9 +316,4 @@ int driveViewport(const std::uint8_t *data, std::size_t size)
 
 } // namespace fuzz
 
-#ifdef LUMORA_FUZZ_ENTRY
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
-{
-    return fuzz::driveViewport(data, size);
-}
-#endif
+LUMORA_FUZZ_TARGET(driveViewport)

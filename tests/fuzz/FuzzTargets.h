@@ -1,6 +1,9 @@
 #ifndef TESTS_FUZZ_FUZZTARGETS_H
 #define TESTS_FUZZ_FUZZTARGETS_H
 
+#include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGLog.h>
+
 #include <cstddef>
 #include <cstdint>
 
@@ -22,6 +25,30 @@ int readImage(const std::uint8_t *data, std::size_t size);
 // light fields and effect settings unfiltered. Needs a current GL context.
 int driveViewport(const std::uint8_t *data, std::size_t size);
 
+// Starts the runtime once; every refused input warns, and the fuzzer only
+// needs the outcome.
+inline void initQuietly()
+{
+    static bool initialised = false;
+    if(!initialised)
+    {
+        osg::osgInit(0, NULL);
+        osg::osgLog().setLogLevel(osg::LOG_FATAL);
+        initialised = true;
+    }
+}
+
 } // namespace fuzz
+
+// The libFuzzer entry point of a fuzzer built around operation.
+#ifdef LUMORA_FUZZ_ENTRY
+#define LUMORA_FUZZ_TARGET(operation)                                                 \
+    extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) \
+    {                                                                                 \
+        return fuzz::operation(data, size);                                           \
+    }
+#else
+#define LUMORA_FUZZ_TARGET(operation)
+#endif
 
 #endif

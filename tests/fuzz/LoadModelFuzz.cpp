@@ -1,7 +1,5 @@
 #include "FuzzTargets.h"
 
-#include <OpenSG/OSGBaseFunctions.h>
-#include <OpenSG/OSGLog.h>
 #include <OpenSG/OSGSceneFileHandler.h>
 #include <OpenSG/OSGThread.h>
 
@@ -19,14 +17,7 @@ int loadModel(const std::uint8_t *data, std::size_t size)
         "md2", "md3", "ms3d", "ac", "lwo", "nff", "raw", "smd", "cob", "b3d",
         "irrmesh", "q3o", "ter", "hmp", "mdl", "xgl", "ogex", "bvh", "csm", "fbx",
     };
-    static bool initialised = false;
-    if(!initialised)
-    {
-        osg::osgInit(0, NULL);
-        // Every refused input warns; the fuzzer only needs the outcome.
-        osg::osgLog().setLogLevel(osg::LOG_FATAL);
-        initialised = true;
-    }
+    initQuietly();
     if(size < 1)
         return 0;
 
@@ -44,9 +35,4 @@ int loadModel(const std::uint8_t *data, std::size_t size)
 
 } // namespace fuzz
 
-#ifdef LUMORA_FUZZ_ENTRY
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
-{
-    return fuzz::loadModel(data, size);
-}
-#endif
+LUMORA_FUZZ_TARGET(loadModel)

@@ -1,9 +1,7 @@
 #include "FuzzTargets.h"
 
-#include <OpenSG/OSGBaseFunctions.h>
 #include <OpenSG/OSGImage.h>
 #include <OpenSG/OSGImageFileHandler.h>
-#include <OpenSG/OSGLog.h>
 #include <OpenSG/OSGThread.h>
 
 #include <iterator>
@@ -20,14 +18,7 @@ int readImage(const std::uint8_t *data, std::size_t size)
         "image/x-photoshop", "image/x-portable-bitmap", "image/x-hdr", "image/tiff",
         "image/x-exr", "image/x-dds",
     };
-    static bool initialised = false;
-    if(!initialised)
-    {
-        osg::osgInit(0, NULL);
-        // Every refused input warns; the fuzzer only needs the outcome.
-        osg::osgLog().setLogLevel(osg::LOG_FATAL);
-        initialised = true;
-    }
+    initQuietly();
     if(size < 1)
         return 0;
 
@@ -51,9 +42,4 @@ int readImage(const std::uint8_t *data, std::size_t size)
 
 } // namespace fuzz
 
-#ifdef LUMORA_FUZZ_ENTRY
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
-{
-    return fuzz::readImage(data, size);
-}
-#endif
+LUMORA_FUZZ_TARGET(readImage)

@@ -176,11 +176,8 @@ SimpleMaterialPtr DeferredSceneTest::material(const Color3f &diffuse, const Colo
 
 RGBAf DeferredSceneTest::lit(int x, int y)
 {
-    TextureChunkPtr texture = viewport->getLightTarget().getTargetTexture(0);
-    glBindTexture(GL_TEXTURE_2D, texture->getGLTextureName());
-    const RGBAf texel = readTexelFloat(x, y);
-    glBindTexture(GL_TEXTURE_2D, 0);
-    return texel;
+    const LitImage image(viewport);
+    return {{image.at(x, y, 0), image.at(x, y, 1), image.at(x, y, 2), image.at(x, y, 3)}};
 }
 
 } // namespace testsupport

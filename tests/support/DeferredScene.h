@@ -18,6 +18,21 @@
 namespace testsupport
 {
 
+// change() between beginEditCP and endEditCP of ptr for mask.
+template <class PtrT, class Change>
+void editCP(PtrT ptr, osg::BitVector mask, Change change)
+{
+    osg::beginEditCP(ptr, mask);
+    change();
+    osg::endEditCP(ptr, mask);
+}
+
+template <class PtrT, class Change>
+void editCP(PtrT ptr, Change change)
+{
+    editCP(ptr, osg::FieldBits::AllFields, change);
+}
+
 // A PassiveWindow over the current context and a render action for it.
 // Holds the one reference to the window.
 struct WindowAndAction

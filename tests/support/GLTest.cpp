@@ -21,13 +21,6 @@ void recordDebugMessage(GLenum type, GLenum, const std::string &message)
         s_errorMessages.push_back(message);
 }
 
-std::string lowerCase(std::string s)
-{
-    std::transform(s.begin(), s.end(), s.begin(),
-                   [](unsigned char c) { return char(std::tolower(c)); });
-    return s;
-}
-
 // The runtime reports failed shader builds as warnings naming the step.
 std::vector<std::string> shaderBuildFailures(const std::string &logText)
 {
@@ -35,9 +28,10 @@ std::vector<std::string> shaderBuildFailures(const std::string &logText)
     std::istringstream in(logText);
     for(std::string line; std::getline(in, line); )
     {
-        const std::string lower = lowerCase(line);
-        if(lower.find("compile") != std::string::npos ||
-           lower.find("link")    != std::string::npos)
+        std::string lower = line;
+        std::transform(lower.begin(), lower.end(), lower.begin(),
+                       [](unsigned char c) { return char(std::tolower(c)); });
+        if(lower.find("compile") != std::string::npos || lower.find("link") != std::string::npos)
             lines.push_back(line);
     }
     return lines;

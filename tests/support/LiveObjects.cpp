@@ -6,6 +6,7 @@
 #include <epoxy/gl.h>
 
 #include <set>
+#include <utility>
 #include <sstream>
 
 namespace testsupport
@@ -47,16 +48,6 @@ void addDifferences(std::ostringstream &out, const char *what,
     }
 }
 
-// The epoxy entry points are macros over function pointers; these wrap
-// them in plain functions of one signature.
-GLboolean isTexture     (GLuint n) { return glIsTexture(n);      }
-GLboolean isFramebuffer (GLuint n) { return glIsFramebuffer(n);  }
-GLboolean isRenderbuffer(GLuint n) { return glIsRenderbuffer(n); }
-GLboolean isProgram     (GLuint n) { return glIsProgram(n);      }
-GLboolean isShader      (GLuint n) { return glIsShader(n);       }
-GLboolean isBuffer      (GLuint n) { return glIsBuffer(n);       }
-GLboolean isList        (GLuint n) { return glIsList(n);         }
-
 } // namespace
 
 LiveObjects LiveObjects::countContainers()
@@ -74,14 +65,21 @@ LiveObjects LiveObjects::countContainers()
 
 LiveObjects LiveObjects::count()
 {
+    // The epoxy entry points are macros over function pointers; the lambdas
+    // give them one plain signature.
+    const std::pair<const char *, GLboolean (*)(GLuint)> kinds[] =
+    {
+        {"texture",      [](GLuint n) { return glIsTexture(n); }},
+        {"framebuffer",  [](GLuint n) { return glIsFramebuffer(n); }},
+        {"renderbuffer", [](GLuint n) { return glIsRenderbuffer(n); }},
+        {"program",      [](GLuint n) { return glIsProgram(n); }},
+        {"shader",       [](GLuint n) { return glIsShader(n); }},
+        {"buffer",       [](GLuint n) { return glIsBuffer(n); }},
+        {"display list", [](GLuint n) { return glIsList(n); }},
+    };
     LiveObjects live = countContainers();
-    live.gl["texture"]      = countNames(isTexture);
-    live.gl["framebuffer"]  = countNames(isFramebuffer);
-    live.gl["renderbuffer"] = countNames(isRenderbuffer);
-    live.gl["program"]      = countNames(isProgram);
-    live.gl["shader"]       = countNames(isShader);
-    live.gl["buffer"]       = countNames(isBuffer);
-    live.gl["display list"] = countNames(isList);
+    for(const auto &kind : kinds)
+        live.gl[kind.first] = countNames(kind.second);
     return live;
 }
 

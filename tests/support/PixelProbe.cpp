@@ -1,7 +1,5 @@
 #include "support/PixelProbe.h"
 
-#include <limits>
-#include <vector>
 
 namespace testsupport
 {
@@ -16,33 +14,26 @@ class PackStateGuard
   public:
     PackStateGuard()
     {
-        glGetIntegerv(GL_PACK_ALIGNMENT,         &_alignment);
-        glGetIntegerv(GL_PACK_ROW_LENGTH,        &_rowLength);
-        glGetIntegerv(GL_PACK_SKIP_ROWS,         &_skipRows);
-        glGetIntegerv(GL_PACK_SKIP_PIXELS,       &_skipPixels);
         glGetIntegerv(GL_PIXEL_PACK_BUFFER_BINDING, &_packBuffer);
-
-        glPixelStorei(GL_PACK_ALIGNMENT,   1);
-        glPixelStorei(GL_PACK_ROW_LENGTH,  0);
-        glPixelStorei(GL_PACK_SKIP_ROWS,   0);
-        glPixelStorei(GL_PACK_SKIP_PIXELS, 0);
         glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
+        for(int i = 0; i < 4; ++i)
+        {
+            glGetIntegerv(Names[i], &_saved[i]);
+            glPixelStorei(Names[i], i == 0 ? 1 : 0);
+        }
     }
 
     ~PackStateGuard()
     {
-        glPixelStorei(GL_PACK_ALIGNMENT,   _alignment);
-        glPixelStorei(GL_PACK_ROW_LENGTH,  _rowLength);
-        glPixelStorei(GL_PACK_SKIP_ROWS,   _skipRows);
-        glPixelStorei(GL_PACK_SKIP_PIXELS, _skipPixels);
+        for(int i = 0; i < 4; ++i)
+            glPixelStorei(Names[i], _saved[i]);
         glBindBuffer(GL_PIXEL_PACK_BUFFER, GLuint(_packBuffer));
     }
 
   private:
-    GLint _alignment  = 4;
-    GLint _rowLength  = 0;
-    GLint _skipRows   = 0;
-    GLint _skipPixels = 0;
+    static constexpr GLenum Names[4] = {GL_PACK_ALIGNMENT, GL_PACK_ROW_LENGTH,
+                                        GL_PACK_SKIP_ROWS, GL_PACK_SKIP_PIXELS};
+    GLint _saved[4]   = {4, 0, 0, 0};
     GLint _packBuffer = 0;
 };
 
@@ -76,27 +67,6 @@ float readDepth(int x, int y)
     float depth = -1.0f;
     glReadPixels(x, y, 1, 1, GL_DEPTH_COMPONENT, GL_FLOAT, &depth);
     return depth;
-}
-
-RGBAf readTexelFloat(int x, int y, GLenum target, int level)
-{
-    PackStateGuard guard;
-    GLint width = 0, height = 0;
-    glGetTexLevelParameteriv(target, level, GL_TEXTURE_WIDTH,  &width);
-    glGetTexLevelParameteriv(target, level, GL_TEXTURE_HEIGHT, &height);
-
-    // NaN fails every comparison, so a probe off the texture cannot pass.
-    const float nan = std::numeric_limits<float>::quiet_NaN();
-    RGBAf texel = { { nan, nan, nan, nan } };
-    if(x < 0 || y < 0 || x >= width || y >= height)
-        return texel;
-
-    std::vector<float> image(size_t(width) * size_t(height) * 4);
-    glGetTexImage(target, level, GL_RGBA, GL_FLOAT, image.data());
-    const size_t at = (size_t(y) * size_t(width) + size_t(x)) * 4;
-    for(size_t c = 0; c < 4; ++c)
-        texel[c] = image[at + c];
-    return texel;
 }
 
 } // namespace testsupport

@@ -31,10 +31,6 @@ RGBA8 readPixelRGBA8(int x, int y);
 RGBAf readPixelFloat(int x, int y);
 float readDepth     (int x, int y);
 
-// One texel of the texture bound to target on the active unit, as RGBA
-// float; NaNs when (x, y) lies outside the level.
-RGBAf readTexelFloat(int x, int y, GLenum target = GL_TEXTURE_2D, int level = 0);
-
 } // namespace testsupport
 
 #endif

@@ -41,23 +41,8 @@ TextureImage::TextureImage(int width, int height) :
 {
 }
 
-float TextureImage::bilinear(float u, float v, int channel) const
-{
-    return sample(u, v, channel, WeightRounding(), EdgeTexels);
-}
-
-float TextureImage::bilinear(float u, float v, int channel, const WeightRounding &rounding) const
-{
-    return sample(u, v, channel, rounding, EdgeTexels);
-}
-
-float TextureImage::bilinear(float u, float v, int channel, Edge edge) const
-{
-    return sample(u, v, channel, WeightRounding(), edge);
-}
-
-float TextureImage::sample(float u, float v, int channel, const WeightRounding &rounding,
-                           Edge edge) const
+float TextureImage::bilinear(float u, float v, int channel, Edge edge,
+                             const WeightRounding &rounding) const
 {
     if(edge == BlackBorder)
     {

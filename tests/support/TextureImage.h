@@ -39,26 +39,23 @@ class TextureImage
                        std::size_t(channel)];
     }
 
+    // RGBA, row by row from the bottom.
+    const std::vector<float> &texels() const { return _texels; }
+
     // Largest magnitude of the colour channels anywhere.
     float maxValue() const;
-
-    // GL's bilinear lookup at texture coordinate (u, v) with the edge
-    // texels clamped. With weightBits, the weights are cut to that many
-    // fractional bits, rounded up or down along each axis, as a texture
-    // unit may do.
-    float bilinear(float u, float v, int channel,
-                   const WeightRounding &rounding) const;
-    float bilinear(float u, float v, int channel) const;
 
     // What lies past the edge: the edge texels, or, as with GL_CLAMP and a
     // black border, the coordinate clamped to [0, 1] and the border mixed in.
     enum Edge { EdgeTexels, BlackBorder };
-    float bilinear(float u, float v, int channel, Edge edge) const;
+
+    // GL's bilinear lookup at texture coordinate (u, v). With weightBits,
+    // the weights are cut to that many fractional bits, rounded up or down
+    // along each axis, as a texture unit may do.
+    float bilinear(float u, float v, int channel, Edge edge = EdgeTexels,
+                   const WeightRounding &rounding = WeightRounding()) const;
 
   private:
-    float sample(float u, float v, int channel, const WeightRounding &rounding,
-                 Edge edge) const;
-
     int                _width  = 0;
     int                _height = 0;
     std::vector<float> _texels;

@@ -9,7 +9,6 @@
 
 #include <OpenSG/OSGBaseFunctions.h>
 #include <OpenSG/OSGDirectionalLight.h>
-#include <OpenSG/OSGMatrixUtility.h>
 #include <OpenSG/OSGPointLight.h>
 #include <OpenSG/OSGSimpleGeometry.h>
 #include <OpenSG/OSGSpotLight.h>
@@ -70,9 +69,7 @@ class DeferredLightBatchTest : public DeferredSceneTest
 
     void addObject(GeometryPtr geometry, const Vec3f &at, Real32 turn, MaterialPtr mat)
     {
-        beginEditCP(geometry, Geometry::MaterialFieldMask);
-        geometry->setMaterial(mat);
-        endEditCP(geometry, Geometry::MaterialFieldMask);
+        editCP(geometry, Geometry::MaterialFieldMask, [&] { geometry->setMaterial(mat); });
         NodePtr node = scene->addToRoot(makeTransformNode(rotateXThenTranslate(turn, at)));
         addChild(node, makeNodeFor(geometry));
     }
@@ -94,9 +91,7 @@ class DeferredLightBatchTest : public DeferredSceneTest
         endEditCP(light);
         if(PointLightPtr point = PointLightPtr::dcast(light))
         {
-            beginEditCP(point, PointLight::PositionFieldMask);
-            point->setPosition(position);
-            endEditCP(point, PointLight::PositionFieldMask);
+            editCP(point, PointLight::PositionFieldMask, [&] { point->setPosition(position); });
         }
         addRefCP(light);
         lights.push_back(light);
@@ -249,9 +244,7 @@ TEST_P(DeferredLightBatchShapeTest, MatchesTheVolumePath)
     const ShapeCase &c = GetParam();
     buildScene();
     addLights({c.name, c.points, c.spots, 2.0f, c.range, 1.0f, false, 32});
-    beginEditCP(viewport);
-    viewport->setSize(c.left, c.bottom, 1, 1);
-    endEditCP(viewport);
+    editCP(viewport, [&] { viewport->setSize(c.left, c.bottom, 1, 1); });
     if(c.batchedBeforeResize)
     {
         // Smaller first: what the batch keeps per tile must grow with it.
@@ -288,20 +281,11 @@ TEST_F(DeferredLightBatchTest, ShadowedAndDirectionalLightsStayVolumes)
     shadowed->setSpotCutOff(0.6f);
     endEditCP(shadowed);
     addLight(shadowed, Pnt3f(-0.5f, 0.0f, 3.0f), 5.0f, 0.6f, random);
-    beginEditCP(shadowed, Light::ShadowIntensityFieldMask);
-    shadowed->setShadowIntensity(0.3f);
-    endEditCP(shadowed, Light::ShadowIntensityFieldMask);
+    editCP(shadowed, Light::ShadowIntensityFieldMask, [&] { shadowed->setShadowIntensity(0.3f); });
 
-    DirectionalLightPtr sun = DirectionalLight::create();
-    beginEditCP(sun);
-    sun->setDirection(Vec3f(0.3f, 0.2f, 1.0f));
-    sun->setDiffuse(Color4f(0.3f, 0.3f, 0.3f, 1));
-    sun->setSpecular(Color4f(0.0f, 0.0f, 0.0f, 1));
-    sun->setShadowIntensity(1.0f);
-    endEditCP(sun);
-    addRefCP(sun);
-    lights.push_back(sun);
-    viewport->addLight(sun);
+    lights.push_back(makeLight(DirectionalLightParams{Vec3f(0.3f, 0.2f, 1.0f),
+                                                      Color3f(0.3f, 0.3f, 0.3f)}));
+    viewport->addLight(lights.back());
 
     expectBatchedMatchesVolumes(*scene);
     int batchedLights = 0;
@@ -330,89 +314,6 @@ TEST_F(DeferredLightBatchTest, LightsOffOrOutOfViewListNowhere)
     LitImage image(viewport);
     EXPECT_NEAR(image.at(2, 2, 0), 0.0f, 1e-6f);
     EXPECT_GT(image.maxValue(), 0.1f);
-}
-
-// A tile lists only lights whose sphere reaches its depth range: one hung
-// between the camera and the floor, short of it, is listed nowhere, though
-// it covers the middle of the screen; one reaching the floor is.
-TEST_F(DeferredLightBatchTest, TilesLeaveOutLightsShortOfTheirDepth)
-{
-    addPlane(8.0f, 0.0f, material(Color3f(0.8f, 0.8f, 0.8f)));
-    boost::random::mt19937 random(5);
-    addLight(PointLight::create(), Pnt3f(0.0f, 0.0f, 3.0f), 1.0f, 0.5f, random);
-
-    viewport->setLightBatching(true);
-    renderFrame();
-    EXPECT_EQ(viewport->getLightBatch()->getNumTileEntries(), 0u);
-
-    addLight(PointLight::create(), Pnt3f(0.0f, 0.0f, 0.5f), 1.0f, 0.5f, random);
-    renderFrame();
-    EXPECT_GT(viewport->getLightBatch()->getNumTileEntries(), 0u);
-}
-
-// Every pixel a sphere's outline covers lies in its rectangle: sample the
-// outline densely and check each sample's pixel against the rectangle.
-TEST(DeferredLightBatchBounds, RectangleHoldsTheSpheresOutline)
-{
-    Matrix projection;
-    MatrixPerspective(projection, deg2rad(30.0f), 1.5f, 1.0f, 100.0f);
-    const Int32 width = 96, height = 64;
-
-    struct Sphere { Vec3f center; Real32 radius; bool visible; bool wholeScreen; };
-    const Sphere spheres[] =
-    {
-        {Vec3f( 0.0f,  0.0f, -10.0f), 1.0f, true,  false},
-        {Vec3f( 3.0f,  1.5f, -10.0f), 1.0f, true,  false},  // partly off the edge
-        {Vec3f(-1.0f,  0.5f,  -4.0f), 0.5f, true,  false},
-        {Vec3f(30.0f,  0.0f, -10.0f), 1.0f, false, false},  // beside the view
-        {Vec3f( 0.0f,  0.0f,   5.0f), 2.0f, false, false},  // behind the camera
-        {Vec3f( 0.0f,  0.0f,  -1.5f), 1.0f, true,  true },  // across the near plane
-        {Vec3f( 1.2f,  0.8f,  -1.3f), 1.4f, true,  true },  // and behind the camera
-    };
-
-    for(const Sphere &s : spheres)
-    {
-        Int32 x0 = -1, y0 = -1, x1 = -1, y1 = -1;
-        const bool covered = DeferredLightBatch::screenBounds(s.center, s.radius, projection, 1.0f,
-                                                              width, height, x0, y0, x1, y1);
-        ASSERT_EQ(covered, s.visible) << "sphere at " << s.center;
-        if(!covered)
-            continue;
-        if(s.wholeScreen)
-        {
-            EXPECT_TRUE(x0 == 0 && y0 == 0 && x1 == width && y1 == height)
-                << "sphere at " << s.center;
-        }
-
-        int inside = 0;
-        for(int i = 0; i < 64; ++i)
-        {
-            for(int j = 0; j <= 32; ++j)
-            {
-                const Real32 theta = 2.0f * Pi * Real32(i) / 64.0f;
-                const Real32 phi   = Pi * Real32(j) / 32.0f;
-                Vec4f p(s.center[0] + s.radius * std::sin(phi) * std::cos(theta),
-                        s.center[1] + s.radius * std::sin(phi) * std::sin(theta),
-                        s.center[2] + s.radius * std::cos(phi), 1.0f);
-                if(p[2] > -1.0f)
-                    continue;  // clipped by the near plane
-                projection.multMatrixVec(p);
-                const Real32 px = (p[0] / p[3] * 0.5f + 0.5f) * Real32(width);
-                const Real32 py = (p[1] / p[3] * 0.5f + 0.5f) * Real32(height);
-                if(px < 0.0f || py < 0.0f || px >= width || py >= height)
-                    continue;
-                ++inside;
-                EXPECT_TRUE(px >= x0 && px <= x1 && py >= y0 && py <= y1)
-                    << "sphere at " << s.center << ": point at " << px << "," << py
-                    << " outside " << x0 << "," << y0 << " - " << x1 << "," << y1;
-            }
-        }
-        EXPECT_GT(inside, 0);
-        if(!s.wholeScreen)
-        {
-            EXPECT_LT((x1 - x0) * (y1 - y0), width * height) << "sphere at " << s.center;
-        }
-    }
 }
 
 } // namespace

@@ -31,12 +31,8 @@ TEST_F(DirectionalShadowTest, SunShadowsFallInEachOfItsThreeSplits)
     Matrix toWorld;
     MatrixLookAt(toWorld, Pnt3f(eye), Pnt3f(target), Vec3f(0, 0, 1));
     TransformPtr eyeCore = TransformPtr::dcast(cameraBeacon->getCore());
-    beginEditCP(eyeCore, Transform::MatrixFieldMask);
-    eyeCore->setMatrix(toWorld);
-    endEditCP(eyeCore, Transform::MatrixFieldMask);
-    beginEditCP(camera, Camera::FarFieldMask);
-    camera->setFar(100.0f);
-    endEditCP(camera, Camera::FarFieldMask);
+    editCP(eyeCore, Transform::MatrixFieldMask, [&] { eyeCore->setMatrix(toWorld); });
+    editCP(camera, Camera::FarFieldMask, [&] { camera->setFar(100.0f); });
 
     addPlane(40.0f, 0.0f, material(Floor));
     const std::vector<Rect> occluders =

@@ -51,17 +51,13 @@ TEST_P(PointShadowTest, EveryCubeFaceShadowsWhatItSees)
     back.setTranslate(0, 0, 5);
     eye.mult(back);
     TransformPtr eyeCore = TransformPtr::dcast(cameraBeacon->getCore());
-    beginEditCP(eyeCore, Transform::MatrixFieldMask);
-    eyeCore->setMatrix(eye);
-    endEditCP(eyeCore, Transform::MatrixFieldMask);
+    editCP(eyeCore, Transform::MatrixFieldMask, [&] { eyeCore->setMatrix(eye); });
 
     const Real32  intensity = 0.2f;
     PointLightPtr light     = makeLight(PointLightParams{LightPosition, Color3f(1, 1, 1),
                                                          Color3f(0, 0, 0), Vec3f(1, 0, 0),
                                                          intensity});
-    beginEditCP(light, Light::BeaconFieldMask);
-    light->setBeacon(world);
-    endEditCP(light, Light::BeaconFieldMask);
+    editCP(light, Light::BeaconFieldMask, [&] { light->setBeacon(world); });
     viewport->addLight(light);
     renderFrame();
 

@@ -79,9 +79,7 @@ class ShadowMapReuseTest : public DeferredSceneTest
         m[3][0] += by[0];
         m[3][1] += by[1];
         m[3][2] += by[2];
-        beginEditCP(core, Transform::MatrixFieldMask);
-        core->setMatrix(m);
-        endEditCP(core, Transform::MatrixFieldMask);
+        editCP(core, Transform::MatrixFieldMask, [&] { core->setMatrix(m); });
     }
 
     NodePtr           occluder;
@@ -128,9 +126,7 @@ TEST_F(ShadowMapReuseTest, FramesEqualRedrawingAfterEachChange)
         }},
         {"occluder hidden", Spot, [this] {
             NodePtr node = occluder;
-            beginEditCP(node, Node::TravMaskFieldMask);
-            node->setTravMask(0);
-            endEditCP(node, Node::TravMaskFieldMask);
+            editCP(node, Node::TravMaskFieldMask, [&] { node->setTravMask(0); });
         }},
         {"occluder made transparent", Sun, [this] {
             beginEditCP(occluderMaterial, SimpleMaterial::TransparencyFieldMask);
@@ -149,14 +145,10 @@ TEST_F(ShadowMapReuseTest, FramesEqualRedrawingAfterEachChange)
             Matrix m;
             m.setTranslate(0.5f, 0.0f, 7.0f);
             TransformPtr core = Transform::create();
-            beginEditCP(core, Transform::MatrixFieldMask);
-            core->setMatrix(m);
-            endEditCP(core, Transform::MatrixFieldMask);
+            editCP(core, Transform::MatrixFieldMask, [&] { core->setMatrix(m); });
             beacon = makeNodeFor(core);
             addRefCP(beacon);
-            beginEditCP(camera, Camera::BeaconFieldMask);
-            camera->setBeacon(beacon);
-            endEditCP(camera, Camera::BeaconFieldMask);
+            editCP(camera, Camera::BeaconFieldMask, [&] { camera->setBeacon(beacon); });
         }},
     };
 

@@ -1,7 +1,6 @@
 #include <Lumora/VSMShadowMapper.h>
 #include <Lumora/IDeferredLight.h>
 
-#include <OpenSG/OSGGLEXT.h>
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGMatrixUtility.h>
 #include <OpenSG/OSGPassiveWindow.h>
@@ -148,33 +147,6 @@ TEST_F(VSMShadowMapperTest, MomentsAreNormalisedLinearDepthAndItsSquare)
     }
 }
 
-TEST_F(VSMShadowMapperTest, MapsAreHalfTheMomentTargetAndFilteredLinearlyAtTheEdge)
-{
-    ScriptedLight light(2);
-    renderShadowmaps(light);
-
-    for(RenderTarget &target : light.targets)
-    {
-        ASSERT_TRUE(target.isInitialized());
-        EXPECT_EQ(target.getWidth(),  1024);
-        EXPECT_EQ(target.getHeight(), 1024);
-        TextureChunkPtr texture = target.getTargetTexture(0);
-        EXPECT_EQ(texture->getInternalFormat(), UInt32(GL_RGB32F_ARB));
-        EXPECT_EQ(texture->getMinFilter(), UInt32(GL_LINEAR));
-        EXPECT_EQ(texture->getWrapS(), UInt32(GL_CLAMP_TO_EDGE));
-        EXPECT_EQ(texture->getWrapT(), UInt32(GL_CLAMP_TO_EDGE));
-
-        // Nothing in the scene: every texel is uncovered.
-        TextureImage map(texture);
-        for(int i = 0; i < 1024; i += 97)
-        {
-            EXPECT_FLOAT_EQ(map.at(i, 1023 - i, 0), 0.5f) << i;
-            EXPECT_FLOAT_EQ(map.at(i, 1023 - i, 1), 1.0f) << i;
-            EXPECT_FLOAT_EQ(map.at(i, 1023 - i, 2), 0.0f) << i;
-        }
-    }
-}
-
 TEST_F(VSMShadowMapperTest, RefusedOrMissingMapsKeepTheirContent)
 {
     addStrip(-1.0f, 1.0f, -3.0f);
@@ -200,9 +172,27 @@ TEST_F(VSMShadowMapperTest, RefusedOrMissingMapsKeepTheirContent)
     EXPECT_NEAR(TextureImage(light.targets[2].getTargetTexture(0)).at(512, 512, 0), kept, 1e-4f);
 }
 
+// The shadow pass borrows the root: afterwards it is back where it was,
+// on as many references as before.
 TEST_F(VSMShadowMapperTest, RootReturnsToItsParentAndIndex)
 {
-    // The root as the middle of three children of an application node.
+    // Without a parent it stays without one.
+    const Int32 references = root.getRefCount();
+    ScriptedLight light(1);
+    renderShadowmaps(light);
+    EXPECT_EQ(root->getParent(), NullFC);
+    EXPECT_EQ(root.getRefCount(), references);
+
+    // A root nobody references survives on exactly the one reference the
+    // mapper leaves it, which the application then owns.
+    NodePtr loose = testsupport::makeGroupNode();
+    mapper.beginShadowmapRendering(loose, scene->camera, getCPtr(scene->viewport));
+    mapper.endShadowmapRendering(loose);
+    EXPECT_EQ(loose->getParent(), NullFC);
+    EXPECT_EQ(loose.getRefCount(), 1);
+    subRefCP(loose);
+
+    // The middle of three children of an application node.
     NodePtr parent = testsupport::makeGroupNode();
     addRefCP(parent);
     NodePtr before = testsupport::makeGroupNode();
@@ -210,9 +200,8 @@ TEST_F(VSMShadowMapperTest, RootReturnsToItsParentAndIndex)
     testsupport::addChild(parent, before);
     testsupport::addChild(parent, root);
     testsupport::addChild(parent, after);
-    const Int32 references = root.getRefCount();
+    const Int32 held = root.getRefCount();
 
-    ScriptedLight light(1);
     mapper.beginShadowmapRendering(root, scene->camera, getCPtr(scene->viewport));
     EXPECT_EQ(root->getParent(), mapper.getShadowRoot());
     mapper.updateShadowmap(&light);
@@ -224,30 +213,12 @@ TEST_F(VSMShadowMapperTest, RootReturnsToItsParentAndIndex)
     EXPECT_EQ(parent->getChild(1), root);
     EXPECT_EQ(parent->getChild(2), after);
     EXPECT_EQ(mapper.getShadowRoot()->getNChildren(), 0u);
-    EXPECT_EQ(root.getRefCount(), references);
+    EXPECT_EQ(root.getRefCount(), held);
 
     beginEditCP(parent, Node::ChildrenFieldMask);
     parent->subChild(root);
     endEditCP(parent, Node::ChildrenFieldMask);
     subRefCP(parent);
-}
-
-TEST_F(VSMShadowMapperTest, ParentlessRootStaysParentlessAndAlive)
-{
-    const Int32 references = root.getRefCount();
-    ScriptedLight light(1);
-    renderShadowmaps(light);
-    EXPECT_EQ(root->getParent(), NullFC);
-    EXPECT_EQ(root.getRefCount(), references);
-
-    // A root nobody references survives the shadow pass on exactly the one
-    // reference the mapper leaves it, which the application then owns.
-    NodePtr loose = testsupport::makeGroupNode();
-    mapper.beginShadowmapRendering(loose, scene->camera, getCPtr(scene->viewport));
-    mapper.endShadowmapRendering(loose);
-    EXPECT_EQ(loose->getParent(), NullFC);
-    EXPECT_EQ(loose.getRefCount(), 1);
-    subRefCP(loose);
 }
 
 } // namespace

@@ -66,44 +66,7 @@ TEST(PostProcessingToolsKernel, TapsSitAroundTheCentreWithNormalisedGaussianWeig
             sum += kernel[i][2];
         }
         EXPECT_NEAR(sum, 1.0, 1e-6);
-
-        // A centred kernel is symmetric; a shifted one leans to its mean.
-        for(int i = 0; i < c.taps / 2; ++i)
-        {
-            const Real32 a = kernel[i][2];
-            const Real32 b = kernel[c.taps - 1 - i][2];
-            if(c.mean == 0.0f)
-                EXPECT_FLOAT_EQ(a, b) << i;
-            else
-                EXPECT_EQ(a < b, c.mean > 0.0f) << i;
-        }
     }
-}
-
-TEST(PostProcessingToolsKernel, WeightsOfTheBlurProgramsToFourDecimals)
-{
-    const std::vector<std::vector<double>> rounded =
-    {
-        {0.3192, 0.3617, 0.3192},
-        {0.1525, 0.2218, 0.2514, 0.2218, 0.1525},
-        {0.0702, 0.1311, 0.1907, 0.2161, 0.1907, 0.1311, 0.0702},
-    };
-    for(const std::vector<double> &weights : rounded)
-    {
-        MFVec3f kernel = PostProcessingTools::getGaussianBlurKernel(UInt8(weights.size()),
-                                                                    0.0f, 2.0f);
-        ASSERT_EQ(kernel.size(), weights.size());
-        for(std::size_t i = 0; i < weights.size(); ++i)
-            EXPECT_NEAR(kernel[i][2], weights[i], 0.00005) << weights.size() << " taps, " << i;
-    }
-
-    MFVec3f thirteen = PostProcessingTools::getGaussianBlurKernel(13, 0.0f, 2.0f);
-    ASSERT_EQ(thirteen.size(), 13u);
-    EXPECT_NEAR(thirteen[0][2],  0.0022, 0.00005);
-    EXPECT_NEAR(thirteen[6][2],  0.1997, 0.00005);
-    EXPECT_NEAR(thirteen[12][2], 0.0022, 0.00005);
-
-    EXPECT_EQ(PostProcessingTools::getGaussianBlurKernel(0, 0.0f, 2.0f).size(), 0u);
 }
 
 TEST(PostProcessingToolsKernel, WeightIsTheNormalDensity)
@@ -167,34 +130,6 @@ class PostProcessingToolsTest : public testsupport::WindowTest
     std::vector<TextureChunkPtr>               sources;
 };
 
-TEST_F(PostProcessingToolsTest, DownscalingAConstantKeepsItInEveryChannel)
-{
-    const Vec4f value(0.25f, 0.5f, 2.0f, 0.75f);
-    TextureChunkPtr constant = source([&](int, int) { return value; });
-
-    struct Case
-    {
-        PostProcessingTools::ScaleType type;
-        int                            factor;
-    };
-    for(Case c : {Case{PostProcessingTools::DOWNSCALE_2X2, 2},
-                  Case{PostProcessingTools::DOWNSCALE_4X4, 4}})
-    {
-        const int     size   = SourceSize / c.factor;
-        RenderTarget *result = target(size, size);
-        tools->downscaleTexture(constant, result, c.type, action);
-
-        TextureImage image(result->getTargetTexture(0));
-        ASSERT_EQ(image.width(), size);
-        for(int y = 0; y < size; ++y)
-            for(int x = 0; x < size; ++x)
-                for(int ch = 0; ch < 4; ++ch)
-                    ASSERT_NEAR(image.at(x, y, ch), value[ch], 1e-5f)
-                        << "factor " << c.factor << " at " << x << "," << y << " ch " << ch;
-        expectMaterialsEmpty();
-    }
-}
-
 // On a linear ramp every symmetric pattern around the output pixel's
 // centre averages to the ramp's value there; a lopsided pattern does not.
 TEST_F(PostProcessingToolsTest, DownscaledRampKeepsTheValueAtEachOutputCentre)
@@ -226,42 +161,6 @@ TEST_F(PostProcessingToolsTest, DownscaledRampKeepsTheValueAtEachOutputCentre)
                 ASSERT_NEAR(image.at(x, y, 2), cx + 2 * cy, 2e-3f)
                     << factor << ": " << x << "," << y;
             }
-    }
-}
-
-TEST_F(PostProcessingToolsTest, BlurOfAConstantScalesBySquareOfBloomScale)
-{
-    const Vec4f value(0.2f, 0.4f, 0.8f, 1.0f);
-    TextureChunkPtr constant = source([&](int, int) { return value; });
-
-    struct Case
-    {
-        PostProcessingTools::BlurType type;
-        Real32                        bloomScale;
-        Real32                        gain;
-    };
-    const Case cases[] =
-    {
-        {PostProcessingTools::GAUSSIAN_3,  1.0f,  1.0f},
-        {PostProcessingTools::GAUSSIAN_13, 1.0f,  1.0f},
-        {PostProcessingTools::GAUSSIAN_5,  1.25f, 1.5625f},
-        {PostProcessingTools::GAUSSIAN_7,  1.25f, 1.5625f},
-    };
-    for(const Case &c : cases)
-    {
-        RenderTarget *intermediate = target(SourceSize, SourceSize);
-        RenderTarget *result       = target(SourceSize, SourceSize);
-        tools->blurTexture(constant, intermediate, result, c.type, action, c.bloomScale);
-
-        // Targets clamp to their border colour, so taps reaching past the
-        // edge darken it; look where the widest kernel stays inside.
-        TextureImage image(result->getTargetTexture(0));
-        for(int y = 6; y < SourceSize - 6; y += 7)
-            for(int x = 6; x < SourceSize - 6; x += 5)
-                for(int ch = 0; ch < 4; ++ch)
-                    ASSERT_NEAR(image.at(x, y, ch), value[ch] * c.gain, 1e-5f)
-                        << "type " << c.type << " at " << x << "," << y << " ch " << ch;
-        expectMaterialsEmpty();
     }
 }
 
@@ -303,6 +202,7 @@ TEST_F(PostProcessingToolsTest, BlurSpreadsAColumnIntoTheKernelHorizontallyOnly)
                     << c.taps << " taps at " << x << "," << y;
             }
         }
+        expectMaterialsEmpty();
     }
 }
 

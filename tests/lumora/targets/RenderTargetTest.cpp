@@ -9,6 +9,7 @@
 #include <string>
 
 using namespace osg;
+using testsupport::editCP;
 using testsupport::LogCapture;
 
 namespace
@@ -27,9 +28,7 @@ class RenderTargetTest : public testsupport::WindowTest
         addRefCP(root);
         camera = PerspectiveCamera::create();
         addRefCP(camera);
-        beginEditCP(camera, Camera::BeaconFieldMask);
-        camera->setBeacon(root);
-        endEditCP(camera, Camera::BeaconFieldMask);
+        editCP(camera, Camera::BeaconFieldMask, [&] { camera->setBeacon(root); });
         material = ChunkMaterial::create();
         addRefCP(material);
     }

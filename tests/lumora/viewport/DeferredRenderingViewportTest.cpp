@@ -4,8 +4,6 @@
 #include "support/SceneSetup.h"
 
 #include <OpenSG/OSGBlendChunk.h>
-#include <OpenSG/OSGFieldContainerFactory.h>
-#include <OpenSG/OSGSHLParameterChunk.h>
 
 #include <cmath>
 #include <vector>
@@ -17,12 +15,6 @@ namespace
 {
 
 const UInt16 Size = 64;
-
-DeferredRenderingViewportPtr createViewport(void)
-{
-    return DeferredRenderingViewportPtr::dcast(
-        FieldContainerFactory::the()->createFieldContainer("DeferredRenderingViewport"));
-}
 
 SimpleMaterialPtr createMaterial(Color3f diffuse, Real32 transparency = 0.0f)
 {
@@ -38,11 +30,6 @@ SimpleMaterialPtr createMaterial(Color3f diffuse, Real32 transparency = 0.0f)
     return material;
 }
 
-NodePtr createPlane(Real32 size, Real32 z, MaterialPtr material)
-{
-    return makeRect(-size / 2, -size / 2, size / 2, size / 2, z, material);
-}
-
 // A 64x64 window looking down -Z from (0, 0, 5) at a scene around the
 // origin, over a coloured background.
 class DeferredViewportTest : public DeferredSceneTest
@@ -55,15 +42,10 @@ class DeferredViewportTest : public DeferredSceneTest
         return options;
     }
 
-    void addToScene(NodePtr node) { scene->addToRoot(node); }
 
-    RGBAf gbufferTexel(int index, int x, int y)
+    TextureImage gbuffer(int index)
     {
-        TextureChunkPtr texture = viewport->getGBufferTarget().getTargetTexture(index);
-        glBindTexture(GL_TEXTURE_2D, texture->getGLTextureName());
-        RGBAf texel = readTexelFloat(x, y);
-        glBindTexture(GL_TEXTURE_2D, 0);
-        return texel;
+        return TextureImage(viewport->getGBufferTarget().getTargetTexture(UInt8(index)));
     }
 
     float gbufferDepth(int x, int y)
@@ -87,47 +69,11 @@ float windowDepth(float d, float n, float f)
 
 } // namespace
 
-TEST(DeferredViewportType, FactoryViewportIsPopulatedButNotInitialised)
-{
-    DeferredRenderingViewportPtr viewport = createViewport();
-    ASSERT_NE(viewport, NullFC);
-    addRefCP(viewport);
-
-    EXPECT_NE(viewport->getLightRoot(), NullFC);
-    ASSERT_NE(viewport->getLightRenderAction(), nullptr);
-    EXPECT_FALSE(viewport->getLightRenderAction()->getFrustumCulling());
-    EXPECT_FALSE(viewport->getGBufferTarget().isInitialized());
-    EXPECT_FALSE(viewport->getLightTarget().isInitialized());
-    EXPECT_EQ(viewport->getLastWidth(), -1);
-    EXPECT_EQ(viewport->getLastHeight(), -1);
-    EXPECT_TRUE(viewport->getType().isDerivedFrom(Viewport::getClassType()));
-    EXPECT_EQ(SFDeferredRenderingViewportPtr::getClassType().getName(),
-              "SFDeferredRenderingViewportPtr");
-
-    LogCapture log(LOG_WARNING);
-    viewport->dump();
-    EXPECT_TRUE(log.contains("Dump DeferredRenderingViewport NI\n")) << log.text();
-    EXPECT_EQ(log.count("\n"), 1u);
-
-    subRefCP(viewport);
-}
-
-TEST(DeferredViewportType, PrototypeOwnsNothing)
-{
-    DeferredRenderingViewportPtr prototype = DeferredRenderingViewportPtr::dcast(
-        DeferredRenderingViewport::getClassType().getPrototype());
-    ASSERT_NE(prototype, NullFC);
-    EXPECT_EQ(prototype->getLightRoot(), NullFC);
-    EXPECT_EQ(prototype->getLightRenderAction(), nullptr);
-}
-
 TEST_F(DeferredViewportTest, PrepareSceneConvertsASharedMaterialOnce)
 {
     SimpleMaterialPtr shared = createMaterial(Color3f(0.8f, 0.4f, 0.2f));
-    NodePtr a = createPlane(1, 0, shared);
-    NodePtr b = createPlane(1, 1, shared);
-    addToScene(a);
-    addToScene(b);
+    addPlane(1, 0, shared);
+    addPlane(1, 1, shared);
 
     viewport->prepareScene(root);
     UInt32 chunks = shared->getChunks().size();
@@ -143,10 +89,8 @@ TEST_F(DeferredViewportTest, PrepareSceneSortsTransparentAndSkipsHiddenNodes)
 {
     SimpleMaterialPtr glass  = createMaterial(Color3f(1, 0, 0), 0.5f);
     SimpleMaterialPtr hidden = createMaterial(Color3f(0, 1, 0));
-    NodePtr transparent = createPlane(1, 0, glass);
-    NodePtr masked      = createPlane(1, 0, hidden);
-    addToScene(transparent);
-    addToScene(masked);
+    NodePtr transparent = addPlane(1, 0, glass);
+    NodePtr masked      = addPlane(1, 0, hidden);
     masked->getChild(0)->setTravMask(1);
 
     viewport->prepareScene(root);
@@ -160,35 +104,6 @@ TEST_F(DeferredViewportTest, PrepareSceneSortsTransparentAndSkipsHiddenNodes)
     EXPECT_LT(hidden->find(viewport->getGBufferShader()), 0);
 }
 
-TEST_F(DeferredViewportTest, PrepareSceneSilencesOwnShadersAndBlending)
-{
-    SimpleMaterialPtr material = createMaterial(Color3f(0.8f, 0.4f, 0.2f));
-    BlendChunkPtr     blend    = BlendChunk::create();   // ONE/ZERO: still opaque
-    SHLChunkPtr       shader   = SHLChunk::create();
-    TextureChunkPtr   texture  = TextureChunk::create(); // no image
-    beginEditCP(material, ChunkMaterial::ChunksFieldMask);
-    material->addChunk(blend);
-    material->addChunk(shader);
-    material->addChunk(texture);
-    endEditCP(material, ChunkMaterial::ChunksFieldMask);
-    addToScene(createPlane(1, 0, material));
-
-    viewport->prepareScene(root);
-
-    EXPECT_TRUE(blend->getIgnore());
-    EXPECT_TRUE(shader->getIgnore());
-    EXPECT_FALSE(viewport->getGBufferShader()->getIgnore());
-
-    SHLParameterChunkPtr parameters;
-    for(UInt32 i = 0; i < material->getChunks().size(); ++i)
-        if(SHLParameterChunkPtr::dcast(material->getChunks()[i]) != NullFC)
-            parameters = SHLParameterChunkPtr::dcast(material->getChunks()[i]);
-    ASSERT_NE(parameters, NullFC);
-    bool useTexture = true;
-    EXPECT_TRUE(parameters->getUniformParameter("bUseDiffuseTexture", useTexture));
-    EXPECT_FALSE(useTexture);
-}
-
 TEST_F(DeferredViewportTest, MissingContainersWarnAndDrawNothing)
 {
     struct Case { const char *message; int missing; };
@@ -196,6 +111,7 @@ TEST_F(DeferredViewportTest, MissingContainersWarnAndDrawNothing)
         { "DeferredRenderingViewport::render: no camera!",     0 },
         { "DeferredRenderingViewport::render: no Background!", 1 },
         { "DeferredRenderingViewport::render: no Root!",       2 },
+        { "DeferredRenderingViewport::render",                 3 },  // no action
     };
     for(const Case &c : cases)
     {
@@ -208,7 +124,7 @@ TEST_F(DeferredViewportTest, MissingContainersWarnAndDrawNothing)
         glClearColor(0.25f, 0.5f, 0.75f, 1.0f);
         glClear(GL_COLOR_BUFFER_BIT);
         LogCapture log(LOG_WARNING);
-        viewport->render(action);
+        viewport->render(c.missing == 3 ? nullptr : action);
 
         EXPECT_TRUE(log.contains(c.message)) << log.text();
         EXPECT_EQ(log.count("DeferredRenderingViewport::render"), 1u);
@@ -233,52 +149,49 @@ TEST_F(DeferredViewportTest, ZeroSizeWindowEndsTheFrameSilently)
 
 TEST_F(DeferredViewportTest, GBufferHoldsEncodedSurfaceAndBackground)
 {
-    addToScene(createPlane(2, 0, createMaterial(Color3f(0.8f, 0.4f, 0.2f))));
+    addPlane(2, 0, createMaterial(Color3f(0.8f, 0.4f, 0.2f)));
     viewport->prepareScene(root);
     window->render(action);
 
-    // 8-bit channels: half a step of 1/255; normals 10 bits.
-    const float tol = 1.0f / 255.0f;
-    RGBAf normal   = gbufferTexel(0, 32, 32);
-    RGBAf diffuse  = gbufferTexel(1, 32, 32);
-    RGBAf specular = gbufferTexel(2, 32, 32);
-    RGBAf emission = gbufferTexel(3, 32, 32);
-
-    EXPECT_NEAR(normal[0], 0.5f, 1.0f / 1023.0f);
-    EXPECT_NEAR(normal[1], 0.5f, 1.0f / 1023.0f);
-    EXPECT_NEAR(normal[2], 1.0f, 1.0f / 1023.0f);
-    EXPECT_NEAR(normal[3], 1.0f, tol);
-    EXPECT_NEAR(diffuse[0], 0.8f, tol);
-    EXPECT_NEAR(diffuse[1], 0.4f, tol);
-    EXPECT_NEAR(diffuse[2], 0.2f, tol);
-    EXPECT_NEAR(specular[0], 0.5f, tol);
-    EXPECT_NEAR(specular[1], 0.25f, tol);
-    EXPECT_NEAR(specular[2], 0.1f, tol);
-    EXPECT_NEAR(std::pow(2.0f, specular[3] * 8.0f), 16.0f, 16.0f * 8.0f * std::log(2.0f) * tol);
-    EXPECT_NEAR(emission[0], 0.1f, tol);
-    EXPECT_NEAR(emission[1], 0.2f, tol);
-    EXPECT_NEAR(emission[2], 0.3f, tol);
-    EXPECT_NEAR(gbufferDepth(32, 32), windowDepth(5.0f, 1.0f, 10.0f), 1e-4f);
-
-    // The plane covers about a third of the view; the corner is background.
-    const RGBAf corner[] = { gbufferTexel(0, 1, 1), gbufferTexel(1, 1, 1),
-                             gbufferTexel(2, 1, 1), gbufferTexel(3, 1, 1) };
-    for(const RGBAf &texel : corner)
+    // 8-bit channels: a step of 1/255; normals 10 bits. The shininess 16 is
+    // stored as log2(s) / 8, within 16 * 8 ln 2 / 255 of 16 once decoded.
+    const float tol = 1.0f / 255.0f, normalTol = 1.0f / 1023.0f, shininessTol = 0.0038f;
+    struct Channel
     {
-        EXPECT_NEAR(texel[0], 0.2f, 1.0f / 255.0f);
-        EXPECT_NEAR(texel[1], 0.4f, 1.0f / 255.0f);
-        EXPECT_NEAR(texel[2], 0.6f, 1.0f / 255.0f);
-        EXPECT_NEAR(texel[3], 0.0f, 1.0f / 255.0f);
+        int   texture, channel;
+        float expected, tolerance;
+    };
+    const Channel centre[] =
+    {
+        {0, 0, 0.5f, normalTol}, {0, 1, 0.5f, normalTol}, {0, 2, 1.0f, normalTol}, {0, 3, 1.0f, tol},
+        {1, 0, 0.8f, tol}, {1, 1, 0.4f, tol},  {1, 2, 0.2f, tol},
+        {2, 0, 0.5f, tol}, {2, 1, 0.25f, tol}, {2, 2, 0.1f, tol}, {2, 3, 0.5f, shininessTol},
+        {3, 0, 0.1f, tol}, {3, 1, 0.2f, tol},  {3, 2, 0.3f, tol},
+    };
+    // The plane covers about a third of the view; the corner is background.
+    const float corner[4] = {0.2f, 0.4f, 0.6f, 0.0f};
+    for(int index = 0; index < 4; ++index)
+    {
+        const TextureImage image = gbuffer(index);
+        for(const Channel &c : centre)
+        {
+            if(c.texture != index)
+                continue;
+            EXPECT_NEAR(image.at(32, 32, c.channel), c.expected, c.tolerance)
+                << "texture " << index << " channel " << c.channel;
+        }
+        for(int channel = 0; channel < 4; ++channel)
+            EXPECT_NEAR(image.at(1, 1, channel), corner[channel], tol)
+                << "background, texture " << index << " channel " << channel;
     }
+    EXPECT_NEAR(gbufferDepth(32, 32), windowDepth(5.0f, 1.0f, 10.0f), 1e-4f);
     EXPECT_FLOAT_EQ(gbufferDepth(1, 1), 1.0f);
 }
 
 TEST_F(DeferredViewportTest, TransparentGeometryIsDrawnForwardOverTheLitImage)
 {
-    NodePtr opaque      = createPlane(4, 0, createMaterial(Color3f(0.8f, 0.8f, 0.8f)));
-    NodePtr transparent = createPlane(0.5f, 1, createMaterial(Color3f(1, 0, 0), 0.5f));
-    addToScene(opaque);
-    addToScene(transparent);
+    NodePtr opaque      = addPlane(4, 0, createMaterial(Color3f(0.8f, 0.8f, 0.8f)));
+    NodePtr transparent = addPlane(0.5f, 1, createMaterial(Color3f(1, 0, 0), 0.5f));
     viewport->prepareScene(root);
 
     Real32 farBefore = camera->getFar();
@@ -299,34 +212,11 @@ TEST_F(DeferredViewportTest, TransparentGeometryIsDrawnForwardOverTheLitImage)
     EXPECT_NEAR(corner.b, 255 * 0.6f, 1);
 
     // The glass is absent from the G-buffer: the opaque plane's diffuse there.
-    EXPECT_NEAR(gbufferTexel(1, 32, 32)[0], 0.8f, 1.0f / 255.0f);
+    EXPECT_NEAR(gbuffer(1).at(32, 32, 0), 0.8f, 1.0f / 255.0f);
 
     EXPECT_EQ(camera->getFar(), farBefore);
     EXPECT_EQ(opaque->getChild(0)->getTravMask(), 0xFFFFFFFFu);
     EXPECT_EQ(transparent->getChild(0)->getTravMask(), 0xFFFFFFFFu);
-}
-
-TEST_F(DeferredViewportTest, OnePixelResizeRecreatesBothTargets)
-{
-    addToScene(createPlane(2, 0, createMaterial(Color3f(0.8f, 0.4f, 0.2f))));
-    viewport->prepareScene(root);
-    window->render(action);
-
-    RenderTarget &gbuffer = viewport->getGBufferTarget();
-    RenderTarget &light   = viewport->getLightTarget();
-    ImagePtr before = light.getTargetTexture(0)->getImage();
-
-    window->resize(Size + 1, Size);
-    window->render(action);
-
-    EXPECT_EQ(viewport->getLastWidth(), Size + 1);
-    for(UInt8 i = 0; i < 5; ++i)
-        EXPECT_EQ(gbuffer.getTargetTexture(i)->getImage()->getWidth(), Size + 1);
-    EXPECT_NE(light.getTargetTexture(0)->getImage(), before);
-    EXPECT_EQ(light.getTargetTexture(0)->getImage()->getWidth(), Size + 1);
-    EXPECT_EQ(light.getTargetTexture(1), gbuffer.getTargetTexture(4));
-    EXPECT_EQ(light.getTargetTexture(0)->getImage()->getDataType(),
-              Int32(Image::OSG_FLOAT16_IMAGEDATA));
 }
 
 // Materials belong to the application: a viewport that goes, or that alone
@@ -343,8 +233,8 @@ TEST_F(DeferredViewportTest, ViewportsGiveTheApplicationsMaterialsBack)
     endEditCP(opaque, ChunkMaterial::ChunksFieldMask);
     addRefCP(opaque);
     addRefCP(glass);
-    addToScene(createPlane(1, 0, opaque));
-    addToScene(createPlane(1, 1, glass));
+    addPlane(1, 0, opaque);
+    addPlane(1, 1, glass);
     const std::size_t opaqueChunks = opaque->getChunks().size();
     const std::size_t glassChunks  = glass->getChunks().size();
 
@@ -367,13 +257,10 @@ TEST_F(DeferredViewportTest, ViewportsGiveTheApplicationsMaterialsBack)
     // lets go of its material, and nothing of it is left.
     viewport->prepareScene(root);
     const LiveObjects before = LiveObjects::countContainers();
-    NodePtr model = createPlane(1, 0, createMaterial(Color3f(0, 1, 0)));
+    NodePtr model = addPlane(1, 0, createMaterial(Color3f(0, 1, 0)));
     addRefCP(model);
-    addToScene(model);
     viewport->prepareScene(root);
-    beginEditCP(root, Node::ChildrenFieldMask);
-    root->subChild(model);
-    endEditCP(root, Node::ChildrenFieldMask);
+    editCP(root, Node::ChildrenFieldMask, [&] { root->subChild(model); });
     subRefCP(model);
     viewport->prepareScene(root);
     EXPECT_EQ(differences(before, LiveObjects::countContainers()), "");
@@ -386,11 +273,9 @@ TEST_F(DeferredViewportTest, TwoViewportsSharingAMaterialEachKeepTheirOwnShader)
 {
     SimpleMaterialPtr shared = createMaterial(Color3f(0.8f, 0.4f, 0.2f));
     BlendChunkPtr     blend  = BlendChunk::create();
-    beginEditCP(shared, ChunkMaterial::ChunksFieldMask);
-    shared->addChunk(blend);
-    endEditCP(shared, ChunkMaterial::ChunksFieldMask);
+    editCP(shared, ChunkMaterial::ChunksFieldMask, [&] { shared->addChunk(blend); });
     addRefCP(shared);
-    addToScene(createPlane(1, 0, shared));
+    addPlane(1, 0, shared);
     const std::size_t chunks = shared->getChunks().size();
 
     DeferredRenderingViewportPtr first  = scene->makeViewport();

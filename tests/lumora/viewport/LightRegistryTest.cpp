@@ -9,7 +9,6 @@
 
 #include <OpenSG/OSGBlendChunk.h>
 #include <OpenSG/OSGChunkMaterial.h>
-#include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGSHLChunk.h>
 #include <OpenSG/OSGSimpleGeometry.h>
 #include <OpenSG/OSGTransform.h>
@@ -59,28 +58,12 @@ LightPtr createLight(Kind kind)
 {
     const Color3f white(1, 1, 1), black(0, 0, 0);
     const Vec3f   attenuation(1, 0, 0.1f);
-    switch(kind)
-    {
-        case Kind::Point:
-            return makeLight(PointLightParams{Pnt3f(0, 0, 2), white, black, attenuation, 1.0f});
-        case Kind::Spot:
-            return makeLight(SpotLightParams{Pnt3f(0, 0, 2), Vec3f(0, 0, -1), deg2rad(40.0f),
-                                             0.0f, attenuation, white, black});
-        case Kind::Directional:
-            break;
-    }
+    if(kind == Kind::Point)
+        return makeLight(PointLightParams{Pnt3f(0, 0, 2), white, black, attenuation, 1.0f});
+    if(kind == Kind::Spot)
+        return makeLight(SpotLightParams{Pnt3f(0, 0, 2), Vec3f(0, 0, -1), deg2rad(40.0f), 0.0f,
+                                         attenuation, white, black});
     return makeLight(DirectionalLightParams{Vec3f(0, 0, 1)});
-}
-
-const char *kindName(Kind kind)
-{
-    switch(kind)
-    {
-        case Kind::Point:       return "point";
-        case Kind::Spot:        return "spot";
-        case Kind::Directional: return "directional";
-    }
-    return "?";
 }
 
 class DeferredLightRegistryTest : public DeferredSceneTest
@@ -88,9 +71,7 @@ class DeferredLightRegistryTest : public DeferredSceneTest
   protected:
     void setOn(LightPtr light, bool on)
     {
-        beginEditCP(light, Light::OnFieldMask);
-        light->setOn(on);
-        endEditCP(light, Light::OnFieldMask);
+        editCP(light, Light::OnFieldMask, [&] { light->setOn(on); });
     }
 
     // The light root's children, in order.
@@ -124,20 +105,6 @@ class DeferredLightRegistryTest : public DeferredSceneTest
 };
 
 } // namespace
-
-TEST_F(DeferredLightRegistryTest, NewViewportHoldsOnlyTheEmissiveVolume)
-{
-    ASSERT_NE(viewport->getEmissiveLight(), nullptr);
-    EXPECT_EQ(lightRootChildren(viewport), screenPasses(viewport));
-    EXPECT_TRUE(viewport->getLights().empty());
-
-    DeferredRenderingViewportPtr other = DeferredRenderingViewport::create();
-    addRefCP(other);
-    ASSERT_NE(other->getEmissiveLight(), nullptr);
-    EXPECT_NE(other->getEmissiveLight(), viewport->getEmissiveLight());
-    EXPECT_EQ(lightRootChildren(other), screenPasses(other));
-    subRefCP(other);
-}
 
 TEST_F(DeferredLightRegistryTest, SameLightAddedTwiceMakesOneDeferredLight)
 {
@@ -224,29 +191,6 @@ TEST_F(DeferredLightRegistryTest, VolumeJoinsTheLightRootAtTheFirstFrameAndSubLi
     subRefCP(light);
 }
 
-TEST_F(DeferredLightRegistryTest, EachLightTypeGetsItsOwnDeferredLight)
-{
-    const Kind kinds[] = {Kind::Point, Kind::Spot, Kind::Directional};
-    for(Kind kind : kinds)
-    {
-        SCOPED_TRACE(kindName(kind));
-        LightPtr light = createLight(kind);
-        viewport->addLight(light);
-
-        ASSERT_EQ(viewport->getLights().count(light), 1u);
-        IDeferredLight *deferred = viewport->getLights().at(light);
-        const bool isPoint       = dynamic_cast<DeferredPointLight *>(deferred)       != nullptr;
-        const bool isSpot        = dynamic_cast<DeferredSpotLight *>(deferred)        != nullptr;
-        const bool isDirectional = dynamic_cast<DeferredDirectionalLight *>(deferred) != nullptr;
-        EXPECT_EQ(isPoint,       kind == Kind::Point);
-        EXPECT_EQ(isSpot,        kind == Kind::Spot);
-        EXPECT_EQ(isDirectional, kind == Kind::Directional);
-
-        viewport->subLight(light);
-        subRefCP(light);
-    }
-}
-
 TEST_F(DeferredLightRegistryTest, UnsupportedLightTypeIsLeftOutWithAWarning)
 {
     HemisphereLightPtr light = HemisphereLight::create();
@@ -265,104 +209,6 @@ TEST_F(DeferredLightRegistryTest, UnsupportedLightTypeIsLeftOutWithAWarning)
     EXPECT_EQ(lightRootChildren(viewport), screenPasses(viewport));
     EXPECT_EQ(LitImage(viewport).maxValue(), 0.0f);
     subRefCP(light);
-}
-
-TEST_F(DeferredLightRegistryTest, DestroyingTheViewportDeletesEachLightOnce)
-{
-    DeferredRenderingViewportPtr port = scene->makeViewport();
-    scene->windowAndAction.addPort(port);
-
-    std::vector<LightPtr> lights;
-    for(Kind kind : {Kind::Point, Kind::Spot, Kind::Directional})
-    {
-        lights.push_back(createLight(kind));
-        port->addLight(lights.back());
-    }
-    window->render(action);
-
-    // One more that never reaches a frame.
-    lights.push_back(createLight(Kind::Point));
-    port->addLight(lights.back());
-    ASSERT_EQ(port->getLights().size(), lights.size());
-
-    std::vector<NodePtr> volumes;
-    for(LightPtr light : lights)
-    {
-        volumes.push_back(port->getLights().at(light)->getVolumeRoot());
-        addRefCP(volumes.back());
-    }
-    EXPECT_EQ(lightRootChildren(port).size(), 5u);
-
-    scene->windowAndAction.subPort(port);
-    subRefCP(port);
-
-    for(std::size_t i = 0; i < volumes.size(); ++i)
-    {
-        EXPECT_EQ(volumes[i].getRefCount(), 1) << "light " << i;
-        EXPECT_EQ(volumes[i]->getParent(), NullFC) << "light " << i;
-        subRefCP(volumes[i]);
-    }
-    for(LightPtr light : lights)
-        subRefCP(light);
-}
-
-TEST_F(DeferredLightRegistryTest, GlobalShadowIntensityBelowOneOverridesEveryLight)
-{
-    struct Registered
-    {
-        LightPtr light;
-        Real32   ownIntensity;
-    };
-    std::vector<Registered> registered;
-    for(Kind kind : {Kind::Point, Kind::Spot, Kind::Directional})
-    {
-        for(Real32 own : {1.0f, 0.3f})
-        {
-            LightPtr light = createLight(kind);
-            beginEditCP(light, Light::ShadowIntensityFieldMask);
-            light->setShadowIntensity(own);
-            endEditCP(light, Light::ShadowIntensityFieldMask);
-            viewport->addLight(light);
-            registered.push_back({light, own});
-        }
-    }
-
-    struct Case
-    {
-        Real32 global;
-        bool   fromGlobal;  // else each light's own intensity rules
-    };
-    // Above 1 overrides nothing either; back to 1 at the end: the override
-    // must not stick.
-    const Case cases[] = {{1.0f, false}, {0.5f, true}, {0.0f, true}, {2.0f, false}, {1.0f, false}};
-    for(const Case &test : cases)
-    {
-        viewport->setGlobalShadowIntensity(test.global);
-        renderFrame();
-        for(const Registered &r : registered)
-        {
-            SCOPED_TRACE(testing::Message() << "global " << test.global << ", "
-                         << r.light->getType().getCName() << " with own " << r.ownIntensity);
-            IDeferredLight *deferred = viewport->getLights().at(r.light);
-            if(test.fromGlobal)
-            {
-                EXPECT_TRUE(deferred->getCastShadows());
-                EXPECT_FLOAT_EQ(deferred->getShadowIntensity(), test.global);
-            }
-            else
-            {
-                EXPECT_EQ(deferred->getCastShadows(), r.ownIntensity < 1.0f);
-                EXPECT_FLOAT_EQ(deferred->getShadowIntensity(), r.ownIntensity);
-            }
-            // The light pass reads the same value.
-            Real32 uploaded = -1.0f;
-            EXPECT_TRUE(deferred->getParameterChunk()->getUniformParameter("fShadowIntensity",
-                                                                            uploaded));
-            EXPECT_FLOAT_EQ(uploaded, deferred->getShadowIntensity());
-        }
-    }
-    for(const Registered &r : registered)
-        subRefCP(r.light);
 }
 
 // --- misuse and bad values: a clear warning, and nothing that was already
@@ -395,27 +241,6 @@ TEST_F(DeferredLightRegistryTest, NullContainersWarnAndKeepTheRegistryAndScene)
     EXPECT_NEAR(centre(), before, 1e-4f);
     subRefCP(stranger);
     subRefCP(light);
-}
-
-TEST_F(DeferredLightRegistryTest, EmptyRootsAndRepeatedPreparationDrawWhatTheSceneHolds)
-{
-    NodePtr empty = makeNodeFor(Group::create());
-    addRefCP(empty);
-    viewport->prepareScene(empty);
-    EXPECT_TRUE(viewport->getDeferredNodes().empty());
-    EXPECT_TRUE(viewport->getForwardNodes().empty());
-
-    addLitPlane();
-    LightPtr light = createLight(Kind::Point);
-    viewport->addLight(light);
-    viewport->prepareScene(root);
-    viewport->prepareScene(root);
-    window->render(action);
-    EXPECT_EQ(viewport->getDeferredNodes().size(), 1u);
-    EXPECT_GT(centre(), 0.1f);
-    EXPECT_EQ(log().count("Warning"), 0u) << log().text();
-    subRefCP(light);
-    subRefCP(empty);
 }
 
 TEST_F(DeferredLightRegistryTest, ViewportBeyondTheTextureLimitWarnsOnceAndTheNextSaneFrameRenders)
@@ -493,25 +318,19 @@ TEST_F(DeferredLightRegistryTest, NonFiniteLightFieldsLeaveNoTraceOnceFixed)
         viewport->subLight(fresh);
 
         viewport->addLight(light);
-        beginEditCP(light);
-        test.set(light, test.bad);
-        endEditCP(light);
+        editCP(light, [&] { test.set(light, test.bad); });
         const std::size_t warnings = log().count("non-finite fields");
         window->render(action);
         window->render(action);
         EXPECT_EQ(log().count("non-finite fields"), warnings + 1) << log().text();
         EXPECT_EQ(centre(), 0.0f);
 
-        beginEditCP(light);
-        test.set(light, test.fixed);
-        endEditCP(light);
+        editCP(light, [&] { test.set(light, test.fixed); });
         window->render(action);
         EXPECT_NEAR(centre(), expected, 1e-4f);
 
         // Spoiled again later: reported again.
-        beginEditCP(light);
-        test.set(light, test.bad);
-        endEditCP(light);
+        editCP(light, [&] { test.set(light, test.bad); });
         window->render(action);
         EXPECT_EQ(log().count("non-finite fields"), warnings + 2) << log().text();
 

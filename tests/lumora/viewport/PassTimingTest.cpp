@@ -3,6 +3,7 @@
 #include <cmath>
 
 using namespace osg;
+using testsupport::editCP;
 using testsupport::DeferredSceneTest;
 
 namespace
@@ -64,15 +65,11 @@ TEST_F(PassTimingTest, QueriesOutliveNoViewport)
     DeferredRenderingViewportPtr second = scene->makeViewport(0.5f, 0.5f, 1.0f, 1.0f);
     second->prepareScene(root);
     second->setPassTiming(true);
-    beginEditCP(window, Window::PortFieldMask);
-    window->addPort(second);
-    endEditCP(window, Window::PortFieldMask);
+    editCP(window, Window::PortFieldMask, [&] { window->addPort(second); });
     window->render(action);
     window->render(action);
 
-    beginEditCP(window, Window::PortFieldMask);
-    window->subPort(second);
-    endEditCP(window, Window::PortFieldMask);
+    editCP(window, Window::PortFieldMask, [&] { window->subPort(second); });
     subRefCP(second);
     for(int frame = 0; frame < 3; ++frame)
         window->render(action);

@@ -97,21 +97,6 @@ TEST_F(PostProcessChainTest, SettingsReachTheirEffectsWhetherOnOrOff)
     }
 }
 
-TEST_F(PostProcessChainTest, AllOffShowsTheLitImageAndInitialisesNothing)
-{
-    renderFrame();
-    for(UInt32 slot = 0; slot < DeferredRenderingViewport::NumPostProcessors; ++slot)
-        EXPECT_FALSE(viewport->getPostProcessor(slot)->initialized) << slot;
-
-    LitImage lit(viewport);
-    for(int k = 4; k < Size; k += 12)
-    {
-        testsupport::RGBA8 shown = testsupport::readPixelRGBA8(k, k);
-        EXPECT_NEAR(shown.r / 255.0f, std::min(1.0f, lit.at(k, k, 0)), 1.5f / 255.0f) << k;
-        EXPECT_NEAR(shown.b / 255.0f, std::min(1.0f, lit.at(k, k, 2)), 1.5f / 255.0f) << k;
-    }
-}
-
 // HDR, then depth of field focused on the plane: the shown image is the
 // depth of field's output, which keeps the in-focus plane as HDR left it.
 TEST_F(PostProcessChainTest, HDRFeedsDepthOfFieldInChainOrder)

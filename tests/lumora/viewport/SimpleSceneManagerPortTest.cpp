@@ -7,9 +7,9 @@
 
 #include "support/DeferredScene.h"
 
-#include <cmath>
 
 using namespace osg;
+using testsupport::editCP;
 
 namespace
 {
@@ -46,9 +46,7 @@ TEST_F(SimpleSceneManagerPortTest, KeepsTheApplicationsPortAndDrivesIt)
         ViewportPtr        added = NullFC;
         SolidBackgroundPtr grey  = SolidBackground::create();
         addRefCP(grey);
-        beginEditCP(grey);
-        grey->setColor(Color3f(0.5f, 0.5f, 0.5f));
-        endEditCP(grey);
+        editCP(grey, [&] { grey->setColor(Color3f(0.5f, 0.5f, 0.5f)); });
         if(c.kind != NoPort)
         {
             added = c.kind == PlainPort ? Viewport::create()
@@ -90,25 +88,15 @@ TEST_F(SimpleSceneManagerPortTest, KeepsTheApplicationsPortAndDrivesIt)
                 EXPECT_EQ(port->getBackground(), grey);
             }
 
+            // The drag turns the camera the port draws with; the trackball's
+            // own geometry is the runtime's navigation tests'.
             manager.showAll();
             Navigator  *navigator = manager.getNavigator();
-            const Pnt3f centre    = navigator->getAt();
-            Vec3f       before    = navigator->getFrom() - centre;
+            const Pnt3f before    = navigator->getFrom();
             manager.mouseButtonPress(SimpleSceneManager::MouseLeft, 128, 128);
             manager.mouseMove(160, 128);
             manager.mouseButtonRelease(SimpleSceneManager::MouseLeft, 160, 128);
-            Vec3f after = navigator->getFrom() - centre;
-            // 32 of the port's 256 pixels are 0.25 normalised units: a turn
-            // of asin(0.25 / 0.8) on the trackball of radius 0.8, the camera
-            // going the other way from the mouse, about the centre.
-            EXPECT_NEAR(after.length(), before.length(), 1e-4f * before.length());
-            const Vec3f moved = after - before;
-            before.normalize();
-            after.normalize();
-            EXPECT_NEAR(osgrad2degree(std::acos(std::min(1.f, before.dot(after)))),
-                        osgrad2degree(std::asin(0.25f / 0.8f)), 0.05f);
-            EXPECT_LT(moved[0], 0.f);
-            EXPECT_NEAR(moved[1], 0.f, 1e-4f);
+            EXPECT_GT((navigator->getFrom() - before).length(), 0.1f);
             EXPECT_TRUE(manager.getCamera()->getBeacon()->getToWorld().equals(
                 navigator->getMatrix(), 1e-5f));
 

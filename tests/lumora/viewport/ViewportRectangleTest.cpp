@@ -30,9 +30,7 @@ TEST_P(ViewportRectangleTest, LightingFollowsTheViewportNotTheWindow)
 {
     const Placement &p = GetParam();
     window->resize(p.windowWidth, p.windowHeight);
-    beginEditCP(viewport);
-    viewport->setSize(p.left, p.bottom, p.right, p.top);
-    endEditCP(viewport);
+    editCP(viewport, [&] { viewport->setSize(p.left, p.bottom, p.right, p.top); });
     ASSERT_EQ(viewport->getPixelWidth(),  Size);
     ASSERT_EQ(viewport->getPixelHeight(), Size);
 
