@@ -293,3 +293,28 @@ TEST_F(DeferredViewportTest, TwoViewportsSharingAMaterialEachKeepTheirOwnShader)
     EXPECT_FALSE(blend->getIgnore());
     subRefCP(shared);
 }
+
+// The factory's viewport and the type's prototype hold no targets or lights
+// until a window draws them; dump is the single fixed line.
+TEST(DeferredViewportType, FreshViewportAndPrototypeOwnNothingAndDumpOneLine)
+{
+    DeferredRenderingViewportPtr viewport = DeferredRenderingViewport::create();
+    ASSERT_NE(viewport, NullFC);
+    addRefCP(viewport);
+    EXPECT_FALSE(viewport->getGBufferTarget().isInitialized());
+    EXPECT_FALSE(viewport->getLightTarget().isInitialized());
+    EXPECT_EQ(SFDeferredRenderingViewportPtr::getClassType().getName(),
+              "SFDeferredRenderingViewportPtr");
+
+    LogCapture log(LOG_WARNING);
+    viewport->dump();
+    EXPECT_TRUE(log.contains("Dump DeferredRenderingViewport NI\n")) << log.text();
+    EXPECT_EQ(log.count("\n"), 1u);
+    subRefCP(viewport);
+
+    DeferredRenderingViewportPtr prototype = DeferredRenderingViewportPtr::dcast(
+        DeferredRenderingViewport::getClassType().getPrototype());
+    ASSERT_NE(prototype, NullFC);
+    EXPECT_EQ(prototype->getLightRoot(), NullFC);
+    EXPECT_EQ(prototype->getLightRenderAction(), nullptr);
+}

@@ -3,6 +3,7 @@
 #include <OpenSG/OSGAttachmentContainer.h>
 #include <OpenSG/OSGBaseFunctions.h>
 #include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGSFSysTypes.h>
 #include <OpenSG/OSGChangeList.h>
 #include <OpenSG/OSGThread.h>
@@ -299,4 +300,16 @@ TEST(FieldReflection, EveryDeclaredFieldIsDescribed)
         }
     }
     EXPECT_GT(checked, 100u);
+}
+
+// Loaders and tools find fields by these names, as 1.8 registers them.
+TEST(FieldTypes, PointerFieldTypesAreRegisteredWithFieldParent)
+{
+    const FieldType &single = SFGroupPtr::getClassType();
+    EXPECT_EQ(single.getName(), "SFGroupPtr");
+    EXPECT_EQ(single.getContentType().getName(), "GroupPtr");
+    EXPECT_EQ(single.getContentType().getParentName(), "NodeCorePtr");
+    EXPECT_EQ(std::string(MFNodePtr::getClassType().getCName()), "MFNodePtr");
+    EXPECT_EQ(SFBool::getClassType().getName(), "SFBool");
+    EXPECT_EQ(SFTime::getClassType().getName(), "SFTime");
 }
