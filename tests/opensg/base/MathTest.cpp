@@ -219,34 +219,29 @@ TEST(Matrix, FullPointTransformDividesByW)
 
 TEST(Matrix, SetTransformBuildsTranslateRotateScale)
 {
-    const Vec3f t(1.f, -2.f, 3.f), s(2.f, 3.f, 0.5f);
-    const Quaternion r(Vec3f(0.f, 0.f, 1.f), Pi / 2);
-
-    Matrix m;
-    m.setTransform(t, r, s);
-
-    // p -> t + R (s * p) with R a quarter turn about z: (x, y) -> (-y, x).
-    const Pnt3f p(1.f, 1.f, 2.f);
-    Pnt3f got;
-    m.multMatrixPnt(p, got);
-    EXPECT_TRUE(got.equals(Pnt3f(1.f - 3.f, -2.f + 2.f, 3.f + 1.f), 1e-5f)) << got;
-
-    // A scale orientation of a quarter turn about z scales along y instead of x.
-    m.setTransform(Vec3f(), Quaternion(), Vec3f(2.f, 1.f, 1.f), r);
-    Pnt3f onX(1.f, 0.f, 0.f), onY(0.f, 1.f, 0.f);
-    m.multMatrixPnt(onX);
-    m.multMatrixPnt(onY);
-    EXPECT_TRUE(onX.equals(Pnt3f(1.f, 0.f, 0.f), 1e-5f)) << onX;
-    EXPECT_TRUE(onY.equals(Pnt3f(0.f, 2.f, 0.f), 1e-5f)) << onY;
-
-    // With a centre the rotation turns about that point.
-    const Vec3f center(5.f, 0.f, 0.f);
-    m.setTransform(Vec3f(), r, Vec3f(1.f, 1.f, 1.f), Quaternion(), center);
-    Pnt3f c(5.f, 0.f, 0.f), e(6.f, 0.f, 0.f);
-    m.multMatrixPnt(c);
-    m.multMatrixPnt(e);
-    EXPECT_TRUE(c.equals(Pnt3f(5.f, 0.f, 0.f), 1e-5f)) << c;
-    EXPECT_TRUE(e.equals(Pnt3f(5.f, 1.f, 0.f), 1e-5f)) << e;
+    // A quarter turn about z: (x, y) -> (-y, x).
+    const Quaternion r(Vec3f(0.f, 0.f, 1.f), Pi / 2), none;
+    const Vec3f one(1.f, 1.f, 1.f), zero;
+    const struct { const char *what; Vec3f t; Quaternion r; Vec3f s; Quaternion so; Vec3f c;
+                   Pnt3f p, expected; } cases[] = {
+        // p -> t + R (s * p).
+        { "trs", Vec3f(1.f, -2.f, 3.f), r, Vec3f(2.f, 3.f, .5f), none, zero,
+          Pnt3f(1.f, 1.f, 2.f), Pnt3f(1.f - 3.f, -2.f + 2.f, 3.f + 1.f) },
+        // A scale orientation of a quarter turn scales along y instead of x.
+        { "so on x", zero, none, Vec3f(2.f, 1.f, 1.f), r, zero, Pnt3f(1.f, 0.f, 0.f), Pnt3f(1.f, 0.f, 0.f) },
+        { "so on y", zero, none, Vec3f(2.f, 1.f, 1.f), r, zero, Pnt3f(0.f, 1.f, 0.f), Pnt3f(0.f, 2.f, 0.f) },
+        // With a centre the rotation turns about that point.
+        { "centre", zero, r, one, none, Vec3f(5.f, 0.f, 0.f), Pnt3f(5.f, 0.f, 0.f), Pnt3f(5.f, 0.f, 0.f) },
+        { "off centre", zero, r, one, none, Vec3f(5.f, 0.f, 0.f), Pnt3f(6.f, 0.f, 0.f), Pnt3f(5.f, 1.f, 0.f) },
+    };
+    for(const auto &c : cases)
+    {
+        Matrix m;
+        m.setTransform(c.t, c.r, c.s, c.so, c.c);
+        Pnt3f got;
+        m.multMatrixPnt(c.p, got);
+        EXPECT_TRUE(got.equals(c.expected, 1e-5f)) << c.what << ": " << got;
+    }
 }
 
 TEST(Matrix, GetTransformRecoversItsParts)
