@@ -154,8 +154,9 @@ TEST(FrustumVolume, PlanesFromMatrixOrCornersPointInwards)
         { "top",    Vec3f( 0, -s, -s),  -5.f * s  },
         { "bottom", Vec3f( 0,  s, -s),  -5.f * s  },
     };
+    const FrustumVolume *const both[] = { &frustum, &fromCorners };
     for(int i = 0; i < 6; ++i)
-        for(const FrustumVolume *f : { &frustum, &fromCorners })
+        for(const FrustumVolume *f : both)
         {
             SCOPED_TRACE(std::string(expected[i].name) + (f == &frustum ? " from matrix" : " from corners"));
             const Plane &p = f->getPlanes()[i];
