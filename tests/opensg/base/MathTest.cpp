@@ -219,8 +219,8 @@ TEST(Matrix, FullPointTransformDividesByW)
 TEST(Matrix, SetTransformBuildsTranslateRotateScale)
 {
     // A quarter turn about z: (x, y) -> (-y, x).
-    const Quaternion r(Vec3f(0.f, 0.f, 1.f), Pi / 2), none;
-    const Vec3f one(1.f, 1.f, 1.f), zero;
+    const Quaternion r(Vec3f(0.f, 0.f, 1.f), Pi / 2), none(Quaternion::identity());
+    const Vec3f one(1.f, 1.f, 1.f), zero(0.f, 0.f, 0.f);
     const struct { const char *what; Vec3f t; Quaternion r; Vec3f s; Quaternion so; Vec3f c;
                    Pnt3f p, expected; } cases[] = {
         // p -> t + R (s * p).

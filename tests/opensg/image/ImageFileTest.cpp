@@ -267,12 +267,12 @@ TEST(ImageFile, WritersProduceFilesAnotherDecoderReads)
             EXPECT_NEAR(back[i], (&TopFirst[0][0][0])[i], tc.tolerance) << "byte " << i;
         stbi_image_free(back);
 
-        ImagePtr read = readImage(file);
-        ASSERT_NE(read, NullFC);
-        ASSERT_EQ(read->getSize(), bottomFirst.size());
+        ImagePtr ours = readImage(file);
+        ASSERT_NE(ours, NullFC);
+        ASSERT_EQ(ours->getSize(), bottomFirst.size());
         for(std::size_t i = 0; i < bottomFirst.size(); ++i)
-            EXPECT_NEAR(read->getData()[i], bottomFirst[i], tc.tolerance) << "read byte " << i;
-        subRefCP(read);
+            EXPECT_NEAR(ours->getData()[i], bottomFirst[i], tc.tolerance) << "read byte " << i;
+        subRefCP(ours);
     }
 
     // Radiance from a float image, values above one kept.
