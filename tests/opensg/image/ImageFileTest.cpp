@@ -240,8 +240,9 @@ TEST(ImageFile, OpenEXRKeepsHalfOrFloatAndRowOrder)
 
 TEST(ImageFile, WritersProduceFilesAnotherDecoderReads)
 {
-    // stb_image reads them back, top row first. JPEG rings at the hard
-    // edges between primaries of a 3x2 image even at quality 95.
+    // stb_image reads them back top row first, our readers bottom row
+    // first. JPEG rings at the hard edges between primaries of a 3x2 image
+    // even at quality 95.
     struct Case { const char *suffix; int tolerance; };
     const Case cases[] = { { "png", 0 }, { "tga", 0 }, { "bmp", 0 }, { "jpg", 60 } };
 
@@ -265,6 +266,13 @@ TEST(ImageFile, WritersProduceFilesAnotherDecoderReads)
         for(int i = 0; i < 18; ++i)
             EXPECT_NEAR(back[i], (&TopFirst[0][0][0])[i], tc.tolerance) << "byte " << i;
         stbi_image_free(back);
+
+        ImagePtr ours = readImage(file);
+        ASSERT_NE(ours, NullFC);
+        ASSERT_EQ(ours->getSize(), bottomFirst.size());
+        for(std::size_t i = 0; i < bottomFirst.size(); ++i)
+            EXPECT_NEAR(ours->getData()[i], bottomFirst[i], tc.tolerance) << "read byte " << i;
+        subRefCP(ours);
     }
 
     // Radiance from a float image, values above one kept.
@@ -338,30 +346,6 @@ TEST(ImageFile, PngKeepsEveryChannelCountBothWays)
         subRefCP(image);
         subRefCP(back);
     }
-}
-
-// Lossy even at quality 100 with subsampled chroma: a few steps off.
-TEST(ImageFile, JpegIsReadBottomRowFirst)
-{
-    UInt8 topFirst[8][8][3];
-    for(int y = 0; y < 8; ++y)
-        for(int x = 0; x < 8; ++x)
-            for(int c = 0; c < 3; ++c)
-                topFirst[y][x][c] = (y < 4) == (c == 0) ? 250 : 20;
-    const std::string file = tempFile("halves.jpg");
-    ASSERT_NE(stbi_write_jpg(file.c_str(), 8, 8, 3, topFirst, 100), 0);
-
-    ImagePtr image = readImage(file);
-    ASSERT_NE(image, NullFC);
-    EXPECT_EQ(image->getPixelFormat(), UInt32(Image::OSG_RGB_PF));
-    ASSERT_EQ(image->getSize(), 8ul * 8 * 3);
-    const UInt8 *first = image->getData(), *last = first + (8 * 8 - 1) * 3;
-    for(int c = 0; c < 3; ++c)
-    {
-        EXPECT_NEAR(first[c], topFirst[7][0][c], 8) << "channel " << c;
-        EXPECT_NEAR(last[c],  topFirst[0][7][c], 8) << "channel " << c;
-    }
-    subRefCP(image);
 }
 
 TEST(ImageFile, BadFilesAreRefusedWithAWarningNamingFileAndReason)

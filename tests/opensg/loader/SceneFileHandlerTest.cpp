@@ -126,12 +126,7 @@ void expectFacingPlusZ(GeometryPtr geo)
         const Pnt3f c = positions->getValue(indices->getValue(i + 2));
         EXPECT_GT((b - a).cross(c - a)[2], 0.f) << "triangle " << i / 3 << " is clockwise";
         for(UInt32 k = 0; k < 3; ++k)
-        {
-            const Vec3f n = normals->getValue(indices->getValue(i + k));
-            EXPECT_NEAR(n[0], 0.f, s_tol);
-            EXPECT_NEAR(n[1], 0.f, s_tol);
-            EXPECT_NEAR(n[2], 1.f, s_tol);
-        }
+            expectXYZ(normals->getValue(indices->getValue(i + k)), 0, 0, 1, "normal");
     }
 }
 
@@ -169,8 +164,6 @@ TEST_F(SceneFileTest, ObjQuadWithMaterialAndTexture)
     EXPECT_EQ(geo->getLengths()->getValue(0), 6u);
     ASSERT_EQ(geo->getIndices()->size(), 6u);
     ASSERT_EQ(geo->getPositions()->size(), 4u);
-    for(UInt32 i = 0; i < 6; ++i)
-        EXPECT_LT(geo->getIndices()->getValue(i), 4u);
 
     // The file has no normals; generated ones face the quad's front.
     expectFacingPlusZ(geo);
@@ -201,32 +194,14 @@ TEST_F(SceneFileTest, ObjQuadWithMaterialAndTexture)
     EXPECT_EQ(image->getWidth(), 3);
     EXPECT_EQ(image->getHeight(), 2);
     // Bottom-left texel first, as written.
-    const UInt8 *pixel = image->getData();
-    EXPECT_EQ(pixel[0], 255);
-    EXPECT_EQ(pixel[1], 0);
-    EXPECT_EQ(pixel[2], 0);
+    EXPECT_EQ(std::vector<UInt8>(image->getData(), image->getData() + 3), (std::vector<UInt8>{ 255, 0, 0 }));
 
     EXPECT_NE(namedNode(scene.root, "Quad"), NullFC) << "object name not attached";
 }
 
-TEST_F(SceneFileTest, MissingTextureLeavesAnUntexturedMaterialAndAWarning)
-{
-    dir.write("quad.mtl", s_quadMtl);
-    const std::string file = dir.write("quad.obj", s_quadObj);
-
-    testsupport::LogCapture log;
-    Scene scene(SceneFileHandler::the().read(file.c_str()));
-    EXPECT_TRUE(log.contains("tex.png")) << log.text();
-    GeometryPtr geo = scene.onlyGeometry();
-    ASSERT_NE(geo, NullFC);
-    MaterialPtr mat = geo->getMaterial();
-    EXPECT_EQ(SimpleTexturedMaterialPtr::dcast(mat), NullFC);
-    ASSERT_NE(SimpleMaterialPtr::dcast(mat), NullFC);
-    expectXYZ(SimpleMaterialPtr::dcast(mat)->getDiffuse(), 0.2f, 0.4f, 0.6f, "diffuse");
-}
-
 // Opacity maps to transparency, except that a surface no file means to hide
-// (opacity 0) stays opaque, with a warning.
+// (opacity 0) stays opaque, with a warning. A missing texture leaves the
+// material untextured, with a warning naming it.
 TEST_F(SceneFileTest, OpacityBecomesTransparencyButZeroStaysOpaque)
 {
     const struct { const char *opacity; Real32 transparency; bool warned; } cases[] =
@@ -238,15 +213,19 @@ TEST_F(SceneFileTest, OpacityBecomesTransparencyButZeroStaysOpaque)
     for(const auto &c : cases)
     {
         SCOPED_TRACE(c.opacity);
-        dir.write("quad.mtl", std::string("newmtl Painted\nKd 0.2 0.4 0.6\nd ") + c.opacity + "\n");
+        dir.write("quad.mtl", std::string("newmtl Painted\nKd 0.2 0.4 0.6\nmap_Kd tex.png\nd ") +
+                              c.opacity + "\n");
         const std::string file = dir.write("quad.obj", s_quadObj);
 
         testsupport::LogCapture log;
         Scene scene(SceneFileHandler::the().read(file.c_str()));
         GeometryPtr geo = scene.onlyGeometry();
         ASSERT_NE(geo, NullFC);
+        EXPECT_EQ(SimpleTexturedMaterialPtr::dcast(geo->getMaterial()), NullFC);
         SimpleMaterialPtr mat = SimpleMaterialPtr::dcast(geo->getMaterial());
         ASSERT_NE(mat, NullFC);
+        expectXYZ(mat->getDiffuse(), 0.2f, 0.4f, 0.6f, "diffuse");
+        EXPECT_TRUE(log.contains("tex.png")) << log.text();
         EXPECT_NEAR(mat->getTransparency(), c.transparency, s_tol);
         EXPECT_EQ(log.contains("opacity 0"), c.warned) << log.text();
         EXPECT_TRUE(!c.warned || log.contains(file)) << log.text();
@@ -503,9 +482,7 @@ TEST(SceneFileHandler, UnreadableStreamsGiveNullAndAWarning)
     const Case cases[] =
     {
         { "notamodel", "v 0 0 0\n",                                 NULL },
-        { "obj",       "",                                          NULL },
         { "gltf",      "{ \"asset\": ",                             NULL },
-        { "ply",       "ply\nformat ascii 1.0\nelement vertex 3\n", NULL },
         // Crashes assimp's reader: the process survives, the reason is told.
         { "off",       "OFF\n3 1 0\n0 08 061 0 0\n0 1 0\n3 0 1@2\n\x02OFF\n\n\"00' irr_sceneF\n",
                        "crashed" },
