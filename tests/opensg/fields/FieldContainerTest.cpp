@@ -16,6 +16,8 @@
 #include <OpenSG/OSGTransform.h>
 
 
+#include "support/LogCapture.h"
+
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -312,4 +314,18 @@ TEST(FieldTypes, PointerFieldTypesAreRegisteredWithFieldParent)
     EXPECT_EQ(std::string(MFNodePtr::getClassType().getCName()), "MFNodePtr");
     EXPECT_EQ(SFBool::getClassType().getName(), "SFBool");
     EXPECT_EQ(SFTime::getClassType().getName(), "SFTime");
+}
+
+TEST(Log, WarningsAreCapturedAndLevelsFilter)
+{
+    testsupport::LogCapture capture(LOG_WARNING);
+    SWARNING << "Probe::op: bad " << 42 << std::endl;
+    SNOTICE  << "hidden notice" << std::endl;
+    FWARNING(("value %d\n", 7));
+    PLOG << "plain" << std::endl;
+
+    EXPECT_TRUE(capture.contains("Probe::op: bad 42"));
+    EXPECT_TRUE(capture.contains("value 7"));
+    EXPECT_TRUE(capture.contains("plain"));
+    EXPECT_FALSE(capture.contains("hidden notice"));
 }

@@ -189,7 +189,7 @@ using CameraGLTest = testsupport::GLTest;
 
 // The projection setup loads is checked by every drawing test; the view
 // ray is not.
-TEST_F(CameraGLTest, ViewRaysLeaveTheEyeThroughThePixelCentre)
+TEST_F(CameraGLTest, SetupLoadsProjectionAndViewingAndViewRaysLeaveTheEye)
 {
     testsupport::SceneSetup setup(64, 32);
 
@@ -199,7 +199,26 @@ TEST_F(CameraGLTest, ViewRaysLeaveTheEyeThroughThePixelCentre)
     addRefCP(cam);
     cam->setBeacon(beacon);
 
+    glMatrixMode(GL_TEXTURE);
+    cam->setup(NULL, *setup.viewport.getCPtr());
+    GLint mode = 0;
+    glGetIntegerv(GL_MATRIX_MODE, &mode);
+    EXPECT_EQ(mode, GL_MODELVIEW);
+
+    GLfloat proj[16], view[16];
+    glGetFloatv(GL_PROJECTION_MATRIX, proj);
+    glGetFloatv(GL_MODELVIEW_MATRIX, view);
+
     // 64 x 32 pixels at 90 degrees vertical: y in [-1, 1], x in [-2, 2] at z = -1.
+    Rows expected;
+    frustumRows(expected, -2, 2, -1, 1, 1, 10);
+    for(UInt32 row = 0; row < 4; ++row)
+        for(UInt32 col = 0; col < 4; ++col)
+            EXPECT_NEAR(proj[col * 4 + row], expected[row][col], 1e-5);
+    const Real32 translateBack[16] = { 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, -5, 1 };
+    for(UInt32 i = 0; i < 16; ++i)
+        EXPECT_NEAR(view[i], translateBack[i], 1e-6f);
+
     // Pixel (48, 8) from the top left: its centre is at x = 2 * (48.5 / 32 - 1)
     // and y = 1 - 8.5 / 16 on the near plane, one unit in front of the eye.
     Line   ray;
