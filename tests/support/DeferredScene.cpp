@@ -174,10 +174,4 @@ SimpleMaterialPtr DeferredSceneTest::material(const Color3f &diffuse, const Colo
     return mat;
 }
 
-RGBAf DeferredSceneTest::lit(int x, int y)
-{
-    const LitImage image(viewport);
-    return {{image.at(x, y, 0), image.at(x, y, 1), image.at(x, y, 2), image.at(x, y, 3)}};
-}
-
 } // namespace testsupport

@@ -159,9 +159,6 @@ class DeferredSceneTest : public GLTest
     {
         return scene->pixelOnPlane(x, y, z);
     }
-    // One texel of the lit image.
-    RGBAf lit(int x, int y);
-
     std::unique_ptr<DeferredScene>    scene;
     osg::PassiveWindowPtr             window;
     osg::RenderAction                *action = nullptr;

@@ -126,7 +126,8 @@ TEST_F(DeferredPointLightTest, VolumeCoversOnlyTheLightsRange)
 
     // Pixels whose view ray misses the sphere get nothing; the plane points
     // within the range get the full equation.
-    const Pnt3f eye = scene->eye();
+    const Pnt3f    eye = scene->eye();
+    const LitImage image(viewport);
     for(int x = 0; x < Size; x += 3)
     {
         Pnt3f  P      = pixelOnPlane(x, 32, 0.0f);
@@ -134,7 +135,7 @@ TEST_F(DeferredPointLightTest, VolumeCoversOnlyTheLightsRange)
         ray.normalize();
         Vec3f  toLight = lightPos - eye;
         Real32 miss    = (toLight - ray * toLight.dot(ray)).length();
-        Real32 got     = lit(x, 32)[0];
+        Real32 got     = image.at(x, 32, 0);
         if(miss > 1.1f)
         {
             EXPECT_EQ(got, 0.0f) << "pixel " << x;

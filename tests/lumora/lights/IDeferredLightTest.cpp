@@ -352,7 +352,7 @@ TEST_P(DeferredLightSwitchTest, OffDrawsNothingAndOnAgainDrawsTheChangedLight)
     LightPtr light = c.make();
     viewport->addLight(light);
     renderFrame();
-    ASSERT_GT(lit(32, 32)[0], 0.1f);
+    ASSERT_GT(LitImage(viewport).at(32, 32, 0), 0.1f);
     IDeferredLight *deferred = viewport->getLights().at(light);
 
     beginEditCP(light);
