@@ -644,11 +644,53 @@ void Window::destroyGLObject(UInt32 id, UInt32 num)
     }
 }
 
+namespace
+{
+
+// Mesa's llvmpipe keeps the attachments of the framebuffer it last drew
+// into alive past their deletion, until real work goes to another one: a
+// 2048 shadow target is 67 MB held for the life of the process. A one-texel
+// clear elsewhere before the deletions lets them go; it costs nothing on
+// drivers without the hold.
+void releaseDriverFramebufferHold(void)
+{
+    GLint drawFB = 0, readFB = 0, boundRB = 0;
+    glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &drawFB);
+    glGetIntegerv(GL_READ_FRAMEBUFFER_BINDING, &readFB);
+    glGetIntegerv(GL_RENDERBUFFER_BINDING, &boundRB);
+
+    GLuint fb = 0, rb = 0;
+    glGenRenderbuffers(1, &rb);
+    glBindRenderbuffer(GL_RENDERBUFFER, rb);
+    glRenderbufferStorage(GL_RENDERBUFFER, GL_RGBA8, 1, 1);
+    glBindRenderbuffer(GL_RENDERBUFFER, GLuint(boundRB));
+    glGenFramebuffers(1, &fb);
+    glBindFramebuffer(GL_FRAMEBUFFER, fb);
+    glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0,
+                              GL_RENDERBUFFER, rb);
+
+    glPushAttrib(GL_COLOR_BUFFER_BIT | GL_SCISSOR_BIT | GL_VIEWPORT_BIT);
+    glDisable(GL_SCISSOR_TEST);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    glViewport(0, 0, 1, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    glPopAttrib();
+
+    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, GLuint(drawFB));
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, GLuint(readFB));
+    glDeleteFramebuffers(1, &fb);
+    glDeleteRenderbuffers(1, &rb);
+}
+
+} // namespace
+
 void Window::destroyQueued(void)
 {
     std::vector<GLObject *> &objs = glObjects();
     std::vector<std::pair<UInt32, UInt32> > queue;
     queue.swap(_glObjectDestroyList);
+    if(!queue.empty())
+        releaseDriverFramebufferHold();
 
     for(const std::pair<UInt32, UInt32> &entry : queue)
     {

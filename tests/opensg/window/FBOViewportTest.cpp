@@ -10,6 +10,8 @@
 #include <OpenSG/OSGSHLChunk.h>
 #include <OpenSG/OSGTextureChunk.h>
 
+#include <malloc.h>
+
 #include <vector>
 
 using namespace osg;
@@ -207,3 +209,43 @@ TEST_F(FBOViewportTest, WithoutFramebufferObjectsTheImageIsCopiedIntoTheTexture)
 }
 
 } // namespace
+
+namespace
+{
+
+double heapMegabytes(void)
+{
+    malloc_trim(0);
+    const struct mallinfo2 info = mallinfo2();
+    return double(info.uordblks + info.hblkhd) / 1048576.0;
+}
+
+} // namespace
+
+// Some drivers keep the last drawn framebuffer's storage alive after it is
+// deleted; a destroyed target must still give its memory back.
+TEST_F(FBOViewportTest, DestroyedTargetGivesItsMemoryBack)
+{
+    SceneSetup setup(64, 64);
+    setup.action->setWindow(getCPtr(setup.window));
+    NodePtr scene = testsupport::makeGroupNode();
+    addRefCP(scene);
+    addChild(scene, makeRect(-1.f, -1.f, 1.f, 1.f, 0.f, makeUnlitMaterial(Color3f(1.f, 0.f, 0.f))));
+
+    double before = 0.0;
+    // A small target first, so that the driver's per-format code is made.
+    for(int size : { 8, 1024 })
+    {
+        before = heapMegabytes();
+        FBOViewportPtr fbo = makeFBOViewport(setup, size, size, scene);
+        addTexture(fbo, makeTarget(size, GL_RGBA32F, Image::OSG_RGBA_PF, Image::OSG_FLOAT32_IMAGEDATA));
+        fbo->render(setup.action);
+        glFinish();
+        releaseTextures(fbo);
+        setup.window->frameExit();
+        glFinish();
+    }
+    // 16 MB of colour and 4 MB of depth were drawn.
+    EXPECT_LT(heapMegabytes(), before + 1.0) << before;
+    subRefCP(scene);
+}
