@@ -22,6 +22,8 @@ using namespace osg;
 namespace
 {
 
+using shadowtest::transformed;
+
 const Real32 Tolerance = 1e-4f;
 
 void expectPoint(const Pnt3f &got, const Pnt3f &expected, Real32 tolerance = Tolerance)
@@ -53,13 +55,6 @@ FrustumVolume cameraFrustum(const Pnt3f &eye, const Pnt3f &target, const Vec3f &
     FrustumVolume frustum;
     frustum.setPlanes(projection);
     return frustum;
-}
-
-Pnt3f apply(const Matrix &m, const Pnt3f &p)
-{
-    Pnt3f result;
-    m.multFullMatrixPnt(p, result);
-    return result;
 }
 
 } // namespace
@@ -225,15 +220,15 @@ TEST(DeferredSpotLightCone, MapsApexBaseAndRimForEveryDirection)
         d.normalize();
 
         // Apex at y = +0.5, base centre at y = -0.5 on the unit cone.
-        expectPoint(apply(cone, Pnt3f(0, 0.5f, 0)), Pnt3f(position));
+        expectPoint(transformed(cone, Pnt3f(0, 0.5f, 0)), Pnt3f(position));
         const Pnt3f baseCentre = Pnt3f(position + d * length);
-        expectPoint(apply(cone, Pnt3f(0, -0.5f, 0)), baseCentre);
+        expectPoint(transformed(cone, Pnt3f(0, -0.5f, 0)), baseCentre);
 
         // Rim points stay on a circle of the base radius around the axis.
         for(int k = 0; k < 4; ++k)
         {
             Real32 a   = k * Pi / 2;
-            Vec3f  rim = apply(cone, Pnt3f(std::cos(a), -0.5f, std::sin(a))) - baseCentre;
+            Vec3f  rim = transformed(cone, Pnt3f(std::cos(a), -0.5f, std::sin(a))) - baseCentre;
             EXPECT_NEAR(rim.length(), radius, 1e-3f);
             EXPECT_NEAR(rim.dot(d), 0.0f, 1e-3f);
         }

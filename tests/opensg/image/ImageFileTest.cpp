@@ -144,9 +144,7 @@ TEST(ImageFile, GifTransparentIndexBecomesAlpha)
     // 1x1, palette white and black, index 0 drawn and marked transparent.
     const std::string gif("GIF89a\1\0\1\0\x80\0\0\xff\xff\xff\0\0\0!\xf9\4\1\0\0\0\0"
                           ",\0\0\0\0\1\0\1\0\0\2\2D\1\0;", 43);
-    const std::string file = tempFile("a.gif");
-    writeBytes(file, gif);
-    ImagePtr image = readImage(file);
+    ImagePtr image = testsupport::readImageBytes("a.gif", gif);
     ASSERT_NE(image, NullFC);
     EXPECT_EQ(image->getPixelFormat(), UInt32(Image::OSG_RGBA_PF));
     ASSERT_EQ(image->getSize(), 4ul);
@@ -161,10 +159,7 @@ TEST(ImageFile, RadianceIsReadAsFloatRGB)
     const UInt8 rgbe[2][4] = { { 128, 64, 32, 129 }, { 200, 100, 1, 131 } };
     std::string hdr = "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 2 +X 1\n";
     hdr.append(reinterpret_cast<const char *>(rgbe), sizeof(rgbe));
-    const std::string file = tempFile("a.hdr");
-    writeBytes(file, hdr);
-
-    ImagePtr image = readImage(file);
+    ImagePtr image = testsupport::readImageBytes("a.hdr", hdr);
     ASSERT_NE(image, NullFC);
     EXPECT_EQ(image->getPixelFormat(), UInt32(Image::OSG_RGB_PF));
     EXPECT_EQ(image->getDataType(), Image::OSG_FLOAT32_IMAGEDATA);

@@ -47,8 +47,20 @@ class SceneFileTest : public ::testing::Test
     testsupport::TempDir dir;
 };
 
-void collect(NodePtr node, const std::function<bool(NodePtr)> &match, std::vector<NodePtr> &out);
-std::vector<NodePtr> geometryNodes(NodePtr root);
+void collect(NodePtr node, const std::function<bool(NodePtr)> &match, std::vector<NodePtr> &out)
+{
+    if(match(node))
+        out.push_back(node);
+    for(UInt32 i = 0; i < node->getNChildren(); ++i)
+        collect(node->getChild(i), match, out);
+}
+
+std::vector<NodePtr> geometryNodes(NodePtr root)
+{
+    std::vector<NodePtr> nodes;
+    collect(root, [](NodePtr n) { return GeometryPtr::dcast(n->getCore()) != NullFC; }, nodes);
+    return nodes;
+}
 
 // Holds a read scene for the test's duration.
 struct Scene
@@ -68,21 +80,6 @@ struct Scene
 
     NodePtr root;
 };
-
-void collect(NodePtr node, const std::function<bool(NodePtr)> &match, std::vector<NodePtr> &out)
-{
-    if(match(node))
-        out.push_back(node);
-    for(UInt32 i = 0; i < node->getNChildren(); ++i)
-        collect(node->getChild(i), match, out);
-}
-
-std::vector<NodePtr> geometryNodes(NodePtr root)
-{
-    std::vector<NodePtr> nodes;
-    collect(root, [](NodePtr n) { return GeometryPtr::dcast(n->getCore()) != NullFC; }, nodes);
-    return nodes;
-}
 
 NodePtr namedNode(NodePtr root, const std::string &name)
 {
