@@ -32,8 +32,7 @@ struct Picture
 
 bool loadPicture(const std::string &path, Picture &picture)
 {
-    ImagePtr image = Image::create();
-    addRefCP(image);
+    ImagePtr image = testsupport::held(Image::create());
     bool good = image->read(path.c_str()) && image->getDepth() == 1;
     if(good)
     {

@@ -241,8 +241,7 @@ TEST(ImageFile, WritersProduceFilesAnotherDecoderReads)
     struct Case { const char *suffix; int tolerance; };
     const Case cases[] = { { "png", 0 }, { "tga", 0 }, { "bmp", 0 }, { "jpg", 60 } };
 
-    ImagePtr image = Image::create();
-    addRefCP(image);
+    ImagePtr image = testsupport::held(Image::create());
     std::vector<UInt8> bottomFirst;
     for(int y = 1; y >= 0; --y)
         bottomFirst.insert(bottomFirst.end(), &TopFirst[y][0][0], &TopFirst[y][0][0] + 9);
@@ -318,8 +317,7 @@ TEST(ImageFile, PngKeepsEveryChannelCountBothWays)
         std::vector<UInt8> pixels(std::size_t(rowBytes * h));
         for(UInt8 &p : pixels)
             p = UInt8(rng());
-        ImagePtr image = Image::create();
-        addRefCP(image);
+        ImagePtr image = testsupport::held(Image::create());
         image->set(formats[components - 1], w, h, 1, 1, 1, 0.0, pixels.data());
         const std::string file = tempFile("round.png");
         ASSERT_TRUE(image->write(file.c_str()));
@@ -365,8 +363,7 @@ TEST(ImageFile, BadFilesAreRefusedWithAWarningNamingFileAndReason)
         if(tc.bytes != NULL)
             writeBytes(file, std::string(tc.bytes, tc.size));
         testsupport::LogCapture log;
-        ImagePtr image = Image::create();
-        addRefCP(image);
+        ImagePtr image = testsupport::held(Image::create());
         EXPECT_FALSE(image->read(file.c_str()));
         EXPECT_TRUE(log.contains(file)) << log.text();
         EXPECT_TRUE(tc.reason == NULL || log.contains(tc.reason)) << log.text();

@@ -34,8 +34,7 @@ class SceneFileTest : public ::testing::Test
     // A 3x2 RGB image whose pixels all differ, bottom row first.
     std::string writeTexture(const std::string &name)
     {
-        ImagePtr image = Image::create();
-        addRefCP(image);
+        ImagePtr image = testsupport::held(Image::create());
         const UInt8 pixels[] = { 255, 0, 0,   0, 255, 0,   0, 0, 255,
                                  255, 255, 0, 0, 255, 255, 255, 0, 255 };
         image->set(Image::OSG_RGB_PF, 3, 2, 1, 1, 1, 0.0, pixels);

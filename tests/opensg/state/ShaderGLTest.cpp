@@ -357,9 +357,7 @@ TEST_F(SHLChunkGL, DeclaredOSGUniformsAndCallbacksAreSuppliedPerObject)
 
     // One light over two squares that share the material.
     PointLightPtr light = PointLight::create();
-    beginEditCP(light);
-    light->setBeacon(setup.cameraBeacon);
-    endEditCP(light);
+    testsupport::editCP(light, [&] { light->setBeacon(setup.cameraBeacon); });
     NodePtr lightNode = makeNodeFor(light);
     testsupport::addChild(lightNode, translated(testsupport::makeRect(-0.1f, -0.1f, 0.1f, 0.1f, 0.f, material), 0.25f, 0.5f));
     testsupport::addChild(lightNode, translated(testsupport::makeRect(-0.1f, -0.1f, 0.1f, 0.1f, 0.f, material), 0.75f, 0.25f));

@@ -1,3 +1,4 @@
+#include "support/Builders.h"
 #include "support/SceneSetup.h"
 
 #include <OpenSG/OSGIntersectAction.h>
@@ -90,9 +91,7 @@ TEST(NavigatorWalk, EyeStaysTheSetHeightAboveTheFloorAndTheStep)
     addRefCP(root);
     ViewportPtr port = Viewport::create();
     addRefCP(port);
-    beginEditCP(port);
-    port->setRoot(root);
-    endEditCP(port);
+    testsupport::editCP(port, [&] { port->setRoot(root); });
 
     const Real32 groundDistance = 1.f, height = 0.4f;
     Navigator nav;
@@ -152,14 +151,10 @@ TEST(IntersectAction, HitsTheNearestTriangleInWorldUnits)
     {
         SCOPED_TRACE(c.name);
         SwitchPtr sw = Switch::create();
-        beginEditCP(sw);
-        sw->setChoice(c.choice);
-        endEditCP(sw);
+        testsupport::editCP(sw, [&] { sw->setChoice(c.choice); });
         NodePtr root = Node::create();
         addRefCP(root);
-        beginEditCP(root);
-        root->setCore(sw);
-        endEditCP(root);
+        testsupport::editCP(root, [&] { root->setCore(sw); });
         NodePtr placed = testsupport::makeTransformNode(c.place);
         testsupport::addChild(placed, makeBox(1.f, 1.f, 1.f, 1, 1, 1));
         testsupport::addChild(root, placed);

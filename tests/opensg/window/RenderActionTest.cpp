@@ -126,9 +126,7 @@ TEST_F(RenderActionTest, PolygonChunkCullsTheSelectedFaces)
         SceneSetup setup(32, 32);
 
         PolygonChunkPtr poly = PolygonChunk::create();
-        beginEditCP(poly);
-        poly->setCullFace(c.cullFace);
-        endEditCP(poly);
+        testsupport::editCP(poly, [&] { poly->setCullFace(c.cullFace); });
 
         Matrix m;
         if(c.turned)
