@@ -44,8 +44,7 @@ TEST_F(SimpleSceneManagerPortTest, KeepsTheApplicationsPortAndDrivesIt)
         PassiveWindowPtr             window = windowAndAction.window;
 
         ViewportPtr        added = NullFC;
-        SolidBackgroundPtr grey  = SolidBackground::create();
-        addRefCP(grey);
+        SolidBackgroundPtr grey  = testsupport::held(SolidBackground::create());
         editCP(grey, [&] { grey->setColor(Color3f(0.5f, 0.5f, 0.5f)); });
         if(c.kind != NoPort)
         {

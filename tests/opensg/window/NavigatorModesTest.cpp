@@ -89,8 +89,7 @@ TEST(NavigatorWalk, EyeStaysTheSetHeightAboveTheFloorAndTheStep)
 {
     NodePtr root = makeFloorWithStep();
     addRefCP(root);
-    ViewportPtr port = Viewport::create();
-    addRefCP(port);
+    ViewportPtr port = testsupport::held(Viewport::create());
     testsupport::editCP(port, [&] { port->setRoot(root); });
 
     const Real32 groundDistance = 1.f, height = 0.4f;
@@ -152,8 +151,7 @@ TEST(IntersectAction, HitsTheNearestTriangleInWorldUnits)
         SCOPED_TRACE(c.name);
         SwitchPtr sw = Switch::create();
         testsupport::editCP(sw, [&] { sw->setChoice(c.choice); });
-        NodePtr root = Node::create();
-        addRefCP(root);
+        NodePtr root = testsupport::held(Node::create());
         testsupport::editCP(root, [&] { root->setCore(sw); });
         NodePtr placed = testsupport::makeTransformNode(c.place);
         testsupport::addChild(placed, makeBox(1.f, 1.f, 1.f, 1, 1, 1));
