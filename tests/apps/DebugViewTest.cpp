@@ -62,13 +62,7 @@ TEST_F(DebugViewTest, EachViewShowsItsChannel)
 {
     window->render(action);
 
-    struct Case
-    {
-        demo::DebugView view;
-        const char     *name;
-        Color3f         middle;
-        Color3f         corner;
-    };
+    struct Case { demo::DebugView view; const char *name; Color3f middle; Color3f corner; };
     const Color3f facingViewer(0.5f, 0.5f, 1.f);  // (0, 0, 1) * 0.5 + 0.5
     const Case cases[] =
     {

@@ -184,12 +184,7 @@ TEST_F(ViewerTest, StatisticsKeyShowsTextInTheTopLeftCornerOnly)
 
 TEST(ViewerCommandLine, HelpAndBadArgumentsNeedNoDisplay)
 {
-    struct Case
-    {
-        const char *args;
-        int         status;
-        const char *says;
-    };
+    struct Case { const char *args; int status; const char *says; };
     const Case cases[] = {
         {"--help",                      0, "usage: lumora-viewer"},
         {"--frames x",                  2, "bad value 'x' for --frames"},

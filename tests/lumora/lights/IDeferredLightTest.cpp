@@ -61,10 +61,7 @@ FrustumVolume cameraFrustum(const Pnt3f &eye, const Pnt3f &target, const Vec3f &
 
 TEST(IDeferredLightHelpers, MaxLightDistanceCountsOnlyTheHighestTerm)
 {
-    struct Case
-    {
-        Real32 linear, quadratic, range;
-    };
+    struct Case { Real32 linear, quadratic, range; };
     const Case cases[] =
     {
         {0.0f,  0.0f,   1000000.0f},
@@ -89,13 +86,7 @@ TEST(IDeferredLightHelpers, IntersectPlanesFindsTheCommonPointOrNone)
     n1.normalize();
     n2.normalize();
     n3.normalize();
-    struct Case
-    {
-        const char *name;
-        Plane       a, b, c;
-        bool        meet;
-        Pnt3f       expected;
-    };
+    struct Case { const char *name; Plane a, b, c; bool meet; Pnt3f expected; };
     const Case cases[] =
     {
         {"axis planes", Plane(Vec3f(1, 0, 0), 1.0f), Plane(Vec3f(0, 1, 0), 2.0f),
@@ -195,11 +186,7 @@ TEST(IDeferredLightHelpers, DegenerateFrustumDropsCornersWithAWarning)
 
 TEST(DeferredSpotLightCone, MapsApexBaseAndRimForEveryDirection)
 {
-    struct Case
-    {
-        const char *name;
-        Vec3f       direction;
-    };
+    struct Case { const char *name; Vec3f direction; };
     const Case cases[] =
     {
         {"down",     Vec3f(0, -1, 0)},

@@ -166,14 +166,7 @@ class DeferredCMBPostProcessorTest : public testsupport::WindowTest
 
 TEST_F(DeferredCMBPostProcessorTest, WithoutRotationTheImageIsUnchanged)
 {
-    struct Case
-    {
-        const char *name;
-        Matrix      before;
-        Matrix      now;
-        Real32      dt;
-        Real32      blurScale;
-    };
+    struct Case { const char *name; Matrix before; Matrix now; Real32 dt; Real32 blurScale; };
     const Case cases[] =
     {
         {"still camera", viewing(deg(20), deg(10)), viewing(deg(20), deg(10)), 40, 1.0f},

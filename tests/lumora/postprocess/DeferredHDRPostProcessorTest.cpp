@@ -82,12 +82,7 @@ double tolerance(double bloom)
 // about 0.061; with the threshold out of reach the curve stands alone.
 TEST_F(DeferredHDRPostProcessorTest, ExposureCurveAndBloomOfWhatExceedsTheThreshold)
 {
-    struct Case
-    {
-        Real32 value;
-        Real32 exposure;
-        Real32 threshold;
-    };
+    struct Case { Real32 value; Real32 exposure; Real32 threshold; };
     const Real32 noBloom = 1e9f;
     const Case cases[] =
     {

@@ -204,10 +204,7 @@ Vec3f checkerColour(int x, int y)
 class DeferredSSAOPostProcessorTest : public PostProcessorTest
 {
   protected:
-    struct Rectangle
-    {
-        int left, bottom, right, top;
-    };
+    struct Rectangle { int left, bottom, right, top; };
 
     TextureChunkPtr render(DeferredSSAOPostProcessor &ssao, RenderTarget &gbuffer,
                            TextureChunkPtr scene, Rectangle initial, const Rectangle *resized)

@@ -112,11 +112,7 @@ TEST(ImageFile, ReadersKeepPixelsBottomRowFirstInRGBOrder)
         return [write](const std::string &file)
         { ASSERT_NE(write(file.c_str(), 3, 2, 3, TopFirst), 0); };
     };
-    struct Case
-    {
-        const char *name;
-        std::function<void(const std::string &)> write;
-    };
+    struct Case { const char *name; std::function<void(const std::string &)> write; };
     const Case cases[] =
     {
         { "rle.tga", stbWrite(stbi_write_tga) },

@@ -211,11 +211,7 @@ TEST_F(SHLChunkGL, MaterialsSharingAProgramEachGetTheirOwnValues)
         bool   rebuild;    // the program text is edited first
         Real32 expected;
     };
-    struct Case
-    {
-        const char       *name;
-        std::vector<Step> steps;
-    };
+    struct Case { const char *name; std::vector<Step> steps; };
     const Case cases[] =
     {
         { "alternating materials",
