@@ -14,11 +14,7 @@
 namespace
 {
 
-struct Target
-{
-    const char *directory;
-    int       (*run)(const std::uint8_t *, std::size_t);
-};
+struct Target { const char *directory; int (*run)(const std::uint8_t *, std::size_t); };
 
 class FuzzRegression : public ::testing::TestWithParam<Target>
 {

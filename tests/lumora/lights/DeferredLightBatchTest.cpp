@@ -135,12 +135,7 @@ class DeferredLightBatchTest : public DeferredSceneTest
 
 // Texels differing by more than a tolerance in any colour channel: how
 // many, the largest difference anywhere and where the first one is.
-struct Differences
-{
-    int         count   = 0;
-    float       largest = 0.0f;
-    std::string first;
-};
+struct Differences { int count = 0; float largest = 0.0f; std::string first; };
 
 Differences compare(const LitImage &a, const LitImage &b, float tolerance)
 {

@@ -21,10 +21,7 @@ const int    Size  = PostProcessorTest::Size;
 const double Near  = PostProcessorTest::Near;
 const double Far   = PostProcessorTest::Far;
 
-struct V3
-{
-    double x, y, z;
-};
+struct V3 { double x, y, z; };
 
 V3     operator *(const V3 &a, double s)     { return V3{a.x * s, a.y * s, a.z * s}; }
 V3     operator -(const V3 &a, const V3 &b)  { return V3{a.x - b.x, a.y - b.y, a.z - b.z}; }

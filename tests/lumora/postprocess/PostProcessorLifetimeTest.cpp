@@ -21,11 +21,7 @@ using posttest::Surface;
 namespace
 {
 
-struct Effect
-{
-    const char                                      *name;
-    std::function<IDeferredPostProcessor *(void)>    make;
-};
+struct Effect { const char *name; std::function<IDeferredPostProcessor *(void)> make; };
 
 const Effect s_effects[] =
 {

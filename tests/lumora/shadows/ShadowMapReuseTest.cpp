@@ -96,12 +96,7 @@ float largestDifference(const std::vector<float> &a, const std::vector<float> &b
     return a.size() == b.size() ? largest : 1e30f;
 }
 
-struct Change
-{
-    const char *name;
-    Kind        kind;
-    std::function<void()> apply;
-};
+struct Change { const char *name; Kind kind; std::function<void()> apply; };
 
 } // namespace
 

@@ -20,11 +20,7 @@ class SimpleSceneManagerPortTest : public testsupport::GLTest
 
 enum PortKind { NoPort, PlainPort, DeferredPort };
 
-struct PortCase
-{
-    const char *name;
-    PortKind    kind;
-};
+struct PortCase { const char *name; PortKind kind; };
 
 const PortCase s_portCases[] = {
     {"no port",       NoPort},

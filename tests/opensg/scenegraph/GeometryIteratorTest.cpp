@@ -13,11 +13,7 @@ using namespace osg;
 namespace
 {
 
-struct Primitive
-{
-    GLenum type;
-    UInt32 length;
-};
+struct Primitive { GLenum type; UInt32 length; };
 
 // Every kind of primitive in one geometry; position i is (i, 0, 0), so a
 // position's x tells which vertex it is.

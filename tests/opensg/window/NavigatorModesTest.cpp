@@ -124,14 +124,7 @@ TEST(NavigatorWalk, EyeStaysTheSetHeightAboveTheFloorAndTheStep)
     subRefCP(root);
 }
 
-struct HitCase
-{
-    const char *name;
-    Matrix      place;
-    Int32       choice;
-    bool        hit;
-    Real32      t;
-};
+struct HitCase { const char *name; Matrix place; Int32 choice; bool hit; Real32 t; };
 
 // A unit box under a Transform under a Switch; the ray comes down from
 // y = 5 at x = 0.2.

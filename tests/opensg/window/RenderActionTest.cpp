@@ -142,12 +142,7 @@ TEST_F(RenderActionTest, PolygonChunkCullsTheSelectedFaces)
     }
 }
 
-struct MaskCase
-{
-    UInt32 nodeMask;
-    UInt32 viewportMask;
-    bool   visible;
-};
+struct MaskCase { UInt32 nodeMask; UInt32 viewportMask; bool visible; };
 
 const MaskCase s_maskCases[] = {
     { 0xffffffff, 0xffffffff, true  },

@@ -14,13 +14,7 @@ using testsupport::SceneSetup;
 namespace
 {
 
-struct ClearCase
-{
-    const char *name;
-    bool        clearColor;
-    bool        clearDepth;
-    Int32       stencilBit;
-};
+struct ClearCase { const char *name; bool clearColor; bool clearDepth; Int32 stencilBit; };
 
 const ClearCase s_clearCases[] = {
     { "everything",        true,  true,  5  },
