@@ -188,9 +188,7 @@ const BatchCase s_cases[] =
 };
 
 class DeferredLightBatchCaseTest : public DeferredLightBatchTest,
-                                   public ::testing::WithParamInterface<BatchCase>
-{
-};
+                                   public ::testing::WithParamInterface<BatchCase> {};
 
 TEST_P(DeferredLightBatchCaseTest, MatchesTheVolumePathWithinOneStep)
 {
@@ -228,9 +226,7 @@ struct ShapeCase
 };
 
 class DeferredLightBatchShapeTest : public DeferredLightBatchTest,
-                                    public ::testing::WithParamInterface<ShapeCase>
-{
-};
+                                    public ::testing::WithParamInterface<ShapeCase> {};
 
 // The tiles follow the viewport's own pixels wherever it sits and after
 // every resize.

@@ -57,9 +57,7 @@ void PrintTo(const ConeCase &test, std::ostream *os)
 }
 
 class SpotLightConeTest : public DeferredSpotLightTest,
-                          public testing::WithParamInterface<ConeCase>
-{
-};
+                          public testing::WithParamInterface<ConeCase> {};
 
 } // namespace
 

@@ -321,9 +321,7 @@ const SwitchCase s_switchCases[] =
 };
 
 class DeferredLightSwitchTest : public DeferredSceneTest,
-                                public testing::WithParamInterface<SwitchCase>
-{
-};
+                                public testing::WithParamInterface<SwitchCase> {};
 
 } // namespace
 

@@ -33,9 +33,7 @@ const Effect s_effects[] =
 };
 
 class PostProcessorLifetimeTest : public PostProcessorTest,
-                                  public testing::WithParamInterface<Effect>
-{
-};
+                                  public testing::WithParamInterface<Effect> {};
 
 } // namespace
 

@@ -14,9 +14,7 @@ using testsupport::editCP;
 namespace
 {
 
-class SimpleSceneManagerPortTest : public testsupport::GLTest
-{
-};
+class SimpleSceneManagerPortTest : public testsupport::GLTest {};
 
 enum PortKind { NoPort, PlainPort, DeferredPort };
 

@@ -84,9 +84,7 @@ GeometryPtr makeAllPrimitives(bool indexed)
     return geo;
 }
 
-class GeometryIterators : public ::testing::TestWithParam<bool>
-{
-};
+class GeometryIterators : public ::testing::TestWithParam<bool> {};
 
 TEST_P(GeometryIterators, TrianglesFollowGLsDecompositionOfEveryPrimitive)
 {
