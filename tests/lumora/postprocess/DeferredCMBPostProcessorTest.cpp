@@ -23,15 +23,9 @@ const Real32 Far  = 10.0f;
 
 Real32 s_testTime = 0.0f;
 
-Real32 testClock(void)
-{
-    return s_testTime;
-}
+Real32 testClock(void) { return s_testTime; }
 
-double deg(double degrees)
-{
-    return degrees * Pi / 180.0;
-}
+double deg(double degrees) { return degrees * Pi / 180.0; }
 
 // A symmetric perspective projection of 60 degrees vertically, built here
 // from its definition.

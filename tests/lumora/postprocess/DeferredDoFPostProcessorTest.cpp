@@ -23,10 +23,7 @@ const double Far     = PostProcessorTest::Far;
 const TextureImage::Edge EdgeTexels  = TextureImage::EdgeTexels;
 const TextureImage::Edge BlackBorder = TextureImage::BlackBorder;
 
-double linearDepth(double z)
-{
-    return Near / (Far - z * (Far - Near)) * Far;
-}
+double linearDepth(double z) { return Near / (Far - z * (Far - Near)) * Far; }
 
 // The blurriness map's value for a linear depth, before 8-bit storage.
 double blurriness(double depth, double focal, double cutoff)

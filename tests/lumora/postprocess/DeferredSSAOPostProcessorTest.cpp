@@ -187,10 +187,7 @@ Surface corner(int x, int y, Real32 slope)
     return Surface{true, Vec3f(-1, 0, 0), 10.0f - slope * Real32(x - 31)};
 }
 
-Surface steepCorner(int x, int y)
-{
-    return corner(x, y, 0.2f);
-}
+Surface steepCorner(int x, int y) { return corner(x, y, 0.2f); }
 
 // Values a half float stores exactly, so that untouched pixels compare equal.
 Vec3f checkerColour(int x, int y)

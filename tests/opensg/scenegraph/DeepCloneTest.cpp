@@ -56,10 +56,7 @@ struct Tree
     ~Tree() { subRefCP(root); }
 };
 
-TransformPtr transformOf(NodePtr root)
-{
-    return TransformPtr::dcast(root->getChild(0)->getCore());
-}
+TransformPtr transformOf(NodePtr root) { return TransformPtr::dcast(root->getChild(0)->getCore()); }
 
 GeometryPtr geometryOf(NodePtr root, UInt32 index)
 {

@@ -18,10 +18,7 @@ using testsupport::makeTransformNode;
 namespace
 {
 
-bool alive(UInt32 id)
-{
-    return FieldContainerFactory::the()->getContainer(id) != NullFC;
-}
+bool alive(UInt32 id) { return FieldContainerFactory::the()->getContainer(id) != NullFC; }
 
 Matrix translation(Real32 x, Real32 y, Real32 z)
 {

@@ -25,10 +25,7 @@ const ClearCase s_clearCases[] = {
     { "nothing",           false, false, -1 },
 };
 
-int toByte(float v)
-{
-    return int(std::lround(v * 255.f));
-}
+int toByte(float v) { return int(std::lround(v * 255.f)); }
 
 int readStencil(int x, int y)
 {
