@@ -67,10 +67,7 @@ class ShadowMapReuseTest : public DeferredSceneTest
         return texels;
     }
 
-    UInt32 drawnMaps() const
-    {
-        return viewport->getShadowMapper().getRenderCount();
-    }
+    UInt32 drawnMaps() const { return viewport->getShadowMapper().getRenderCount(); }
 
     void moveTransform(NodePtr node, const Vec3f &by)
     {

@@ -80,10 +80,7 @@ class SHLChunkGL : public testsupport::GLTest
         return state;
     }
 
-    GLint location(const char *name)
-    {
-        return glGetUniformLocation(shl->getProgram(), name);
-    }
+    GLint location(const char *name) { return glGetUniformLocation(shl->getProgram(), name); }
 
     SHLChunkPtr shl;
 };
