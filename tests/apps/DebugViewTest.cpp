@@ -13,13 +13,7 @@ namespace
 
 const int ViewSize = 32;
 
-struct Surface
-{
-    Color3f diffuse;
-    Color3f specular;
-    Real32  shininess;
-    Color3f emission;
-};
+struct Surface { Color3f diffuse; Color3f specular; Real32 shininess; Color3f emission; };
 
 // Channels all different, so that a view reading the wrong one shows.
 const Surface Near = {Color3f(0.8f, 0.4f, 0.2f), Color3f(0.3f, 0.6f, 0.9f), 16.f,
@@ -62,13 +56,7 @@ TEST_F(DebugViewTest, EachViewShowsItsChannel)
 {
     window->render(action);
 
-    struct Case
-    {
-        demo::DebugView view;
-        const char     *name;
-        Color3f         middle;
-        Color3f         corner;
-    };
+    struct Case { demo::DebugView view; const char *name; Color3f middle; Color3f corner; };
     const Color3f facingViewer(0.5f, 0.5f, 1.f);  // (0, 0, 1) * 0.5 + 0.5
     const Case cases[] =
     {

@@ -1,16 +1,14 @@
 #include <OpenSG/OSGImage.h>
 
+#include "support/Builders.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <set>
-#include <sstream>
 #include <string>
 #include <sys/wait.h>
-#include <unistd.h>
 
 using namespace osg;
 
@@ -24,21 +22,6 @@ int runShell(const std::string &command)
     return status != -1 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-std::string tempPath(const std::string &name)
-{
-    std::ostringstream path;
-    path << ::testing::TempDir() << "lumora-viewer-" << getpid() << "-" << name;
-    return path.str();
-}
-
-std::string readFile(const std::string &path)
-{
-    std::ifstream     in(path.c_str());
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 struct Picture
 {
     int                width = 0, height = 0;
@@ -49,8 +32,7 @@ struct Picture
 
 bool loadPicture(const std::string &path, Picture &picture)
 {
-    ImagePtr image = Image::create();
-    addRefCP(image);
+    ImagePtr image = testsupport::held(Image::create());
     bool good = image->read(path.c_str()) && image->getDepth() == 1;
     if(good)
     {
@@ -90,18 +72,17 @@ class ViewerTest : public ::testing::Test
     // its last frame.
     void shoot(const std::string &name, const std::string &script, Picture &picture)
     {
-        const std::string png = tempPath(name + ".png"), log = tempPath(name + ".log");
-        std::remove(png.c_str());
+        const std::string png = dir.path(name + ".png"), log = dir.path(name + ".log");
         const std::string command = "xvfb-run -a -s '-screen 0 640x480x24' " LUMORA_VIEWER
             " --width 240 --height 160 --point-lights 4 --spot-lights 2 " + script +
             " --screenshot " + png + " >" + log + " 2>&1";
-        ASSERT_EQ(runShell(command), 0) << command << "\n" << readFile(log);
+        ASSERT_EQ(runShell(command), 0) << command << "\n" << dir.read(name + ".log");
         ASSERT_TRUE(loadPicture(png, picture)) << png;
         EXPECT_EQ(picture.width,  240);
         EXPECT_EQ(picture.height, 160);
-        std::remove(png.c_str());
-        std::remove(log.c_str());
     }
+
+    testsupport::TempDir dir;
 };
 
 TEST_F(ViewerTest, ScriptedFramesShowTheSceneAndFollowKeysAndDrags)
@@ -203,12 +184,7 @@ TEST_F(ViewerTest, StatisticsKeyShowsTextInTheTopLeftCornerOnly)
 
 TEST(ViewerCommandLine, HelpAndBadArgumentsNeedNoDisplay)
 {
-    struct Case
-    {
-        const char *args;
-        int         status;
-        const char *says;
-    };
+    struct Case { const char *args; int status; const char *says; };
     const Case cases[] = {
         {"--help",                      0, "usage: lumora-viewer"},
         {"--frames x",                  2, "bad value 'x' for --frames"},
@@ -218,15 +194,14 @@ TEST(ViewerCommandLine, HelpAndBadArgumentsNeedNoDisplay)
         {"--bogus",                     2, "unknown option '--bogus'"},
         {"/nonexistent/model.obj --frames 1", 1, "cannot open '/nonexistent/model.obj'"},
     };
+    const testsupport::TempDir dir;
     for(const Case &c : cases)
     {
         SCOPED_TRACE(c.args);
-        const std::string log = tempPath("cli.log");
         const std::string command = std::string("DISPLAY= ") + LUMORA_VIEWER + " " + c.args +
-                                    " >" + log + " 2>&1";
+                                    " >" + dir.path("cli.log") + " 2>&1";
         EXPECT_EQ(runShell(command), c.status);
-        EXPECT_NE(readFile(log).find(c.says), std::string::npos) << readFile(log);
-        std::remove(log.c_str());
+        EXPECT_NE(dir.read("cli.log").find(c.says), std::string::npos) << dir.read("cli.log");
     }
 }
 

@@ -63,10 +63,7 @@ Difference compare(const Pixels &a, const Pixels &b, double bound)
 
 Real32 s_clock = 0.0f;
 
-Real32 testClock(void)
-{
-    return s_clock;
-}
+Real32 testClock(void) { return s_clock; }
 
 Matrix lookAt(const Pnt3f &from, const Pnt3f &at)
 {

@@ -142,45 +142,34 @@ Stage &stage(void)
 
 LightPtr makeLight(Reader &in)
 {
-    LightPtr light;
-    switch(in.byte() % 3)
-    {
-        case 0:
-        {
-            PointLightPtr point = PointLight::create();
-            beginEditCP(point);
-            point->setPosition(Pnt3f(in.real(), in.real(), in.real()));
-            endEditCP(point);
-            light = point;
-            break;
-        }
-        case 1:
-        {
-            SpotLightPtr spot = SpotLight::create();
-            beginEditCP(spot);
-            spot->setPosition(Pnt3f(in.real(), in.real(), in.real()));
-            spot->setDirection(Vec3f(in.real(), in.real(), in.real()));
-            spot->setSpotCutOff(in.real());
-            endEditCP(spot);
-            light = spot;
-            break;
-        }
-        default:
-        {
-            DirectionalLightPtr sun = DirectionalLight::create();
-            beginEditCP(sun);
-            sun->setDirection(Vec3f(in.real(), in.real(), in.real()));
-            endEditCP(sun);
-            light = sun;
-            break;
-        }
-    }
+    const std::uint8_t kind = in.byte() % 3;
+    LightPtr light = kind == 0 ? LightPtr(PointLight::create()) :
+                     kind == 1 ? LightPtr(SpotLight::create()) :
+                                 LightPtr(DirectionalLight::create());
     beginEditCP(light);
+    if(kind != 2)
+        PointLightPtr::dcast(light)->setPosition(Pnt3f(in.real(), in.real(), in.real()));
+    if(kind == 1)
+    {
+        SpotLightPtr spot = SpotLightPtr::dcast(light);
+        spot->setDirection(Vec3f(in.real(), in.real(), in.real()));
+        spot->setSpotCutOff(in.real());
+    }
+    else if(kind == 2)
+        DirectionalLightPtr::dcast(light)->setDirection(Vec3f(in.real(), in.real(), in.real()));
     light->setShadowIntensity(in.byte() < 16 ? 0.5f : 1.0f);
     light->setQuadraticAttenuation(in.real());
     endEditCP(light);
     return light;
 }
+
+void (DRV::*const s_effectOn[])(bool) = {&DRV::setAAPostProcessOn, &DRV::setSSAOPostProcessOn,
+                                         &DRV::setHDRPostProcessOn, &DRV::setDoFPostProcessOn,
+                                         &DRV::setCMBPostProcessOn};
+void (DRV::*const s_parameters[])(Real32) = {&DRV::setHDRExposure, &DRV::setHDRBrightPassThreshold,
+                                             &DRV::setDoFFocalDepth, &DRV::setDoFBlurCutoff,
+                                             &DRV::setCMBBlurScale, &DRV::setSSAOScale,
+                                             &DRV::setSSAOAttenuation};
 
 } // namespace
 
@@ -242,21 +231,14 @@ int driveViewport(const std::uint8_t *data, std::size_t size)
                 break;
             case 4:
             {
-                void (DRV::*on[])(bool) = {&DRV::setAAPostProcessOn, &DRV::setSSAOPostProcessOn,
-                                           &DRV::setHDRPostProcessOn, &DRV::setDoFPostProcessOn,
-                                           &DRV::setCMBPostProcessOn};
                 const UInt32 slot = in.byte() % DRV::NumPostProcessors;
-                (viewport.getCPtr()->*on[slot])(!viewport->isPostProcessOn(slot));
+                (viewport.getCPtr()->*s_effectOn[slot])(!viewport->isPostProcessOn(slot));
                 break;
             }
             case 5:
             {
-                void (DRV::*set[])(Real32) = {&DRV::setHDRExposure, &DRV::setHDRBrightPassThreshold,
-                                              &DRV::setDoFFocalDepth, &DRV::setDoFBlurCutoff,
-                                              &DRV::setCMBBlurScale, &DRV::setSSAOScale,
-                                              &DRV::setSSAOAttenuation};
                 const std::uint8_t which = in.byte() % 7;
-                (viewport.getCPtr()->*set[which])(in.real());
+                (viewport.getCPtr()->*s_parameters[which])(in.real());
                 break;
             }
             case 6:

@@ -14,15 +14,9 @@
 namespace
 {
 
-struct Target
-{
-    const char *directory;
-    int       (*run)(const std::uint8_t *, std::size_t);
-};
+struct Target { const char *directory; int (*run)(const std::uint8_t *, std::size_t); };
 
-class FuzzRegression : public ::testing::TestWithParam<Target>
-{
-};
+class FuzzRegression : public ::testing::TestWithParam<Target> {};
 
 TEST_P(FuzzRegression, EveryKeptInputRunsThrough)
 {

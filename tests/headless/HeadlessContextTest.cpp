@@ -13,12 +13,7 @@
 namespace
 {
 
-struct DebugMessage
-{
-    GLenum      type;
-    GLenum      severity;
-    std::string text;
-};
+struct DebugMessage { GLenum type; GLenum severity; std::string text; };
 
 class HeadlessContextTest : public ::testing::Test
 {

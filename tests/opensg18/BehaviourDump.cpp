@@ -51,16 +51,6 @@ void pm(const char *n, const Matrix &m)
     printf("\n");
 }
 
-void pc(const char *n, const Color4f &c)
-{
-    printf("%s %.9g %.9g %.9g %.9g\n", n, c[0], c[1], c[2], c[3]);
-}
-
-void pc3(const char *n, const Color3f &c)
-{
-    printf("%s %.9g %.9g %.9g\n", n, c[0], c[1], c[2]);
-}
-
 // The values of one container, or of one kind of value, on one line.
 template <class... T>
 void pv(const char *name, T... v)
@@ -71,6 +61,9 @@ void pv(const char *name, T... v)
         printf(" %.9g", values[i]);
     printf("\n");
 }
+
+void pc (const char *n, const Color4f &c) { pv(n, c[0], c[1], c[2], c[3]); }
+void pc3(const char *n, const Color3f &c) { pv(n, c[0], c[1], c[2]); }
 
 void matrices(void)
 {

@@ -205,9 +205,7 @@ LightPtr pointLight(Scene &scene, Real32 shadowIntensity)
     PointLightPtr light = PointLight::create();
     beginEditCP(light);
     light->setPosition(Pnt3f(0, 0, 0));
-    light->setConstantAttenuation(1.0f);
-    light->setLinearAttenuation(0.1f);
-    light->setQuadraticAttenuation(0.05f);
+    light->setAttenuation(1.0f, 0.1f, 0.05f);
     endEditCP(light);
     Matrix m;
     m.setTranslate(1.0f, 3.0f, 2.0f);
@@ -222,9 +220,7 @@ LightPtr spotLight(Scene &scene, Real32 shadowIntensity)
     light->setDirection(Vec3f(0.3f, -1.0f, -0.4f));
     light->setSpotCutOff(deg2rad(35));
     light->setSpotExponent(4.0f);
-    light->setConstantAttenuation(1.0f);
-    light->setLinearAttenuation(0.05f);
-    light->setQuadraticAttenuation(0.02f);
+    light->setAttenuation(1.0f, 0.05f, 0.02f);
     endEditCP(light);
     Matrix m;
     m.setTranslate(-1.0f, 5.0f, 2.0f);
@@ -242,18 +238,21 @@ LightPtr sunLight(Scene &scene, Real32 shadowIntensity)
 
 // --- frames -------------------------------------------------------------------
 
+// Holds one reference on each light; windows hold their ports without a
+// reference, so the frame holds them too.
 struct Frame
 {
     PassiveWindowPtr             window;
     DeferredRenderingViewportPtr viewport;
     ViewportPtr                  behind;
     RenderAction                *action;
+    std::vector<LightPtr>        lights;
 };
 
-Frame makeFrame(Scene &scene, const std::vector<LightPtr> &lights, bool part)
+Frame makeFrame(Scene &scene, const std::vector<LightPtr> &lights, bool part = false)
 {
-    // Windows hold their ports without a reference: the frame holds them.
     Frame frame;
+    frame.lights = lights;
     frame.viewport = DeferredRenderingViewport::create();
     addRefCP(frame.viewport);
     beginEditCP(frame.viewport);
@@ -321,6 +320,8 @@ void dropFrame(Frame &frame)
         subRefCP(frame.behind);
     subRefCP(frame.window);
     delete frame.action;
+    for(size_t i = 0; i < frame.lights.size(); ++i)
+        subRefCP(frame.lights[i]);
 }
 
 bool writeImage(const std::string &name, int width, int height)
@@ -348,15 +349,8 @@ std::vector<LightPtr> lightsOf(LightPtr a, LightPtr b, LightPtr c = NullFC)
     return lights;
 }
 
-void releaseLights(std::vector<LightPtr> &lights)
-{
-    for(size_t i = 0; i < lights.size(); ++i)
-        subRefCP(lights[i]);
-    lights.clear();
-}
-
 // The first frame renders each shadow map once; the second samples them all.
-void renderCase(const std::string &name, Scene &scene, std::vector<LightPtr> lights,
+void renderCase(const std::string &name, Scene &scene, const std::vector<LightPtr> &lights,
                 void (*configure)(DeferredRenderingViewportPtr), bool part = false)
 {
     Frame frame = makeFrame(scene, lights, part);
@@ -366,7 +360,6 @@ void renderCase(const std::string &name, Scene &scene, std::vector<LightPtr> lig
     render(frame);
     writeImage(name, Width, Height);
     dropFrame(frame);
-    releaseLights(lights);
 }
 
 // A clock in steps of 20 ms, the same in both builds.
@@ -403,9 +396,8 @@ int renderAll(void)
 
     // Shadows switched on and off between frames, as the viewer's key does.
     {
-        std::vector<LightPtr> lights = lightsOf(pointLight(scene, 1.0f), spotLight(scene, 1.0f),
-                                                sunLight(scene, 1.0f));
-        Frame frame = makeFrame(scene, lights, false);
+        Frame frame = makeFrame(scene, lightsOf(pointLight(scene, 1.0f), spotLight(scene, 1.0f),
+                                                sunLight(scene, 1.0f)));
         const Real32 intensities[] = { 1.0f, 0.4f, 1.0f, 0.4f };
         for(int step = 0; step < 4; ++step)
         {
@@ -417,7 +409,6 @@ int renderAll(void)
             writeImage(name.str(), Width, Height);
         }
         dropFrame(frame);
-        releaseLights(lights);
     }
 
     // Each effect alone and all five, lit by a point light and the sun.
@@ -429,8 +420,7 @@ int renderAll(void)
     };
     for(size_t e = 0; e < sizeof(effects) / sizeof(effects[0]); ++e)
     {
-        std::vector<LightPtr> lights = lightsOf(pointLight(scene, 1.0f), sunLight(scene, 1.0f));
-        Frame frame = makeFrame(scene, lights, false);
+        Frame frame = makeFrame(scene, lightsOf(pointLight(scene, 1.0f), sunLight(scene, 1.0f)));
         effects[e].configure(frame.viewport);
         placeCamera(scene, Pnt3f(0.0f, 4.5f, 8.0f), Pnt3f(0.0f, 0.5f, 0.0f));
         render(frame);
@@ -439,7 +429,6 @@ int renderAll(void)
         render(frame);
         writeImage(std::string("effect-") + effects[e].name, Width, Height);
         dropFrame(frame);
-        releaseLights(lights);
     }
     placeCamera(scene, Pnt3f(0.0f, 4.5f, 8.0f), Pnt3f(0.0f, 0.5f, 0.0f));
 
@@ -448,8 +437,7 @@ int renderAll(void)
 
     // A resize between frames.
     {
-        std::vector<LightPtr> lights = lightsOf(pointLight(scene, 0.3f), sunLight(scene, 1.0f));
-        Frame frame = makeFrame(scene, lights, false);
+        Frame frame = makeFrame(scene, lightsOf(pointLight(scene, 0.3f), sunLight(scene, 1.0f)));
         ssao(frame.viewport);
         render(frame);
         frame.window->resize(Width * 3 / 4, Height * 3 / 4);
@@ -457,7 +445,6 @@ int renderAll(void)
         render(frame);
         writeImage("resize", Width * 3 / 4, Height * 3 / 4);
         dropFrame(frame);
-        releaseLights(lights);
     }
     // A near plane beyond 0.5: twice near times the light pass's far distance
     // must stay finite in float.

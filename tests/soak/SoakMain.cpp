@@ -6,11 +6,7 @@
 // error and no warning may have appeared on the way.
 
 #include <OpenSG/OSGBaseFunctions.h>
-#include <OpenSG/OSGBlendChunk.h>
-#include <OpenSG/OSGChunkMaterial.h>
 #include <OpenSG/OSGDirectionalLight.h>
-#include <OpenSG/OSGGroup.h>
-#include <OpenSG/OSGMaterialChunk.h>
 #include <OpenSG/OSGMatrixUtility.h>
 #include <OpenSG/OSGPassiveWindow.h>
 #include <OpenSG/OSGPerspectiveCamera.h>
@@ -22,12 +18,12 @@
 #include <OpenSG/OSGSolidBackground.h>
 #include <OpenSG/OSGSpotLight.h>
 #include <OpenSG/OSGThread.h>
-#include <OpenSG/OSGTransform.h>
 
 #include <Lumora/DeferredRenderingViewport.h>
 #include <Lumora/HeadlessContext.h>
 #include <Lumora/LumoraInit.h>
 
+#include "../../apps/common/DemoScene.h"
 #include "support/LiveObjects.h"
 #include "support/LogCapture.h"
 
@@ -42,7 +38,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -82,16 +77,6 @@ const char *s_usage =
     "  --rss-limit MB    allowed resident memory growth (default 48)\n"
     "  --help            this text\n";
 
-bool parseNumber(const char *text, double minValue, double maxValue, double &result)
-{
-    char *end = nullptr;
-    const double value = std::strtod(text, &end);
-    if(end == text || *end != '\0' || !(value >= minValue && value <= maxValue))
-        return false;
-    result = value;
-    return true;
-}
-
 // 0: run; 1: help shown; 2: bad arguments.
 int parseArgs(int argc, char **argv, Options &opt)
 {
@@ -112,23 +97,20 @@ int parseArgs(int argc, char **argv, Options &opt)
             {"--max-lights", 1, 1000,         double(opt.maxLights)},
             {"--rss-limit",  0, 1e6,          opt.rssLimitMB},
         };
-        bool known = false;
-        for(Numeric &n : numerics)
-        {
-            if(arg != n.name)
-                continue;
-            known = true;
-            if(i + 1 >= argc || !parseNumber(argv[i + 1], n.lo, n.hi, n.value))
-            {
-                std::cerr << "lumora-soak: " << n.name << " needs a number from "
-                          << n.lo << " to " << n.hi << "\n";
-                return 2;
-            }
-            ++i;
-        }
-        if(!known)
+        Numeric *n = std::find_if(std::begin(numerics), std::end(numerics),
+                                  [&arg](const Numeric &x) { return arg == x.name; });
+        if(n == std::end(numerics))
         {
             std::cerr << "lumora-soak: unknown option '" << arg << "'\n" << s_usage;
+            return 2;
+        }
+        char *end = nullptr;
+        n->value = ++i < argc ? std::strtod(argv[i], &end) : 0;
+        if(end == nullptr || end == argv[i] || *end != '\0' ||
+           !(n->value >= n->lo && n->value <= n->hi))
+        {
+            std::cerr << "lumora-soak: " << n->name << " needs a number from "
+                      << n->lo << " to " << n->hi << "\n";
             return 2;
         }
         opt.seed       = unsigned(numerics[0].value);
@@ -160,6 +142,15 @@ double heapMB()
     return double(info.uordblks + info.hblkhd) / (1024.0 * 1024.0);
 }
 
+template <class Map>
+int sum(const Map &counts)
+{
+    int total = 0;
+    for(const auto &kind : counts)
+        total += kind.second;
+    return total;
+}
+
 // A small model, read through the loader as a file would be.
 const char *s_modelObj =
     "v -0.5 0 -0.5\nv 0.5 0 -0.5\nv 0.5 0 0.5\nv -0.5 0 0.5\nv 0 1 0\n"
@@ -170,33 +161,12 @@ NodePtr placed(NodePtr child, const Vec3f &at)
 {
     Matrix m;
     m.setTranslate(at);
-    TransformPtr transform = Transform::create();
-    beginEditCP(transform);
-    transform->setMatrix(m);
-    endEditCP(transform);
-    NodePtr node = makeNodeFor(transform);
-    beginEditCP(node, Node::ChildrenFieldMask);
-    node->addChild(child);
-    endEditCP(node, Node::ChildrenFieldMask);
+    NodePtr node = demo::makeTransformNode(m);
+    demo::addChild(node, child);
     return node;
 }
 
-void addChild(NodePtr parent, NodePtr child)
-{
-    beginEditCP(parent, Node::ChildrenFieldMask);
-    parent->addChild(child);
-    endEditCP(parent, Node::ChildrenFieldMask);
-}
-
-NodePtr withMaterial(GeometryPtr geometry, MaterialPtr material)
-{
-    beginEditCP(geometry, Geometry::MaterialFieldMask);
-    geometry->setMaterial(material);
-    endEditCP(geometry, Geometry::MaterialFieldMask);
-    return makeNodeFor(geometry);
-}
-
-SimpleMaterialPtr colour(Real32 r, Real32 g, Real32 b, Real32 transparency = 0)
+NodePtr coloured(GeometryPtr geometry, Real32 r, Real32 g, Real32 b, Real32 transparency = 0)
 {
     SimpleMaterialPtr material = SimpleMaterial::create();
     beginEditCP(material);
@@ -205,8 +175,22 @@ SimpleMaterialPtr colour(Real32 r, Real32 g, Real32 b, Real32 transparency = 0)
     material->setShininess(32);
     material->setTransparency(transparency);
     endEditCP(material);
-    return material;
+    beginEditCP(geometry, Geometry::MaterialFieldMask);
+    geometry->setMaterial(material);
+    endEditCP(geometry, Geometry::MaterialFieldMask);
+    return makeNodeFor(geometry);
 }
+
+void (DRV::*const s_effectOn[])(bool) = {&DRV::setAAPostProcessOn, &DRV::setSSAOPostProcessOn,
+                                         &DRV::setHDRPostProcessOn, &DRV::setDoFPostProcessOn,
+                                         &DRV::setCMBPostProcessOn};
+void (DRV::*const s_parameters[])(Real32) = {&DRV::setHDRExposure, &DRV::setHDRBrightPassThreshold,
+                                             &DRV::setDoFFocalDepth, &DRV::setDoFBlurCutoff,
+                                             &DRV::setCMBBlurScale, &DRV::setSSAOScale,
+                                             &DRV::setSSAOAttenuation};
+// The range each parameter above is drawn from.
+const Real32 s_parameterRange[][2] = {{0.2f, 4}, {0.2f, 2}, {1, 30}, {0.1f, 1},
+                                      {0, 0.1f}, {0.0005f, 0.01f}, {0.001f, 0.01f}};
 
 class Soak
 {
@@ -219,15 +203,16 @@ class Soak
     int    pick (int lo, int hi)       { return boost::random::uniform_int_distribution<int>(lo, hi)(_rng); }
     Real32 value(Real32 lo, Real32 hi) { return boost::random::uniform_real_distribution<Real32>(lo, hi)(_rng); }
     bool   chance(double p)            { return value(0, 1) < p; }
+    LightPtr anyLight(void)            { return _lights[size_t(pick(0, int(_lights.size()) - 1))]; }
 
-    void buildScene   (void);
+    void buildScene    (void);
     void createViewport(void);
-    void dropViewport (void);
-    void addLight     (void);
-    void removeLight  (void);
-    void step         (void);
-    void render       (void);
-    void tearDown     (void);
+    void dropViewport  (void);
+    void dropModel     (void);
+    void addLight      (void);
+    void step          (void);
+    void render        (void);
+    void tearDown      (void);
 
     Options                       _opt;
     boost::random::mt19937        _rng;
@@ -246,32 +231,28 @@ class Soak
 
 void Soak::buildScene(void)
 {
-    _root = makeNodeFor(Group::create());
+    _root = demo::makeGroupNode();
     addRefCP(_root);
-    addChild(_root, withMaterial(makePlaneGeo(20, 20, 4, 4), colour(0.7f, 0.7f, 0.7f)));
+    demo::addChild(_root, coloured(makePlaneGeo(20, 20, 4, 4), 0.7f, 0.7f, 0.7f));
     for(int i = 0; i < 6; ++i)
     {
         const Real32 x = Real32(i % 3) * 3 - 3, y = Real32(i / 3) * 3 - 1.5f;
         GeometryPtr shape = i % 2 ? makeSphereGeo(2, 0.8f) : makeBoxGeo(1.2f, 1.2f, 1.2f, 1, 1, 1);
-        addChild(_root, placed(withMaterial(shape, colour(0.2f * i, 0.5f, 1 - 0.1f * i)),
-                               Vec3f(x, y, 0.8f)));
+        demo::addChild(_root, placed(coloured(shape, 0.2f * i, 0.5f, 1 - 0.1f * i),
+                                     Vec3f(x, y, 0.8f)));
     }
-    addChild(_root, placed(withMaterial(makePlaneGeo(2, 2, 1, 1), colour(0.3f, 0.6f, 0.9f, 0.5f)),
-                           Vec3f(0, 0, 2.5f)));
+    demo::addChild(_root, placed(coloured(makePlaneGeo(2, 2, 1, 1), 0.3f, 0.6f, 0.9f, 0.5f),
+                                 Vec3f(0, 0, 2.5f)));
 
     Matrix view;
     MatrixLookAt(view, Pnt3f(0, -9, 7), Pnt3f(0, 0, 0), Vec3f(0, 0, 1));
-    TransformPtr beacon = Transform::create();
-    beginEditCP(beacon);
-    beacon->setMatrix(view);
-    endEditCP(beacon);
-    NodePtr beaconNode = makeNodeFor(beacon);
-    addChild(_root, beaconNode);
+    NodePtr beacon = demo::makeTransformNode(view);
+    demo::addChild(_root, beacon);
 
     _camera = PerspectiveCamera::create();
     addRefCP(_camera);
     beginEditCP(_camera);
-    _camera->setBeacon(beaconNode);
+    _camera->setBeacon(beacon);
     _camera->setFov(deg2rad(60));
     _camera->setNear(0.5f);
     _camera->setFar(40);
@@ -313,43 +294,41 @@ void Soak::dropViewport(void)
     _viewport = NullFC;
 }
 
+void Soak::dropModel(void)
+{
+    beginEditCP(_root, Node::ChildrenFieldMask);
+    _root->subChild(_model);
+    endEditCP(_root, Node::ChildrenFieldMask);
+    _model = NullFC;
+}
+
 void Soak::addLight(void)
 {
-    LightPtr light;
     const int kind = pick(0, 9);
     const Pnt3f at(value(-5, 5), value(-5, 5), value(0.5f, 4));
+    LightPtr light = kind < 6 ? LightPtr(PointLight::create()) :
+                     kind < 9 ? LightPtr(SpotLight::create()) :
+                                LightPtr(DirectionalLight::create());
+    addRefCP(light);
+    beginEditCP(light);
     if(kind < 6)
     {
-        PointLightPtr point = PointLight::create();
-        beginEditCP(point);
+        PointLightPtr point = PointLightPtr::dcast(light);
         point->setPosition(at);
         point->setAttenuation(1, value(0, 0.5f), value(0.05f, 0.5f));
-        endEditCP(point);
-        light = point;
     }
     else if(kind < 9)
     {
-        SpotLightPtr spot = SpotLight::create();
-        beginEditCP(spot);
+        SpotLightPtr spot = SpotLightPtr::dcast(light);
         spot->setPosition(at);
         spot->setDirection(Vec3f(value(-1, 1), value(-1, 1), -1));
         spot->setSpotCutOff(deg2rad(value(10, 60)));
         spot->setSpotExponent(value(0, 20));
         spot->setAttenuation(1, 0, value(0.02f, 0.2f));
-        endEditCP(spot);
-        light = spot;
     }
     else
-    {
-        DirectionalLightPtr sun = DirectionalLight::create();
-        beginEditCP(sun);
-        sun->setDirection(Vec3f(value(-1, 1), value(-1, 1), 1));
-        endEditCP(sun);
-        light = sun;
-    }
-    addRefCP(light);
+        DirectionalLightPtr::dcast(light)->setDirection(Vec3f(value(-1, 1), value(-1, 1), 1));
     const bool shadows = _shadowed == NullFC && chance(0.1);
-    beginEditCP(light);
     light->setDiffuse(Color4f(value(0, 1), value(0, 1), value(0, 1), 1));
     light->setSpecular(Color4f(1, 1, 1, 1));
     light->setShadowIntensity(shadows ? value(0, 0.8f) : 1.0f);
@@ -361,28 +340,24 @@ void Soak::addLight(void)
     _viewport->addLight(light);
 }
 
-void Soak::removeLight(void)
-{
-    const size_t i = size_t(pick(0, int(_lights.size()) - 1));
-    LightPtr light = _lights[i];
-    _viewport->subLight(light);
-    if(light == _shadowed)
-        _shadowed = NullFC;
-    _lights.erase(_lights.begin() + std::ptrdiff_t(i));
-    subRefCP(light);
-}
-
 void Soak::step(void)
 {
     const int what = pick(0, 99);
     if(what < 8 && int(_lights.size()) < _opt.maxLights)
         addLight();
     else if(what < 12 && !_lights.empty())
-        removeLight();
+    {
+        LightPtr light = anyLight();
+        _viewport->subLight(light);
+        if(light == _shadowed)
+            _shadowed = NullFC;
+        _lights.erase(std::find(_lights.begin(), _lights.end(), light));
+        subRefCP(light);
+    }
     else if(what < 18 && !_lights.empty())
     {
         // Switched on after being added while off: registered only anew.
-        LightPtr light = _lights[size_t(pick(0, int(_lights.size()) - 1))];
+        LightPtr light = anyLight();
         beginEditCP(light, Light::OnFieldMask);
         light->setOn(!light->getOn());
         endEditCP(light, Light::OnFieldMask);
@@ -391,7 +366,7 @@ void Soak::step(void)
     }
     else if(what < 40 && !_lights.empty())
     {
-        LightPtr light = _lights[size_t(pick(0, int(_lights.size()) - 1))];
+        LightPtr light = anyLight();
         beginEditCP(light);
         if(PointLightPtr point = PointLightPtr::dcast(light))
             point->setPosition(point->getPosition() + Vec3f(value(-.5f, .5f), value(-.5f, .5f), 0));
@@ -401,31 +376,21 @@ void Soak::step(void)
     }
     else if(what < 46)
     {
-        void (DRV::*on[])(bool) = {&DRV::setAAPostProcessOn, &DRV::setSSAOPostProcessOn,
-                                   &DRV::setHDRPostProcessOn, &DRV::setDoFPostProcessOn,
-                                   &DRV::setCMBPostProcessOn};
         const int slot = pick(0, DRV::NumPostProcessors);
         if(slot == DRV::NumPostProcessors)
             _viewport->setLightBatching(!_viewport->getLightBatching());
         else
-            (_viewport.getCPtr()->*on[slot])(!_viewport->isPostProcessOn(UInt32(slot)));
+            (_viewport.getCPtr()->*s_effectOn[slot])(!_viewport->isPostProcessOn(UInt32(slot)));
     }
     else if(what < 52)
     {
-        switch(pick(0, 6))
-        {
-            case 0: _viewport->setHDRExposure(value(0.2f, 4));           break;
-            case 1: _viewport->setHDRBrightPassThreshold(value(0.2f, 2)); break;
-            case 2: _viewport->setDoFFocalDepth(value(1, 30));           break;
-            case 3: _viewport->setDoFBlurCutoff(value(0.1f, 1));         break;
-            case 4: _viewport->setCMBBlurScale(value(0, 0.1f));          break;
-            case 5: _viewport->setSSAOScale(value(0.0005f, 0.01f));      break;
-            default: _viewport->setSSAOAttenuation(value(0.001f, 0.01f)); break;
-        }
+        const int which = pick(0, 6);
+        (_viewport.getCPtr()->*s_parameters[which])(value(s_parameterRange[which][0],
+                                                          s_parameterRange[which][1]));
     }
     else if(what < 54 && !_lights.empty())
     {
-        LightPtr light = _lights[size_t(pick(0, int(_lights.size()) - 1))];
+        LightPtr light = anyLight();
         if(_shadowed == NullFC || _shadowed == light)
         {
             const bool cast = light->getShadowIntensity() >= 1.0f;
@@ -449,24 +414,14 @@ void Soak::step(void)
     }
     else if(what < 62)
     {
-        if(_model == NullFC)
+        std::istringstream obj(s_modelObj);
+        if(_model != NullFC)
+            dropModel();
+        else if((_model = SceneFileHandler::the().read(obj, "obj")) != NullFC)
         {
-            std::istringstream obj(s_modelObj);
-            _model = SceneFileHandler::the().read(obj, "obj");
-            if(_model != NullFC)
-            {
-                NodePtr node = placed(_model, Vec3f(value(-4, 4), value(-4, 4), 0));
-                _model = node;
-                addChild(_root, node);
-                ++_models;
-            }
-        }
-        else
-        {
-            beginEditCP(_root, Node::ChildrenFieldMask);
-            _root->subChild(_model);
-            endEditCP(_root, Node::ChildrenFieldMask);
-            _model = NullFC;
+            _model = placed(_model, Vec3f(value(-4, 4), value(-4, 4), 0));
+            demo::addChild(_root, _model);
+            ++_models;
         }
         _viewport->prepareScene(_root);
     }
@@ -491,12 +446,7 @@ void Soak::tearDown(void)
     _lights.clear();
     _shadowed = NullFC;
     if(_model != NullFC)
-    {
-        beginEditCP(_root, Node::ChildrenFieldMask);
-        _root->subChild(_model);
-        endEditCP(_root, Node::ChildrenFieldMask);
-        _model = NullFC;
-    }
+        dropModel();
     // Destroyed objects' GL names go at the end of the window's frame.
     _window->frameInit();
     _window->frameExit();
@@ -527,11 +477,8 @@ int Soak::run(void)
         endEditCP(_lights.back());
         _viewport->addLight(_lights.back());
     }
-    _viewport->setAAPostProcessOn(true);
-    _viewport->setSSAOPostProcessOn(true);
-    _viewport->setHDRPostProcessOn(true);
-    _viewport->setDoFPostProcessOn(true);
-    _viewport->setCMBPostProcessOn(true);
+    for(auto on : s_effectOn)
+        (_viewport.getCPtr()->*on)(true);
     render();
     render();
     _viewport->setLightBatching(true);
@@ -580,13 +527,6 @@ int Soak::run(void)
     rssPeak = std::max(rssPeak, rssRun);
     const std::string changed = testsupport::differences(before, after);
 
-    int total = 0, totalAfter = 0;
-    for(const auto &kind : before.containers) total      += kind.second;
-    for(const auto &kind : after.containers)  totalAfter += kind.second;
-    int gl = 0, glAfter = 0;
-    for(const auto &kind : before.gl) gl      += kind.second;
-    for(const auto &kind : after.gl)  glAfter += kind.second;
-
     std::printf("seed %u: %d frames in %.1f s (%.1f ms a frame); %d viewports, %d resizes, "
                 "%d model loads\n", _opt.seed, frame, seconds, 1000.0 * seconds / frame,
                 _viewports, _resizes, _models);
@@ -594,30 +534,19 @@ int Soak::run(void)
                 "heap in use: %.1f MB at start, %.1f MB at end\n",
                 rssStart, rssPeak, rssEnd, heapStart, heapEnd);
     std::printf("field containers: %d at start, %d at end; GL objects: %d at start, %d at end\n",
-                total, totalAfter, gl, glAfter);
+                sum(before.containers), sum(after.containers), sum(before.gl), sum(after.gl));
 
-    bool ok = true;
+    const bool grew = rssEnd - rssStart > _opt.rssLimitMB;
     if(!changed.empty())
-    {
         std::printf("live objects differ:\n%s", changed.c_str());
-        ok = false;
-    }
     if(_glErrors != 0)
-    {
         std::printf("%d GL errors\n", _glErrors);
-        ok = false;
-    }
     if(!log.text().empty())
-    {
         std::printf("unexpected log output:\n%s\n", log.text().c_str());
-        ok = false;
-    }
-    if(rssEnd - rssStart > _opt.rssLimitMB)
-    {
+    if(grew)
         std::printf("resident memory grew by %.1f MB (limit %.1f MB)\n",
                     rssEnd - rssStart, _opt.rssLimitMB);
-        ok = false;
-    }
+    const bool ok = changed.empty() && _glErrors == 0 && log.text().empty() && !grew;
 
     delete _action;
     subRefCP(_background);

@@ -48,10 +48,7 @@ void setBackgroundColor(SceneSetup &setup, const Color3f &color)
     endEditCP(setup.background, SolidBackground::ColorFieldMask);
 }
 
-std::string tempPath(const std::string &name)
-{
-    return testing::TempDir() + "lumora-test-" + name;
-}
+std::string tempPath(const std::string &name) { return testing::TempDir() + "lumora-test-" + name; }
 
 TempDir::TempDir()
 {

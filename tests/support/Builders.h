@@ -14,6 +14,21 @@ namespace testsupport
 
 class SceneSetup;
 
+// change() between beginEditCP and endEditCP of ptr for mask.
+template <class PtrT, class Change>
+void editCP(PtrT ptr, osg::BitVector mask, Change change)
+{
+    osg::beginEditCP(ptr, mask);
+    change();
+    osg::endEditCP(ptr, mask);
+}
+
+template <class PtrT, class Change>
+void editCP(PtrT ptr, Change change)
+{
+    editCP(ptr, osg::FieldBits::AllFields, change);
+}
+
 // p with one more reference, for tests that release it themselves.
 template <class PtrT>
 PtrT held(PtrT p)

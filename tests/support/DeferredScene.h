@@ -9,6 +9,7 @@
 #include <OpenSG/OSGSimpleMaterial.h>
 #include <OpenSG/OSGSolidBackground.h>
 
+#include "support/Builders.h"
 #include "support/GLTest.h"
 #include "support/PixelProbe.h"
 #include "support/TextureImage.h"
@@ -17,21 +18,6 @@
 
 namespace testsupport
 {
-
-// change() between beginEditCP and endEditCP of ptr for mask.
-template <class PtrT, class Change>
-void editCP(PtrT ptr, osg::BitVector mask, Change change)
-{
-    osg::beginEditCP(ptr, mask);
-    change();
-    osg::endEditCP(ptr, mask);
-}
-
-template <class PtrT, class Change>
-void editCP(PtrT ptr, Change change)
-{
-    editCP(ptr, osg::FieldBits::AllFields, change);
-}
 
 // A PassiveWindow over the current context and a render action for it.
 // Holds the one reference to the window.

@@ -19,10 +19,7 @@ Vec3f unit(Vec3f v)
     return v;
 }
 
-Color4f opaque(const Color3f &c)
-{
-    return Color4f(c[0], c[1], c[2], 1);
-}
+Color4f opaque(const Color3f &c) { return Color4f(c[0], c[1], c[2], 1); }
 
 void setCommon(LightPtr light, const Color3f &diffuse, const Color3f &specular,
                Real32 shadowIntensity)

@@ -62,10 +62,7 @@ struct SurfaceParams
 // Phong equation with OpenGL's attenuation and spot terms. The shininess
 // reaches the light pass as log2(s) / 8 in eight bits, so each channel is
 // the range over shininess half a step either side.
-struct ColourRange
-{
-    osg::Vec3f low, high;
-};
+struct ColourRange { osg::Vec3f low, high; };
 
 ColourRange lightAt(const PointLightParams       &light, const SurfaceParams &surface,
                     const osg::Pnt3f &P, const osg::Vec3f &N, const osg::Pnt3f &E);

@@ -78,10 +78,7 @@ Real32 SceneSetup::worldY(int y) const
     return -1.f + (Real32(y) + 0.5f) * 2.f / Real32(_height);
 }
 
-NodePtr makeGroupNode()
-{
-    return makeNodeFor(Group::create());
-}
+NodePtr makeGroupNode() { return makeNodeFor(Group::create()); }
 
 NodePtr makeTransformNode(const Matrix &matrix)
 {
@@ -113,10 +110,7 @@ NodePtr makeRect(Real32 x0, Real32 y0, Real32 x1, Real32 y1, Real32 z, MaterialP
     return node;
 }
 
-NodePtr makeFullQuad(Real32 z, MaterialPtr mat)
-{
-    return makeRect(-1.f, -1.f, 1.f, 1.f, z, mat);
-}
+NodePtr makeFullQuad(Real32 z, MaterialPtr mat) { return makeRect(-1.f, -1.f, 1.f, 1.f, z, mat); }
 
 MaterialPtr makeUnlitMaterial(const Color3f &color, Real32 transparency)
 {

@@ -8,12 +8,7 @@
 namespace testsupport
 {
 
-struct WeightRounding
-{
-    int  weightBits = 0;
-    bool upX        = false;
-    bool upY        = false;
-};
+struct WeightRounding { int weightBits = 0; bool upX = false; bool upY = false; };
 
 // Level 0 of a 2D texture chunk's GL texture, read at once as RGBA float;
 // rows from the bottom.

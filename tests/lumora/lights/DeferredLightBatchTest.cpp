@@ -135,12 +135,7 @@ class DeferredLightBatchTest : public DeferredSceneTest
 
 // Texels differing by more than a tolerance in any colour channel: how
 // many, the largest difference anywhere and where the first one is.
-struct Differences
-{
-    int         count   = 0;
-    float       largest = 0.0f;
-    std::string first;
-};
+struct Differences { int count = 0; float largest = 0.0f; std::string first; };
 
 Differences compare(const LitImage &a, const LitImage &b, float tolerance)
 {
@@ -193,9 +188,7 @@ const BatchCase s_cases[] =
 };
 
 class DeferredLightBatchCaseTest : public DeferredLightBatchTest,
-                                   public ::testing::WithParamInterface<BatchCase>
-{
-};
+                                   public ::testing::WithParamInterface<BatchCase> {};
 
 TEST_P(DeferredLightBatchCaseTest, MatchesTheVolumePathWithinOneStep)
 {
@@ -233,9 +226,7 @@ struct ShapeCase
 };
 
 class DeferredLightBatchShapeTest : public DeferredLightBatchTest,
-                                    public ::testing::WithParamInterface<ShapeCase>
-{
-};
+                                    public ::testing::WithParamInterface<ShapeCase> {};
 
 // The tiles follow the viewport's own pixels wherever it sits and after
 // every resize.

@@ -44,9 +44,7 @@ struct EquationCase
 };
 
 class PointLightEquationTest : public DeferredPointLightTest,
-                               public testing::WithParamInterface<EquationCase>
-{
-};
+                               public testing::WithParamInterface<EquationCase> {};
 
 } // namespace
 

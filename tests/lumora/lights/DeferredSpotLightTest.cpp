@@ -49,12 +49,7 @@ class DeferredSpotLightTest : public DeferredSceneTest
 
 const Real32 OneDegree = deg2rad(1.0f);
 
-struct ConeCase
-{
-    const char *name;
-    SpotParams  light;
-    Surface     surface;
-};
+struct ConeCase { const char *name; SpotParams light; Surface surface; };
 
 void PrintTo(const ConeCase &test, std::ostream *os)
 {
@@ -62,9 +57,7 @@ void PrintTo(const ConeCase &test, std::ostream *os)
 }
 
 class SpotLightConeTest : public DeferredSpotLightTest,
-                          public testing::WithParamInterface<ConeCase>
-{
-};
+                          public testing::WithParamInterface<ConeCase> {};
 
 } // namespace
 

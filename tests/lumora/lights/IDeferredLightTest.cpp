@@ -22,6 +22,8 @@ using namespace osg;
 namespace
 {
 
+using shadowtest::transformed;
+
 const Real32 Tolerance = 1e-4f;
 
 void expectPoint(const Pnt3f &got, const Pnt3f &expected, Real32 tolerance = Tolerance)
@@ -55,21 +57,11 @@ FrustumVolume cameraFrustum(const Pnt3f &eye, const Pnt3f &target, const Vec3f &
     return frustum;
 }
 
-Pnt3f apply(const Matrix &m, const Pnt3f &p)
-{
-    Pnt3f result;
-    m.multFullMatrixPnt(p, result);
-    return result;
-}
-
 } // namespace
 
 TEST(IDeferredLightHelpers, MaxLightDistanceCountsOnlyTheHighestTerm)
 {
-    struct Case
-    {
-        Real32 linear, quadratic, range;
-    };
+    struct Case { Real32 linear, quadratic, range; };
     const Case cases[] =
     {
         {0.0f,  0.0f,   1000000.0f},
@@ -94,13 +86,7 @@ TEST(IDeferredLightHelpers, IntersectPlanesFindsTheCommonPointOrNone)
     n1.normalize();
     n2.normalize();
     n3.normalize();
-    struct Case
-    {
-        const char *name;
-        Plane       a, b, c;
-        bool        meet;
-        Pnt3f       expected;
-    };
+    struct Case { const char *name; Plane a, b, c; bool meet; Pnt3f expected; };
     const Case cases[] =
     {
         {"axis planes", Plane(Vec3f(1, 0, 0), 1.0f), Plane(Vec3f(0, 1, 0), 2.0f),
@@ -200,11 +186,7 @@ TEST(IDeferredLightHelpers, DegenerateFrustumDropsCornersWithAWarning)
 
 TEST(DeferredSpotLightCone, MapsApexBaseAndRimForEveryDirection)
 {
-    struct Case
-    {
-        const char *name;
-        Vec3f       direction;
-    };
+    struct Case { const char *name; Vec3f direction; };
     const Case cases[] =
     {
         {"down",     Vec3f(0, -1, 0)},
@@ -225,15 +207,15 @@ TEST(DeferredSpotLightCone, MapsApexBaseAndRimForEveryDirection)
         d.normalize();
 
         // Apex at y = +0.5, base centre at y = -0.5 on the unit cone.
-        expectPoint(apply(cone, Pnt3f(0, 0.5f, 0)), Pnt3f(position));
+        expectPoint(transformed(cone, Pnt3f(0, 0.5f, 0)), Pnt3f(position));
         const Pnt3f baseCentre = Pnt3f(position + d * length);
-        expectPoint(apply(cone, Pnt3f(0, -0.5f, 0)), baseCentre);
+        expectPoint(transformed(cone, Pnt3f(0, -0.5f, 0)), baseCentre);
 
         // Rim points stay on a circle of the base radius around the axis.
         for(int k = 0; k < 4; ++k)
         {
             Real32 a   = k * Pi / 2;
-            Vec3f  rim = apply(cone, Pnt3f(std::cos(a), -0.5f, std::sin(a))) - baseCentre;
+            Vec3f  rim = transformed(cone, Pnt3f(std::cos(a), -0.5f, std::sin(a))) - baseCentre;
             EXPECT_NEAR(rim.length(), radius, 1e-3f);
             EXPECT_NEAR(rim.dot(d), 0.0f, 1e-3f);
         }
@@ -339,9 +321,7 @@ const SwitchCase s_switchCases[] =
 };
 
 class DeferredLightSwitchTest : public DeferredSceneTest,
-                                public testing::WithParamInterface<SwitchCase>
-{
-};
+                                public testing::WithParamInterface<SwitchCase> {};
 
 } // namespace
 

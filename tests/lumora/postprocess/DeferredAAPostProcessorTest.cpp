@@ -54,9 +54,7 @@ struct Case
 };
 
 class DeferredAAPostProcessorTest : public testsupport::WindowTest,
-                                    public testing::WithParamInterface<Case>
-{
-};
+                                    public testing::WithParamInterface<Case> {};
 
 TEST_P(DeferredAAPostProcessorTest, BlendsOnlyAcrossCreasesAndSilhouettes)
 {

@@ -23,15 +23,9 @@ const Real32 Far  = 10.0f;
 
 Real32 s_testTime = 0.0f;
 
-Real32 testClock(void)
-{
-    return s_testTime;
-}
+Real32 testClock(void) { return s_testTime; }
 
-double deg(double degrees)
-{
-    return degrees * Pi / 180.0;
-}
+double deg(double degrees) { return degrees * Pi / 180.0; }
 
 // A symmetric perspective projection of 60 degrees vertically, built here
 // from its definition.
@@ -166,14 +160,7 @@ class DeferredCMBPostProcessorTest : public testsupport::WindowTest
 
 TEST_F(DeferredCMBPostProcessorTest, WithoutRotationTheImageIsUnchanged)
 {
-    struct Case
-    {
-        const char *name;
-        Matrix      before;
-        Matrix      now;
-        Real32      dt;
-        Real32      blurScale;
-    };
+    struct Case { const char *name; Matrix before; Matrix now; Real32 dt; Real32 blurScale; };
     const Case cases[] =
     {
         {"still camera", viewing(deg(20), deg(10)), viewing(deg(20), deg(10)), 40, 1.0f},

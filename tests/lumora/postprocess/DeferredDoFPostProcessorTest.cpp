@@ -23,10 +23,7 @@ const double Far     = PostProcessorTest::Far;
 const TextureImage::Edge EdgeTexels  = TextureImage::EdgeTexels;
 const TextureImage::Edge BlackBorder = TextureImage::BlackBorder;
 
-double linearDepth(double z)
-{
-    return Near / (Far - z * (Far - Near)) * Far;
-}
+double linearDepth(double z) { return Near / (Far - z * (Far - Near)) * Far; }
 
 // The blurriness map's value for a linear depth, before 8-bit storage.
 double blurriness(double depth, double focal, double cutoff)
@@ -147,10 +144,7 @@ TEST_F(DeferredDoFPostProcessorTest, BlurrinessFollowsTheDistanceFromTheFocalPla
     const Real32 depths[] = {1.0f, 1.5f, 3.0f, 6.0f, 9.5f, 10.0f, 12.0f, 20.0f, 40.0f, 60.0f,
                              80.0f, 99.0f};
     const int    count    = int(sizeof(depths) / sizeof(depths[0]));
-    struct Case
-    {
-        Real32 focal, cutoff;
-    };
+    struct Case { Real32 focal, cutoff; };
     const Case cases[] = {{10.0f, 0.7f}, {10.0f, 0.3f}, {10.0f, 0.0f}, {25.0f, 1.0f}};
     for(const Case &c : cases)
     {

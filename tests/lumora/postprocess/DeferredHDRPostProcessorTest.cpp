@@ -18,10 +18,7 @@ namespace
 const int Size = 64;
 
 // The exposure curve.
-double toneMapped(double value, double exposure)
-{
-    return 1.0 - std::exp(-exposure * value);
-}
+double toneMapped(double value, double exposure) { return 1.0 - std::exp(-exposure * value); }
 
 // The bloom over a constant image: the bright pass at an adapted luminance
 // of 0.1 (plus 0.0001) and an offset of 100, then two blurs whose two
@@ -72,22 +69,14 @@ class DeferredHDRPostProcessorTest : public testsupport::WindowTest
 // Half-float targets hold about three decimal digits; the bloom's blur
 // reaches the border of a 64-pixel image, where the targets clamp to black,
 // which costs the centre a few percent of its bloom.
-double tolerance(double bloom)
-{
-    return 2e-3 + 0.03 * bloom;
-}
+double tolerance(double bloom) { return 2e-3 + 0.03 * bloom; }
 
 // The exposure curve plus the bloom of what exceeds the threshold: with
 // the defaults a reduced-image value blooms only above 1.0 * 0.1001 / 1.64,
 // about 0.061; with the threshold out of reach the curve stands alone.
 TEST_F(DeferredHDRPostProcessorTest, ExposureCurveAndBloomOfWhatExceedsTheThreshold)
 {
-    struct Case
-    {
-        Real32 value;
-        Real32 exposure;
-        Real32 threshold;
-    };
+    struct Case { Real32 value; Real32 exposure; Real32 threshold; };
     const Real32 noBloom = 1e9f;
     const Case cases[] =
     {

@@ -21,10 +21,7 @@ const int    Size  = PostProcessorTest::Size;
 const double Near  = PostProcessorTest::Near;
 const double Far   = PostProcessorTest::Far;
 
-struct V3
-{
-    double x, y, z;
-};
+struct V3 { double x, y, z; };
 
 V3     operator *(const V3 &a, double s)     { return V3{a.x * s, a.y * s, a.z * s}; }
 V3     operator -(const V3 &a, const V3 &b)  { return V3{a.x - b.x, a.y - b.y, a.z - b.z}; }
@@ -190,10 +187,7 @@ Surface corner(int x, int y, Real32 slope)
     return Surface{true, Vec3f(-1, 0, 0), 10.0f - slope * Real32(x - 31)};
 }
 
-Surface steepCorner(int x, int y)
-{
-    return corner(x, y, 0.2f);
-}
+Surface steepCorner(int x, int y) { return corner(x, y, 0.2f); }
 
 // Values a half float stores exactly, so that untouched pixels compare equal.
 Vec3f checkerColour(int x, int y)
@@ -204,10 +198,7 @@ Vec3f checkerColour(int x, int y)
 class DeferredSSAOPostProcessorTest : public PostProcessorTest
 {
   protected:
-    struct Rectangle
-    {
-        int left, bottom, right, top;
-    };
+    struct Rectangle { int left, bottom, right, top; };
 
     TextureChunkPtr render(DeferredSSAOPostProcessor &ssao, RenderTarget &gbuffer,
                            TextureChunkPtr scene, Rectangle initial, const Rectangle *resized)

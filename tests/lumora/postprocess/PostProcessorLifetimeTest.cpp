@@ -21,11 +21,7 @@ using posttest::Surface;
 namespace
 {
 
-struct Effect
-{
-    const char                                      *name;
-    std::function<IDeferredPostProcessor *(void)>    make;
-};
+struct Effect { const char *name; std::function<IDeferredPostProcessor *(void)> make; };
 
 const Effect s_effects[] =
 {
@@ -37,9 +33,7 @@ const Effect s_effects[] =
 };
 
 class PostProcessorLifetimeTest : public PostProcessorTest,
-                                  public testing::WithParamInterface<Effect>
-{
-};
+                                  public testing::WithParamInterface<Effect> {};
 
 } // namespace
 

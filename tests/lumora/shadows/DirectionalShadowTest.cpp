@@ -18,9 +18,7 @@ namespace
 
 const Color3f Floor(0.8f, 0.8f, 0.8f);
 
-class DirectionalShadowTest : public DeferredSceneTest
-{
-};
+class DirectionalShadowTest : public DeferredSceneTest {};
 
 // A long floor seen at a low angle, with an occluder in each third of the
 // depth the viewer sees, under a sun from behind the viewer.

@@ -105,9 +105,7 @@ struct SpotCase
     bool        alternativeUp;  // near +-(1, 1, 1) / sqrt(3)
 };
 
-class SpotLightCameraTest : public LightCameraTest, public testing::WithParamInterface<SpotCase>
-{
-};
+class SpotLightCameraTest : public LightCameraTest, public testing::WithParamInterface<SpotCase> {};
 
 TEST_P(SpotLightCameraTest, ViewLooksAlongTheSpotAndProjectionOpensToTheCutOff)
 {
@@ -165,9 +163,7 @@ struct SunCase
 };
 
 class DirectionalLightCameraTest : public LightCameraTest,
-                                   public testing::WithParamInterface<SunCase>
-{
-};
+                                   public testing::WithParamInterface<SunCase> {};
 
 // Splits, their frusta, the light view around the scene, each split's
 // box, and the snapping of the world origin to a texel corner, all rebuilt

@@ -25,9 +25,7 @@ struct Turn
     Real32      angle;
 };
 
-class PointShadowTest : public DeferredSceneTest, public testing::WithParamInterface<Turn>
-{
-};
+class PointShadowTest : public DeferredSceneTest, public testing::WithParamInterface<Turn> {};
 
 // The same floor, occluder, lamp and camera, turned as one so that the lamp
 // sees the occluder's shadow through each face of its cube in turn; the

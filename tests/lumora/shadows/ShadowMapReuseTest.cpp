@@ -67,10 +67,7 @@ class ShadowMapReuseTest : public DeferredSceneTest
         return texels;
     }
 
-    UInt32 drawnMaps() const
-    {
-        return viewport->getShadowMapper().getRenderCount();
-    }
+    UInt32 drawnMaps() const { return viewport->getShadowMapper().getRenderCount(); }
 
     void moveTransform(NodePtr node, const Vec3f &by)
     {
@@ -96,12 +93,7 @@ float largestDifference(const std::vector<float> &a, const std::vector<float> &b
     return a.size() == b.size() ? largest : 1e30f;
 }
 
-struct Change
-{
-    const char *name;
-    Kind        kind;
-    std::function<void()> apply;
-};
+struct Change { const char *name; Kind kind; std::function<void()> apply; };
 
 } // namespace
 

@@ -14,10 +14,7 @@ namespace shadowtest
 {
 
 // An axis-aligned rectangle in a plane of constant z, facing +Z.
-struct Rect
-{
-    osg::Real32 x0, y0, x1, y1, z;
-};
+struct Rect { osg::Real32 x0, y0, x1, y1, z; };
 
 enum class Cover { Inside, Outside, Edge };
 

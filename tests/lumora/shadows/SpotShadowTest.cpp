@@ -102,10 +102,7 @@ TEST_F(SpotShadowTest, GlobalIntensityBelowOneOverridesTheLightsOwn)
     addPlane(8.0f, 0.0f, material(Floor));
     addOccluder({-0.6f, -0.5f, 0.2f, 0.5f, 2.0f});
     SpotLightPtr light = addSpot(1.0f);
-    struct Case
-    {
-        Real32 own, global, shown;
-    };
+    struct Case { Real32 own, global, shown; };
     const Case cases[] = {{1.0f, 0.4f, 0.4f}, {1.0f, 2.0f, 1.0f}, {0.3f, 0.1f, 0.1f},
                           {0.3f, 1.0f, 0.3f}};
     for(const Case &c : cases)

@@ -35,12 +35,7 @@ std::vector<double> gaussianWeights(int taps, double mean, double sigma)
 
 TEST(PostProcessingToolsKernel, TapsSitAroundTheCentreWithNormalisedGaussianWeights)
 {
-    struct Case
-    {
-        int    taps;
-        Real32 mean;
-        Real32 sigma;
-    };
+    struct Case { int taps; Real32 mean; Real32 sigma; };
     const Case cases[] =
     {
         {1, 0.0f, 2.0f}, {1, 0.0f, 0.5f}, {3, 0.0f, 2.0f}, {4, 0.0f, 2.0f},
@@ -174,11 +169,7 @@ TEST_F(PostProcessingToolsTest, BlurSpreadsAColumnIntoTheKernelHorizontallyOnly)
         return x == column ? Vec4f(1, 1, 1, 1) : Vec4f(0, 0, 0, 0);
     });
 
-    struct Case
-    {
-        PostProcessingTools::BlurType type;
-        int                           taps;
-    };
+    struct Case { PostProcessingTools::BlurType type; int taps; };
     for(Case c : {Case{PostProcessingTools::GAUSSIAN_3, 3}, Case{PostProcessingTools::GAUSSIAN_5, 5},
                   Case{PostProcessingTools::GAUSSIAN_7, 7}, Case{PostProcessingTools::GAUSSIAN_13, 13}})
     {

@@ -46,11 +46,7 @@ class RenderTargetTest : public testsupport::WindowTest
     ChunkMaterialPtr     material;
 };
 
-struct MisuseCase
-{
-    const char                          *operation;
-    std::function<void(RenderTarget &)>  call;
-};
+struct MisuseCase { const char *operation; std::function<void(RenderTarget &)> call; };
 
 TEST_F(RenderTargetTest, CallsBeforeInitializeWarnAndChangeNothing)
 {

@@ -156,11 +156,7 @@ TEST_F(DeferredViewportTest, GBufferHoldsEncodedSurfaceAndBackground)
     // 8-bit channels: a step of 1/255; normals 10 bits. The shininess 16 is
     // stored as log2(s) / 8, within 16 * 8 ln 2 / 255 of 16 once decoded.
     const float tol = 1.0f / 255.0f, normalTol = 1.0f / 1023.0f, shininessTol = 0.0038f;
-    struct Channel
-    {
-        int   texture, channel;
-        float expected, tolerance;
-    };
+    struct Channel { int texture, channel; float expected, tolerance; };
     const Channel centre[] =
     {
         {0, 0, 0.5f, normalTol}, {0, 1, 0.5f, normalTol}, {0, 2, 1.0f, normalTol}, {0, 3, 1.0f, tol},

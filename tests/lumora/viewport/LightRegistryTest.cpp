@@ -93,15 +93,9 @@ class DeferredLightRegistryTest : public DeferredSceneTest
     }
 
     // A white plane that any of the lights above lights at the centre.
-    void addLitPlane()
-    {
-        addPlane(8.0f, 0.0f, material(Color3f(1, 1, 1)));
-    }
+    void addLitPlane() { addPlane(8.0f, 0.0f, material(Color3f(1, 1, 1))); }
 
-    float centre()
-    {
-        return LitImage(viewport).at(32, 32, 0);
-    }
+    float centre() { return LitImage(viewport).at(32, 32, 0); }
 };
 
 } // namespace

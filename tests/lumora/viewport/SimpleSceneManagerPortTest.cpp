@@ -14,17 +14,11 @@ using testsupport::editCP;
 namespace
 {
 
-class SimpleSceneManagerPortTest : public testsupport::GLTest
-{
-};
+class SimpleSceneManagerPortTest : public testsupport::GLTest {};
 
 enum PortKind { NoPort, PlainPort, DeferredPort };
 
-struct PortCase
-{
-    const char *name;
-    PortKind    kind;
-};
+struct PortCase { const char *name; PortKind kind; };
 
 const PortCase s_portCases[] = {
     {"no port",       NoPort},
@@ -44,8 +38,7 @@ TEST_F(SimpleSceneManagerPortTest, KeepsTheApplicationsPortAndDrivesIt)
         PassiveWindowPtr             window = windowAndAction.window;
 
         ViewportPtr        added = NullFC;
-        SolidBackgroundPtr grey  = SolidBackground::create();
-        addRefCP(grey);
+        SolidBackgroundPtr grey  = testsupport::held(SolidBackground::create());
         editCP(grey, [&] { grey->setColor(Color3f(0.5f, 0.5f, 0.5f)); });
         if(c.kind != NoPort)
         {

@@ -19,9 +19,7 @@ struct Placement
 };
 
 class ViewportRectangleTest : public DeferredSceneTest,
-                              public testing::WithParamInterface<Placement>
-{
-};
+                              public testing::WithParamInterface<Placement> {};
 
 // A 64 x 64 viewport somewhere in a larger window lights its scene as a
 // viewport filling a 64 x 64 window would, whatever the window's shape,

@@ -250,11 +250,7 @@ TEST(ChangeList, KeepsEveryEntryUntilCleared)
     EXPECT_EQ(list->sizeChanged(), 0u);
 }
 
-struct DescribedType
-{
-    const FieldContainerType &type;
-    UInt32                    nextFieldId;
-};
+struct DescribedType { const FieldContainerType &type; UInt32 nextFieldId; };
 
 // Every field a class declares, its parents' included, has a description,
 // numbered and masked by its id.

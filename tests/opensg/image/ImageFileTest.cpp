@@ -112,11 +112,7 @@ TEST(ImageFile, ReadersKeepPixelsBottomRowFirstInRGBOrder)
         return [write](const std::string &file)
         { ASSERT_NE(write(file.c_str(), 3, 2, 3, TopFirst), 0); };
     };
-    struct Case
-    {
-        const char *name;
-        std::function<void(const std::string &)> write;
-    };
+    struct Case { const char *name; std::function<void(const std::string &)> write; };
     const Case cases[] =
     {
         { "rle.tga", stbWrite(stbi_write_tga) },
@@ -144,9 +140,7 @@ TEST(ImageFile, GifTransparentIndexBecomesAlpha)
     // 1x1, palette white and black, index 0 drawn and marked transparent.
     const std::string gif("GIF89a\1\0\1\0\x80\0\0\xff\xff\xff\0\0\0!\xf9\4\1\0\0\0\0"
                           ",\0\0\0\0\1\0\1\0\0\2\2D\1\0;", 43);
-    const std::string file = tempFile("a.gif");
-    writeBytes(file, gif);
-    ImagePtr image = readImage(file);
+    ImagePtr image = testsupport::readImageBytes("a.gif", gif);
     ASSERT_NE(image, NullFC);
     EXPECT_EQ(image->getPixelFormat(), UInt32(Image::OSG_RGBA_PF));
     ASSERT_EQ(image->getSize(), 4ul);
@@ -161,10 +155,7 @@ TEST(ImageFile, RadianceIsReadAsFloatRGB)
     const UInt8 rgbe[2][4] = { { 128, 64, 32, 129 }, { 200, 100, 1, 131 } };
     std::string hdr = "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 2 +X 1\n";
     hdr.append(reinterpret_cast<const char *>(rgbe), sizeof(rgbe));
-    const std::string file = tempFile("a.hdr");
-    writeBytes(file, hdr);
-
-    ImagePtr image = readImage(file);
+    ImagePtr image = testsupport::readImageBytes("a.hdr", hdr);
     ASSERT_NE(image, NullFC);
     EXPECT_EQ(image->getPixelFormat(), UInt32(Image::OSG_RGB_PF));
     EXPECT_EQ(image->getDataType(), Image::OSG_FLOAT32_IMAGEDATA);
@@ -246,8 +237,7 @@ TEST(ImageFile, WritersProduceFilesAnotherDecoderReads)
     struct Case { const char *suffix; int tolerance; };
     const Case cases[] = { { "png", 0 }, { "tga", 0 }, { "bmp", 0 }, { "jpg", 60 } };
 
-    ImagePtr image = Image::create();
-    addRefCP(image);
+    ImagePtr image = testsupport::held(Image::create());
     std::vector<UInt8> bottomFirst;
     for(int y = 1; y >= 0; --y)
         bottomFirst.insert(bottomFirst.end(), &TopFirst[y][0][0], &TopFirst[y][0][0] + 9);
@@ -323,8 +313,7 @@ TEST(ImageFile, PngKeepsEveryChannelCountBothWays)
         std::vector<UInt8> pixels(std::size_t(rowBytes * h));
         for(UInt8 &p : pixels)
             p = UInt8(rng());
-        ImagePtr image = Image::create();
-        addRefCP(image);
+        ImagePtr image = testsupport::held(Image::create());
         image->set(formats[components - 1], w, h, 1, 1, 1, 0.0, pixels.data());
         const std::string file = tempFile("round.png");
         ASSERT_TRUE(image->write(file.c_str()));
@@ -370,8 +359,7 @@ TEST(ImageFile, BadFilesAreRefusedWithAWarningNamingFileAndReason)
         if(tc.bytes != NULL)
             writeBytes(file, std::string(tc.bytes, tc.size));
         testsupport::LogCapture log;
-        ImagePtr image = Image::create();
-        addRefCP(image);
+        ImagePtr image = testsupport::held(Image::create());
         EXPECT_FALSE(image->read(file.c_str()));
         EXPECT_TRUE(log.contains(file)) << log.text();
         EXPECT_TRUE(tc.reason == NULL || log.contains(tc.reason)) << log.text();

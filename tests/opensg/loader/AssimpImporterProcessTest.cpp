@@ -133,9 +133,7 @@ struct Outcome
 };
 
 class ImporterOutcome : public AssimpImporter,
-                        public ::testing::WithParamInterface<Outcome>
-{
-};
+                        public ::testing::WithParamInterface<Outcome> {};
 
 // How the program ended becomes the warning for the model; an importer
 // that cannot write the scene has it read here.

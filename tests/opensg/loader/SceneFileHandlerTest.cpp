@@ -34,8 +34,7 @@ class SceneFileTest : public ::testing::Test
     // A 3x2 RGB image whose pixels all differ, bottom row first.
     std::string writeTexture(const std::string &name)
     {
-        ImagePtr image = Image::create();
-        addRefCP(image);
+        ImagePtr image = testsupport::held(Image::create());
         const UInt8 pixels[] = { 255, 0, 0,   0, 255, 0,   0, 0, 255,
                                  255, 255, 0, 0, 255, 255, 255, 0, 255 };
         image->set(Image::OSG_RGB_PF, 3, 2, 1, 1, 1, 0.0, pixels);
@@ -47,8 +46,20 @@ class SceneFileTest : public ::testing::Test
     testsupport::TempDir dir;
 };
 
-void collect(NodePtr node, const std::function<bool(NodePtr)> &match, std::vector<NodePtr> &out);
-std::vector<NodePtr> geometryNodes(NodePtr root);
+void collect(NodePtr node, const std::function<bool(NodePtr)> &match, std::vector<NodePtr> &out)
+{
+    if(match(node))
+        out.push_back(node);
+    for(UInt32 i = 0; i < node->getNChildren(); ++i)
+        collect(node->getChild(i), match, out);
+}
+
+std::vector<NodePtr> geometryNodes(NodePtr root)
+{
+    std::vector<NodePtr> nodes;
+    collect(root, [](NodePtr n) { return GeometryPtr::dcast(n->getCore()) != NullFC; }, nodes);
+    return nodes;
+}
 
 // Holds a read scene for the test's duration.
 struct Scene
@@ -68,21 +79,6 @@ struct Scene
 
     NodePtr root;
 };
-
-void collect(NodePtr node, const std::function<bool(NodePtr)> &match, std::vector<NodePtr> &out)
-{
-    if(match(node))
-        out.push_back(node);
-    for(UInt32 i = 0; i < node->getNChildren(); ++i)
-        collect(node->getChild(i), match, out);
-}
-
-std::vector<NodePtr> geometryNodes(NodePtr root)
-{
-    std::vector<NodePtr> nodes;
-    collect(root, [](NodePtr n) { return GeometryPtr::dcast(n->getCore()) != NullFC; }, nodes);
-    return nodes;
-}
 
 NodePtr namedNode(NodePtr root, const std::string &name)
 {

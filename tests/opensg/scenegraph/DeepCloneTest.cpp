@@ -5,6 +5,7 @@
 #include <OpenSG/OSGSimpleMaterial.h>
 #include <OpenSG/OSGTransform.h>
 
+#include "support/Builders.h"
 #include "support/LiveObjects.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +13,7 @@
 #include <algorithm>
 
 using namespace osg;
+using testsupport::editCP;
 
 namespace
 {
@@ -33,16 +35,12 @@ struct Tree
         endEditCP(material, SimpleMaterial::DiffuseFieldMask);
 
         geometry = makeBoxGeo(1, 1, 1, 1, 1, 1);
-        beginEditCP(geometry, Geometry::MaterialFieldMask);
-        geometry->setMaterial(material);
-        endEditCP(geometry, Geometry::MaterialFieldMask);
+        editCP(geometry, Geometry::MaterialFieldMask, [&] { geometry->setMaterial(material); });
 
         transform = Transform::create();
         Matrix m;
         m.setTranslate(1, 2, 3);
-        beginEditCP(transform, Transform::MatrixFieldMask);
-        transform->setMatrix(m);
-        endEditCP(transform, Transform::MatrixFieldMask);
+        editCP(transform, Transform::MatrixFieldMask, [&] { transform->setMatrix(m); });
 
         NodePtr transformNode = makeNodeFor(transform);
         beginEditCP(transformNode, Node::ChildrenFieldMask);
@@ -52,18 +50,13 @@ struct Tree
 
         root = makeNodeFor(Group::create());
         addRefCP(root);
-        beginEditCP(root, Node::ChildrenFieldMask);
-        root->addChild(transformNode);
-        endEditCP(root, Node::ChildrenFieldMask);
+        editCP(root, Node::ChildrenFieldMask, [&] { root->addChild(transformNode); });
     }
 
     ~Tree() { subRefCP(root); }
 };
 
-TransformPtr transformOf(NodePtr root)
-{
-    return TransformPtr::dcast(root->getChild(0)->getCore());
-}
+TransformPtr transformOf(NodePtr root) { return TransformPtr::dcast(root->getChild(0)->getCore()); }
 
 GeometryPtr geometryOf(NodePtr root, UInt32 index)
 {

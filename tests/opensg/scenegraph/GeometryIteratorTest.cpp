@@ -13,11 +13,7 @@ using namespace osg;
 namespace
 {
 
-struct Primitive
-{
-    GLenum type;
-    UInt32 length;
-};
+struct Primitive { GLenum type; UInt32 length; };
 
 // Every kind of primitive in one geometry; position i is (i, 0, 0), so a
 // position's x tells which vertex it is.
@@ -88,9 +84,7 @@ GeometryPtr makeAllPrimitives(bool indexed)
     return geo;
 }
 
-class GeometryIterators : public ::testing::TestWithParam<bool>
-{
-};
+class GeometryIterators : public ::testing::TestWithParam<bool> {};
 
 TEST_P(GeometryIterators, TrianglesFollowGLsDecompositionOfEveryPrimitive)
 {

@@ -5,6 +5,7 @@
 #include <OpenSG/OSGSwitch.h>
 #include <OpenSG/OSGTransform.h>
 
+#include "support/Builders.h"
 #include "support/SceneSetup.h"
 
 #include <gtest/gtest.h>
@@ -17,10 +18,7 @@ using testsupport::makeTransformNode;
 namespace
 {
 
-bool alive(UInt32 id)
-{
-    return FieldContainerFactory::the()->getContainer(id) != NullFC;
-}
+bool alive(UInt32 id) { return FieldContainerFactory::the()->getContainer(id) != NullFC; }
 
 Matrix translation(Real32 x, Real32 y, Real32 z)
 {
@@ -39,9 +37,7 @@ NodePtr boxGeometryNode(const Pnt3f &lo, const Pnt3f &hi, GeoPositions3fPtr *pos
     endEditCP(pos, GeoPositions3f::GeoPropDataFieldMask);
 
     GeometryPtr geo = Geometry::create();
-    beginEditCP(geo);
-    geo->setPositions(pos);
-    endEditCP(geo);
+    testsupport::editCP(geo, [&] { geo->setPositions(pos); });
     if(positions != NULL)
         *positions = pos;
     return makeNodeFor(geo);
@@ -122,9 +118,7 @@ TEST(Node, SetCoreMovesTheNodeBetweenTheCoresParents)
     ASSERT_EQ(first->getParents().size(), 1u);
     EXPECT_EQ(first->getParents()[0], node);
 
-    beginEditCP(node, Node::CoreFieldMask);
-    node->setCore(second);
-    endEditCP(node, Node::CoreFieldMask);
+    testsupport::editCP(node, Node::CoreFieldMask, [&] { node->setCore(second); });
 
     EXPECT_FALSE(alive(firstId));
     ASSERT_EQ(second->getParents().size(), 1u);
@@ -232,9 +226,7 @@ TEST(Switch, VolumeAndChoiceFollowTheSelectedChild)
     for(const Case &c : cases)
     {
         SCOPED_TRACE(c.choice);
-        beginEditCP(sw, Switch::ChoiceFieldMask);
-        sw->setChoice(c.choice);
-        endEditCP(sw, Switch::ChoiceFieldMask);
+        testsupport::editCP(sw, Switch::ChoiceFieldMask, [&] { sw->setChoice(c.choice); });
 
         const DynamicVolume &vol = node->getVolume(true);
         EXPECT_EQ(vol.isEmpty(), c.empty);

@@ -21,10 +21,7 @@ namespace
 
 // One corner of a face: its position (and normal) index and its texcoord
 // index, which differ only on the icosphere.
-struct Corner
-{
-    UInt32 pos, tex;
-};
+struct Corner { UInt32 pos, tex; };
 typedef std::array<Corner, 3> Triangle;
 
 // Decodes the primitives the way GL assembles them.

@@ -12,10 +12,7 @@ using namespace osg;
 namespace
 {
 
-ImagePtr newImage(void)
-{
-    return testsupport::held(Image::create());
-}
+ImagePtr newImage(void) { return testsupport::held(Image::create()); }
 
 TEST(Image, BytesPerPixelFollowFormatAndType)
 {

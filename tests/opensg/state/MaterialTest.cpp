@@ -85,9 +85,7 @@ TEST(ChunkMaterial, EndEditRebuildsTheStateWithTheRecordedSlots)
     EXPECT_EQ(state->getChunk(tex + 1), t2);
     EXPECT_EQ(state->getChunk(tex + 5), t1);
 
-    beginEditCP(mat, ChunkMaterial::ChunksFieldMask);
-    mat->subChunk(t0);
-    endEditCP(mat, ChunkMaterial::ChunksFieldMask);
+    testsupport::editCP(mat, ChunkMaterial::ChunksFieldMask, [&] { mat->subChunk(t0); });
     EXPECT_EQ(mat->getState(), state);
     EXPECT_EQ(state->getChunk(tex + 0), t2);
     EXPECT_FALSE(state->chunkPresent(tex + 1));

@@ -80,10 +80,7 @@ class SHLChunkGL : public testsupport::GLTest
         return state;
     }
 
-    GLint location(const char *name)
-    {
-        return glGetUniformLocation(shl->getProgram(), name);
-    }
+    GLint location(const char *name) { return glGetUniformLocation(shl->getProgram(), name); }
 
     SHLChunkPtr shl;
 };
@@ -211,11 +208,7 @@ TEST_F(SHLChunkGL, MaterialsSharingAProgramEachGetTheirOwnValues)
         bool   rebuild;    // the program text is edited first
         Real32 expected;
     };
-    struct Case
-    {
-        const char       *name;
-        std::vector<Step> steps;
-    };
+    struct Case { const char *name; std::vector<Step> steps; };
     const Case cases[] =
     {
         { "alternating materials",
@@ -357,9 +350,7 @@ TEST_F(SHLChunkGL, DeclaredOSGUniformsAndCallbacksAreSuppliedPerObject)
 
     // One light over two squares that share the material.
     PointLightPtr light = PointLight::create();
-    beginEditCP(light);
-    light->setBeacon(setup.cameraBeacon);
-    endEditCP(light);
+    testsupport::editCP(light, [&] { light->setBeacon(setup.cameraBeacon); });
     NodePtr lightNode = makeNodeFor(light);
     testsupport::addChild(lightNode, translated(testsupport::makeRect(-0.1f, -0.1f, 0.1f, 0.1f, 0.f, material), 0.25f, 0.5f));
     testsupport::addChild(lightNode, translated(testsupport::makeRect(-0.1f, -0.1f, 0.1f, 0.1f, 0.f, material), 0.75f, 0.25f));

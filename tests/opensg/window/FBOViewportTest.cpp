@@ -68,8 +68,7 @@ float depthAt(TextureChunkPtr tex, int x, int y)
 // the setup's camera and background.
 FBOViewportPtr makeFBOViewport(SceneSetup &setup, int width, int height, NodePtr root)
 {
-    FBOViewportPtr fbo = FBOViewport::create();
-    addRefCP(fbo);
+    FBOViewportPtr fbo = testsupport::held(FBOViewport::create());
     beginEditCP(fbo);
     fbo->setParent(setup.window);
     fbo->setCamera(setup.camera);
@@ -191,9 +190,7 @@ TEST_F(FBOViewportTest, WithoutFramebufferObjectsTheImageIsCopiedIntoTheTexture)
 
     const int size = 16;
     FBOViewportPtr fbo = makeFBOViewport(setup, size, size, scene);
-    beginEditCP(fbo, FBOViewport::FboOnFieldMask);
-    fbo->setFboOn(false);
-    endEditCP(fbo, FBOViewport::FboOnFieldMask);
+    testsupport::editCP(fbo, FBOViewport::FboOnFieldMask, [&] { fbo->setFboOn(false); });
     TextureChunkPtr color = makeColorTarget(size);
     addTexture(fbo, color);
 

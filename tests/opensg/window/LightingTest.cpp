@@ -1,3 +1,4 @@
+#include "support/Builders.h"
 #include "support/GLTest.h"
 #include "support/PixelProbe.h"
 #include "support/SceneSetup.h"
@@ -111,9 +112,7 @@ LightPtr makeLight(const LightCase &c, NodePtr beacon)
     if(c.kind == Directional)
     {
         DirectionalLightPtr l = DirectionalLight::create();
-        beginEditCP(l);
-        l->setDirection(c.vector);
-        endEditCP(l);
+        testsupport::editCP(l, [&] { l->setDirection(c.vector); });
         light = l;
     }
     else if(c.kind == Point)
@@ -171,9 +170,7 @@ TEST_F(LightingTest, LitPlaneMatchesTheFixedFunctionFormula)
         endEditCP(mat);
 
         GeometryPtr plane = makePlaneGeo(2.f, 2.f, 32, 32);
-        beginEditCP(plane, Geometry::MaterialFieldMask);
-        plane->setMaterial(mat);
-        endEditCP(plane, Geometry::MaterialFieldMask);
+        testsupport::editCP(plane, Geometry::MaterialFieldMask, [&] { plane->setMaterial(mat); });
 
         NodePtr lightNode = makeNodeFor(makeLight(c, beacon));
         testsupport::addChild(lightNode, makeNodeFor(plane));
@@ -224,9 +221,7 @@ TEST_F(LightingTest, LocalLightsLightOnlyTheSubtreeBelowThem)
         endEditCP(mat);
 
         LightPtr light = makeLight(s_cases[0], setup.root);
-        beginEditCP(light);
-        light->setOn(c.on);
-        endEditCP(light);
+        testsupport::editCP(light, [&] { light->setOn(c.on); });
         NodePtr lightNode = makeNodeFor(light);
         testsupport::addChild(lightNode, testsupport::makeRect(-1.f, -1.f, 0.f, 1.f, 0.f, mat));
         testsupport::addChild(setup.root, lightNode);

@@ -1,3 +1,4 @@
+#include "support/Builders.h"
 #include "support/SceneSetup.h"
 
 #include <OpenSG/OSGIntersectAction.h>
@@ -88,11 +89,8 @@ TEST(NavigatorWalk, EyeStaysTheSetHeightAboveTheFloorAndTheStep)
 {
     NodePtr root = makeFloorWithStep();
     addRefCP(root);
-    ViewportPtr port = Viewport::create();
-    addRefCP(port);
-    beginEditCP(port);
-    port->setRoot(root);
-    endEditCP(port);
+    ViewportPtr port = testsupport::held(Viewport::create());
+    testsupport::editCP(port, [&] { port->setRoot(root); });
 
     const Real32 groundDistance = 1.f, height = 0.4f;
     Navigator nav;
@@ -126,14 +124,7 @@ TEST(NavigatorWalk, EyeStaysTheSetHeightAboveTheFloorAndTheStep)
     subRefCP(root);
 }
 
-struct HitCase
-{
-    const char *name;
-    Matrix      place;
-    Int32       choice;
-    bool        hit;
-    Real32      t;
-};
+struct HitCase { const char *name; Matrix place; Int32 choice; bool hit; Real32 t; };
 
 // A unit box under a Transform under a Switch; the ray comes down from
 // y = 5 at x = 0.2.
@@ -152,14 +143,9 @@ TEST(IntersectAction, HitsTheNearestTriangleInWorldUnits)
     {
         SCOPED_TRACE(c.name);
         SwitchPtr sw = Switch::create();
-        beginEditCP(sw);
-        sw->setChoice(c.choice);
-        endEditCP(sw);
-        NodePtr root = Node::create();
-        addRefCP(root);
-        beginEditCP(root);
-        root->setCore(sw);
-        endEditCP(root);
+        testsupport::editCP(sw, [&] { sw->setChoice(c.choice); });
+        NodePtr root = testsupport::held(Node::create());
+        testsupport::editCP(root, [&] { root->setCore(sw); });
         NodePtr placed = testsupport::makeTransformNode(c.place);
         testsupport::addChild(placed, makeBox(1.f, 1.f, 1.f, 1, 1, 1));
         testsupport::addChild(root, placed);

@@ -11,6 +11,7 @@
 
 
 using namespace osg;
+using testsupport::editCP;
 using testsupport::addChild;
 using testsupport::makeFullQuad;
 using testsupport::makeUnlitMaterial;
@@ -126,9 +127,7 @@ TEST_F(RenderActionTest, PolygonChunkCullsTheSelectedFaces)
         SceneSetup setup(32, 32);
 
         PolygonChunkPtr poly = PolygonChunk::create();
-        beginEditCP(poly);
-        poly->setCullFace(c.cullFace);
-        endEditCP(poly);
+        editCP(poly, [&] { poly->setCullFace(c.cullFace); });
 
         Matrix m;
         if(c.turned)
@@ -143,12 +142,7 @@ TEST_F(RenderActionTest, PolygonChunkCullsTheSelectedFaces)
     }
 }
 
-struct MaskCase
-{
-    UInt32 nodeMask;
-    UInt32 viewportMask;
-    bool   visible;
-};
+struct MaskCase { UInt32 nodeMask; UInt32 viewportMask; bool visible; };
 
 const MaskCase s_maskCases[] = {
     { 0xffffffff, 0xffffffff, true  },
@@ -167,9 +161,7 @@ TEST_F(RenderActionTest, TraversalMaskHidesASubtree)
 
         NodePtr subtree = testsupport::makeGroupNode();
         addChild(subtree, makeFullQuad(0.f, makeUnlitMaterial(color)));
-        beginEditCP(subtree, Node::TravMaskFieldMask);
-        subtree->setTravMask(c.nodeMask);
-        endEditCP(subtree, Node::TravMaskFieldMask);
+        editCP(subtree, Node::TravMaskFieldMask, [&] { subtree->setTravMask(c.nodeMask); });
         addChild(setup.root, subtree);
         beginEditCP(setup.viewport, Viewport::TravMaskFieldMask);
         setup.viewport->setTravMask(c.viewportMask);
@@ -254,9 +246,7 @@ TEST_F(RenderActionTest, CountersReportDrawsTrianglesAndStateChanges)
         for(int i = 0; i < 7; ++i)
         {
             GeometryPtr sphere = makeSphereGeo(depth, 0.1f);
-            beginEditCP(sphere, Geometry::MaterialFieldMask);
-            sphere->setMaterial(mats[i % 2]);
-            endEditCP(sphere, Geometry::MaterialFieldMask);
+            editCP(sphere, Geometry::MaterialFieldMask, [&] { sphere->setMaterial(mats[i % 2]); });
 
             Matrix m;
             // The last one sits far to the right of the view.

@@ -129,10 +129,7 @@ TEST(SimpleSceneManagerNavigation, LeftDragTurnsTheCameraAboutTheSceneCentreLike
     }
 }
 
-struct DragCase
-{
-    Int16 dx, dy;
-};
+struct DragCase { Int16 dx, dy; };
 
 const DragCase s_panCases[] = {{30, 0}, {0, -40}, {-25, 17}};
 
@@ -225,12 +222,7 @@ TEST(SimpleSceneManagerNavigation, TrackballKeysAreOpenSG18s)
     }
 }
 
-struct FrameCase
-{
-    int   width, height;
-    Pnt3f center;
-    Vec3f size;
-};
+struct FrameCase { int width, height; Pnt3f center; Vec3f size; };
 
 const FrameCase s_frameCases[] = {
     {250, 250, Pnt3f(0.f, 0.f, 0.f),   Vec3f(2.f, 2.f, 2.f)},

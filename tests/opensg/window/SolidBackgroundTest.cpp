@@ -14,13 +14,7 @@ using testsupport::SceneSetup;
 namespace
 {
 
-struct ClearCase
-{
-    const char *name;
-    bool        clearColor;
-    bool        clearDepth;
-    Int32       stencilBit;
-};
+struct ClearCase { const char *name; bool clearColor; bool clearDepth; Int32 stencilBit; };
 
 const ClearCase s_clearCases[] = {
     { "everything",        true,  true,  5  },
@@ -31,10 +25,7 @@ const ClearCase s_clearCases[] = {
     { "nothing",           false, false, -1 },
 };
 
-int toByte(float v)
-{
-    return int(std::lround(v * 255.f));
-}
+int toByte(float v) { return int(std::lround(v * 255.f)); }
 
 int readStencil(int x, int y)
 {

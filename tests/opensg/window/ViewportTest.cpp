@@ -57,11 +57,8 @@ TEST_F(ViewportTest, PixelRectangleFollowsTheFractionOrPixelRule)
 
 TEST_F(ViewportTest, FractionWithoutParentWarnsAndGivesZero)
 {
-    ViewportPtr port = Viewport::create();
-    addRefCP(port);
-    beginEditCP(port);
-    port->setSize(0.5f, 0.5f, 1.f, 1.f);
-    endEditCP(port);
+    ViewportPtr port = testsupport::held(Viewport::create());
+    testsupport::editCP(port, [&] { port->setSize(0.5f, 0.5f, 1.f, 1.f); });
 
     EXPECT_EQ(port->getPixelLeft(), 0);
     EXPECT_EQ(port->getPixelTop(),  0);
@@ -78,9 +75,7 @@ TEST_F(ViewportTest, TwoViewportsEachClearOnlyTheirRectangle)
     testsupport::setBackgroundColor(setup, Color3f(1.f, 0.f, 0.f));
 
     SolidBackgroundPtr green = SolidBackground::create();
-    beginEditCP(green);
-    green->setColor(Color3f(0.f, 1.f, 0.f));
-    endEditCP(green);
+    testsupport::editCP(green, [&] { green->setColor(Color3f(0.f, 1.f, 0.f)); });
     ViewportPtr right = Viewport::create();
     beginEditCP(right);
     right->setSize(0.5f, 0.f, 1.f, 1.f);

@@ -12,12 +12,7 @@ namespace
 
 using WindowTest = testsupport::GLTest;
 
-struct Call
-{
-    Window                 *window;
-    UInt32                  id;
-    Window::GLObjectStatusE status;
-};
+struct Call { Window *window; UInt32 id; Window::GLObjectStatusE status; };
 
 TEST_F(WindowTest, GLObjectFunctorSeesEachLifecycleStepOnce)
 {
