@@ -123,13 +123,10 @@ void SimpleMaterial::rebuildState(void)
     addChunks(_pState);
 }
 
+// A transparency value wins even over a forced-opaque mode, as in 1.8.
 bool SimpleMaterial::isTransparent(void) const
 {
-    if(getTransparencyMode() == TransparencyForceTransparent)
-        return true;
-    if(getTransparencyMode() == TransparencyForceOpaque)
-        return false;
-    return getTransparency() > Eps || chunksTransparent();
+    return getTransparency() > Eps || Inherited::isTransparent();
 }
 
 void SimpleMaterial::dump(UInt32 uiIndent, const BitVector bvFlags) const

@@ -44,6 +44,9 @@ TEST(Volume, StateFlagsFollowTheirRules)
     EXPECT_TRUE (box.isValid());
     EXPECT_TRUE (box.isEmpty());
     EXPECT_TRUE (box.isUntouchable());
+    Pnt3f center(5, 5, 5);
+    box.getCenter(center);
+    EXPECT_EQ(center, Pnt3f(0, 0, 0)) << "an empty box's centre is the origin";
 
     box.setInfinite();
     EXPECT_FALSE(box.isEmpty());

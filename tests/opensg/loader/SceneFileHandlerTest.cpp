@@ -478,6 +478,7 @@ TEST(SceneFileHandler, UnreadableStreamsGiveNullAndAWarning)
     const Case cases[] =
     {
         { "notamodel", "v 0 0 0\n",                                 NULL },
+        { "obj",       "",                                          "no data" },
         { "gltf",      "{ \"asset\": ",                             NULL },
         // Crashes assimp's reader: the process survives, the reason is told.
         { "off",       "OFF\n3 1 0\n0 08 061 0 0\n0 1 0\n3 0 1@2\n\x02OFF\n\n\"00' irr_sceneF\n",

@@ -133,6 +133,27 @@ TEST(Transparency, ChunksDecideUnlessTheModeOverrides)
     }
 }
 
+// The transparency value counts even when the mode forces opaque.
+TEST(SimpleMaterial, TransparencyValueOrModeMakesItTransparent)
+{
+    const Int32 automatic = Material::TransparencyAutoDetection;
+    const struct { Real32 transparency; Int32 mode; bool expected; } cases[] =
+    {
+        { 0.0f, automatic, false }, { 0.5f, automatic, true },
+        { 0.0f, Material::TransparencyForceTransparent, true },
+        { 0.0f, Material::TransparencyForceOpaque, false },
+        { 0.5f, Material::TransparencyForceOpaque, true },
+    };
+    for(const auto &c : cases)
+    {
+        SimpleMaterialPtr mat = held(SimpleMaterial::create());
+        mat->setTransparency(c.transparency);
+        mat->setTransparencyMode(c.mode);
+        EXPECT_EQ(mat->isTransparent(), c.expected) << c.transparency << " mode " << c.mode;
+        subRefCP(mat);
+    }
+}
+
 TEST(SimpleTexturedMaterial, ImageWithAlphaIsTransparentUnlessDecal)
 {
     struct Case { UInt32 format; GLenum envMode; bool expected; };
