@@ -289,9 +289,11 @@ TEST_F(DeferredLightBatchTest, LightsOffOrOutOfViewListNowhere)
 {
     buildScene();
     boost::random::mt19937 random(3);
-    // Behind the camera, far to the side, and one that is off.
+    // Behind the camera, far to the side, in view but short of every
+    // tile's depths, and one that is off.
     addLight(PointLight::create(), Pnt3f(0.0f, 0.0f, 9.0f), 1.0f, 0.5f, random);
     addLight(PointLight::create(), Pnt3f(30.0f, 0.0f, 0.0f), 1.0f, 0.5f, random);
+    addLight(PointLight::create(), Pnt3f(0.0f, 0.0f, 3.0f), 0.3f, 0.5f, random);
     addLight(PointLight::create(), Pnt3f(0.0f, 0.0f, 1.0f), 1.0f, 0.5f, random);
     beginEditCP(lights.back(), Light::OnFieldMask);
     lights.back()->setOn(false);

@@ -162,13 +162,18 @@ TEST_F(SHLChunkGL, ParametersKeepTheirFirstLocationAndWarnWhenUnknown)
     EXPECT_EQ(params->getParameters()[1]->getLocation(), -1);
 
     // Pointed at the other program, the parameter goes on using its first
-    // location, where the other program has something else.
+    // location, where the other program has something else: its own
+    // fLevel is never written.
     params->setSHLChunk(other);
     StateRefPtr second(stateWith(other, params));
     second->activate(NULL);
     second->deactivate(NULL);
     EXPECT_EQ(level->getLocation(), firstLocation);
-    EXPECT_NE(glGetUniformLocation(other->getProgram(), "fLevel"), firstLocation);
+    const GLint otherLocation = glGetUniformLocation(other->getProgram(), "fLevel");
+    EXPECT_NE(otherLocation, firstLocation);
+    GLfloat otherLevel = -1.f;
+    glGetUniformfv(other->getProgram(), otherLocation, &otherLevel);
+    EXPECT_EQ(otherLevel, 0.f);
     while(glGetError() != GL_NO_ERROR)
         ;
 
@@ -267,16 +272,21 @@ TEST_F(SHLChunkGL, MaterialsSharingAProgramEachGetTheirOwnValues)
     }
 }
 
+// The new program starts with its uniforms at zero, so the unchanged
+// colour must go up to it again.
 TEST_F(SHLChunkGL, EditedProgramTextIsRebuilt)
 {
-    shl->setFragmentProgram("void main() { gl_FragColor = vec4(0.0, 0.0, 1.0, 1.0); }\n");
+    shl->setFragmentProgram("uniform vec4 vColour;\n"
+                            "void main() { gl_FragColor = vColour; }\n");
+    shl->setUniformParameter("vColour", Vec4f(0.f, 0.f, 1.f, 1.f));
     StateRefPtr state(stateWith(shl));
     EXPECT_EQ(drawQuad(state), (testsupport::RGBA8{ 0, 0, 255, 255 }));
 
     beginEditCP(shl, ShaderChunk::FragmentProgramFieldMask);
-    shl->setFragmentProgram("void main() { gl_FragColor = vec4(0.0, 1.0, 0.0, 1.0); }\n");
+    shl->setFragmentProgram("uniform vec4 vColour;\n"
+                            "void main() { gl_FragColor = vColour.bgra; }\n");
     endEditCP(shl, ShaderChunk::FragmentProgramFieldMask);
-    EXPECT_EQ(drawQuad(state), (testsupport::RGBA8{ 0, 255, 0, 255 }));
+    EXPECT_EQ(drawQuad(state), (testsupport::RGBA8{ 255, 0, 0, 255 }));
 }
 
 const char *s_strOSGUniformsVertex =
