@@ -260,6 +260,38 @@ INSTANTIATE_TEST_SUITE_P(
                       ShapeCase{"AfterAResize",      56, 48, 0.0f,  0.0f,   true,  24, 6, 1.5f}),
     [](const ::testing::TestParamInfo<ShapeCase> &info) { return std::string(info.param.name); });
 
+// More point records than a row of the record texture holds (426): those
+// past the row's end count once each, as the first ones do.
+TEST_F(DeferredLightBatchTest, RecordsPastARowsEndCountOnce)
+{
+    addPlane(8.0f, 0.0f, material(Color3f(1, 1, 1), Color3f(0, 0, 0), 1.0f));
+    viewport->setLightBatching(true);
+    auto litBy = [&](int count)
+    {
+        const Real32 each = 0.9f / Real32(count);
+        for(int i = 0; i < count; ++i)
+        {
+            lights.push_back(makeLight(PointLightParams{Pnt3f(0, 0, 2), Color3f(each, each, each),
+                                                        Color3f(0, 0, 0), Vec3f(1, 0, 0.1f), 1.0f}));
+            viewport->addLight(lights.back());
+        }
+        renderFrame();
+        const LitImage image(viewport);
+        for(LightPtr light : lights)
+        {
+            viewport->subLight(light);
+            subRefCP(light);
+        }
+        lights.clear();
+        return image;
+    };
+    const LitImage one = litBy(1), many = litBy(430);
+    // One light of the 430 is 0.0015 under the light; a half-float step there is 0.0005.
+    EXPECT_GT(one.maxValue(), 0.6f);
+    const Differences off = compare(one, many, 0.001f);
+    EXPECT_EQ(off.count, 0) << off.first << "; largest " << off.largest;
+}
+
 TEST_F(DeferredLightBatchTest, ShadowedAndDirectionalLightsStayVolumes)
 {
     buildScene();
