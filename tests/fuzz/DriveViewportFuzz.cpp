@@ -1,4 +1,5 @@
 #include "FuzzTargets.h"
+#include "support/EffectSetters.h"
 
 #include <OpenSG/OSGBaseFunctions.h>
 #include <OpenSG/OSGDirectionalLight.h>
@@ -163,13 +164,8 @@ LightPtr makeLight(Reader &in)
     return light;
 }
 
-void (DRV::*const s_effectOn[])(bool) = {&DRV::setAAPostProcessOn, &DRV::setSSAOPostProcessOn,
-                                         &DRV::setHDRPostProcessOn, &DRV::setDoFPostProcessOn,
-                                         &DRV::setCMBPostProcessOn};
-void (DRV::*const s_parameters[])(Real32) = {&DRV::setHDRExposure, &DRV::setHDRBrightPassThreshold,
-                                             &DRV::setDoFFocalDepth, &DRV::setDoFBlurCutoff,
-                                             &DRV::setCMBBlurScale, &DRV::setSSAOScale,
-                                             &DRV::setSSAOAttenuation};
+const auto &s_effectOn   = testsupport::effectOn;
+const auto &s_parameters = testsupport::effectParameters;
 
 } // namespace
 

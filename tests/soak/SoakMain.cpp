@@ -24,6 +24,7 @@
 #include <Lumora/LumoraInit.h>
 
 #include "../../apps/common/DemoScene.h"
+#include "support/EffectSetters.h"
 #include "support/LiveObjects.h"
 #include "support/LogCapture.h"
 
@@ -181,13 +182,8 @@ NodePtr coloured(GeometryPtr geometry, Real32 r, Real32 g, Real32 b, Real32 tran
     return makeNodeFor(geometry);
 }
 
-void (DRV::*const s_effectOn[])(bool) = {&DRV::setAAPostProcessOn, &DRV::setSSAOPostProcessOn,
-                                         &DRV::setHDRPostProcessOn, &DRV::setDoFPostProcessOn,
-                                         &DRV::setCMBPostProcessOn};
-void (DRV::*const s_parameters[])(Real32) = {&DRV::setHDRExposure, &DRV::setHDRBrightPassThreshold,
-                                             &DRV::setDoFFocalDepth, &DRV::setDoFBlurCutoff,
-                                             &DRV::setCMBBlurScale, &DRV::setSSAOScale,
-                                             &DRV::setSSAOAttenuation};
+const auto &s_effectOn   = testsupport::effectOn;
+const auto &s_parameters = testsupport::effectParameters;
 // The range each parameter above is drawn from.
 const Real32 s_parameterRange[][2] = {{0.2f, 4}, {0.2f, 2}, {1, 30}, {0.1f, 1},
                                       {0, 0.1f}, {0.0005f, 0.01f}, {0.001f, 0.01f}};
