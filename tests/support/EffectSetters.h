@@ -6,17 +6,15 @@
 namespace testsupport
 {
 
+using DRV = osg::DeferredRenderingViewport;
+
 // The effect switches in chain order, and the effect parameters: what the
 // soak and the viewport fuzzer pick from.
-inline void (osg::DeferredRenderingViewport::*const effectOn[])(bool) = {
-    &osg::DeferredRenderingViewport::setAAPostProcessOn,  &osg::DeferredRenderingViewport::setSSAOPostProcessOn,
-    &osg::DeferredRenderingViewport::setHDRPostProcessOn, &osg::DeferredRenderingViewport::setDoFPostProcessOn,
-    &osg::DeferredRenderingViewport::setCMBPostProcessOn};
-inline void (osg::DeferredRenderingViewport::*const effectParameters[])(osg::Real32) = {
-    &osg::DeferredRenderingViewport::setHDRExposure,   &osg::DeferredRenderingViewport::setHDRBrightPassThreshold,
-    &osg::DeferredRenderingViewport::setDoFFocalDepth, &osg::DeferredRenderingViewport::setDoFBlurCutoff,
-    &osg::DeferredRenderingViewport::setCMBBlurScale,  &osg::DeferredRenderingViewport::setSSAOScale,
-    &osg::DeferredRenderingViewport::setSSAOAttenuation};
+inline void (DRV::*const effectOn[])(bool) = {&DRV::setAAPostProcessOn, &DRV::setSSAOPostProcessOn,
+    &DRV::setHDRPostProcessOn, &DRV::setDoFPostProcessOn, &DRV::setCMBPostProcessOn};
+inline void (DRV::*const effectParameters[])(osg::Real32) = {&DRV::setHDRExposure,
+    &DRV::setHDRBrightPassThreshold, &DRV::setDoFFocalDepth, &DRV::setDoFBlurCutoff,
+    &DRV::setCMBBlurScale, &DRV::setSSAOScale, &DRV::setSSAOAttenuation};
 
 } // namespace testsupport
 

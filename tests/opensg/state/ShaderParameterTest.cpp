@@ -41,32 +41,6 @@ TEST_F(ShaderParameters, TypeMismatchIsRefusedAndKeepsTheValue)
     EXPECT_EQ(shl->getParameters().size(), 1u);
 }
 
-TEST_F(ShaderParameters, VectorMatrixAndMultiValuesKeepTheirValues)
-{
-    const Vec4f v(1.f, 2.f, 3.f, 4.f);
-    Matrix m;
-    m.setTranslate(1.f, 2.f, 3.f);
-    MFInt32 ints;
-    ints.push_back(7);
-    ints.push_back(-3);
-    MFVec4f vecs;
-    vecs.push_back(v);
-    ASSERT_TRUE(shl->setUniformParameter("v", v) && shl->setUniformParameter("m", m) &&
-                shl->setUniformParameter("ints", ints) && shl->setUniformParameter("vecs", vecs));
-
-    Vec4f gotV;
-    Matrix gotM;
-    MFInt32 gotInts;
-    MFVec4f gotVecs;
-    EXPECT_TRUE(shl->getUniformParameter("v", gotV) && gotV == v);
-    EXPECT_TRUE(shl->getUniformParameter("m", gotM) && gotM == m);
-    ASSERT_TRUE(shl->getUniformParameter("ints", gotInts) && gotInts.size() == 2u);
-    EXPECT_EQ(gotInts[1], -3);
-    ASSERT_TRUE(shl->getUniformParameter("vecs", gotVecs) && gotVecs.size() == 1u);
-    EXPECT_EQ(gotVecs[0], v);
-    EXPECT_FALSE(shl->getUniformParameter("unknown", gotV));
-}
-
 TEST_F(ShaderParameters, NullNameIsRefused)
 {
     testsupport::LogCapture log;

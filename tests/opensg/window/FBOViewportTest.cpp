@@ -205,19 +205,12 @@ TEST_F(FBOViewportTest, WithoutFramebufferObjectsTheImageIsCopiedIntoTheTexture)
     subRefCP(scene);
 }
 
-} // namespace
-
-namespace
-{
-
 double heapMegabytes(void)
 {
     malloc_trim(0);
     const struct mallinfo2 info = mallinfo2();
     return double(info.uordblks + info.hblkhd) / 1048576.0;
 }
-
-} // namespace
 
 // Some drivers keep the last drawn framebuffer's storage alive after it is
 // deleted; a destroyed target must still give its memory back.
@@ -246,3 +239,5 @@ TEST_F(FBOViewportTest, DestroyedTargetGivesItsMemoryBack)
     EXPECT_LT(heapMegabytes(), before + 1.0) << before;
     subRefCP(scene);
 }
+
+} // namespace
