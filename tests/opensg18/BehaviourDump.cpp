@@ -36,6 +36,8 @@
 #include <OpenSG/OSGImage.h>
 #include <OpenSG/OSGSphereVolume.h>
 #include <OpenSG/OSGDynamicVolume.h>
+#include <OpenSG/OSGVolumeFunctions.h>
+#include <OpenSG/OSGLine.h>
 
 OSG_USING_NAMESPACE
 
@@ -236,6 +238,61 @@ void defaults(void)
     pv("box intersect volume", b2.intersect(Pnt3f(1, 2, 3)), b2.getScalarVolume());
 }
 
+// Every pair of volume kinds through the generic calls, and lines through each.
+void volumes(void)
+{
+    FrustumVolume frustum;
+    Matrix proj, view;
+    MatrixPerspective(proj, deg2rad(60.f), 1.f, 1.f, 10.f);
+    MatrixLookAt(view, Pnt3f(0, 0, 5), Pnt3f(0, 0, 0), Vec3f(0, 1, 0));
+    view.invert();
+    proj.mult(view);
+    frustum.setPlanes(proj);
+    BoxVolume box(-1, -1, -1, 1, 2, 1), farBox(20, 20, 20, 21, 21, 21), empty, infinite;
+    infinite.setInfinite();
+    SphereVolume sphere(Pnt3f(1.5f, 0, 0), 1.f), farSphere(Pnt3f(0, 0, 30), 2.f);
+    DynamicVolume dynBox, dynSphere(DynamicVolume::SPHERE_VOLUME);
+    dynBox.extendBy(Pnt3f(0.5f, 0.5f, 0.5f));
+    dynBox.extendBy(Pnt3f(3, 3, 3));
+    dynSphere.extendBy(box);
+    const Volume *all[] = { &box, &farBox, &empty, &infinite, &sphere, &farSphere,
+                            &frustum, &dynBox, &dynSphere };
+    const int n = int(sizeof(all) / sizeof(all[0]));
+    Pnt3f mn, mx;
+    for(int i = 0; i < n; ++i)
+        for(int j = 0; j < n; ++j)
+        {
+            BoxVolume b(box);
+            SphereVolume s(sphere);
+            DynamicVolume d(dynSphere);
+            extend(b, *all[j]);
+            extend(s, *all[j]);
+            extend(d, *all[j]);
+            b.getBounds(mn, mx);
+            pv("pair intersect member box", i, j, intersect(*all[i], *all[j]),
+               all[i]->intersect(*all[j]), mn[0], mn[1], mn[2], mx[0], mx[1], mx[2]);
+            pv("  sphere dyn", s.getCenter()[0], s.getCenter()[1], s.getCenter()[2],
+               s.getRadius(), d.getType(), d.isEmpty(), d.isInfinite());
+        }
+    SphereVolume grown(Pnt3f(0, 0, 0), 1.f);
+    grown.extendBy(Pnt3f(3, 0, 0));
+    pv("sphere extendBy", grown.getCenter()[0], grown.getRadius());
+    const Line lines[] = { Line(Pnt3f(-5, 0, 0), Vec3f(1, 0, 0)), Line(Pnt3f(0, 0, 0), Vec3f(0, 1, 0)),
+                           Line(Pnt3f(5, 0, 0), Vec3f(1, 0, 0)), Line(Pnt3f(-5, 3, 0), Vec3f(1, 0, 0)),
+                           Line(Pnt3f(0, 0, 9), Vec3f(0, 0, -1)), Line(Pnt3f(1.5f, 1, 0), Vec3f(0, 0, 1)) };
+    for(const Line &l : lines)
+    {
+        Real32 e[6] = { 0, 0, 0, 0, 0, 0 };
+        const bool hb = box.intersect(l, e[0], e[1]), hs = sphere.intersect(l, e[2], e[3]);
+        const bool hf = l.intersect(frustum, e[4], e[5]);
+        pv("line box sphere frustum", hb, e[0], e[1], hs, e[2], e[3], hf, e[4], e[5],
+           l.distance(Pnt3f(1, 1, 1)), l.getClosestPoint(Pnt3f(1, 1, 1))[2]);
+        Pnt3f p1, p2;
+        const bool c = l.getClosestPoints(lines[5], p1, p2);
+        pv("  closest", c, p1[0], p1[1], p1[2], p2[0], p2[1], p2[2]);
+    }
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -249,6 +306,7 @@ int main(int argc, char **argv)
     osgInit(0, NULL);
     matrices();
     defaults();
+    volumes();
     osgExit();
     return 0;
 }

@@ -29,7 +29,11 @@ class Volume
     bool isEmpty     (void) const { return (_state & OSGEMPTY   ) != 0; }
     bool isStatic    (void) const { return (_state & OSGSTATIC  ) != 0; }
     bool isInfinite  (void) const { return (_state & OSGINFINITE) != 0; }
-    bool isUntouchable(void) const { return _state != OSGVALID; }
+    // Empty or not: only static, infinite or invalid volumes keep still.
+    bool isUntouchable(void) const
+    {
+        return (_state & (OSGINFINITE | OSGVALID | OSGSTATIC)) != OSGVALID;
+    }
 
     UInt16 getState(void) const { return _state; }
     void   setState(UInt16 val) { _state = val;  }

@@ -10,8 +10,9 @@
 namespace osg
 {
 
-// Box/frustum and sphere/frustum tests are conservative: false only if the
-// volume lies entirely outside one plane. Volume arguments dispatch on the
+// As 1.8: box/frustum and sphere/frustum tests are conservative, false only
+// if the volume lies entirely outside one plane; touching spheres do not
+// intersect; frustum/frustum is not implemented. Volume arguments dispatch on the
 // dynamic type and look inside DynamicVolume.
 
 bool intersect(const BoxVolume     &box1,    const BoxVolume     &box2   );
@@ -35,8 +36,10 @@ bool intersect(const Volume        &vol,     const FrustumVolume &frustum);
 bool intersect(const Volume        &vol1,    const Volume        &vol2   );
 
 // Grow the first volume to enclose the second. Empty or invalid sources
-// change nothing, an infinite one makes the target infinite; static and
-// infinite targets stay as they are. Frusta never grow.
+// change nothing, an infinite one makes a box infinite; static, infinite and
+// invalid targets stay as they are. As 1.8, spheres grow to the sphere around
+// both bounding boxes, and nothing extends by or into a frustum, nor a plain
+// Volume (a DynamicVolume extends through extendBy).
 
 void extend(BoxVolume     &srcVol, const BoxVolume     &vol);
 void extend(BoxVolume     &srcVol, const SphereVolume  &vol);
@@ -53,9 +56,6 @@ void extend(FrustumVolume &srcVol, const SphereVolume  &vol);
 void extend(FrustumVolume &srcVol, const FrustumVolume &vol);
 void extend(FrustumVolume &srcVol, const Volume        &vol);
 
-void extend(Volume        &srcVol, const BoxVolume     &vol);
-void extend(Volume        &srcVol, const SphereVolume  &vol);
-void extend(Volume        &srcVol, const FrustumVolume &vol);
 void extend(Volume        &srcVol, const Volume        &vol);
 
 } // namespace osg

@@ -120,7 +120,7 @@ void BoxVolume::setBoundsByCenterAndSize(const Pnt3f &center, const Vec3f &size)
 
 void BoxVolume::extendBy(const Pnt3f &pt)
 {
-    if(isStatic())
+    if(isUntouchable())
         return;
 
     if(isEmpty())
@@ -130,9 +130,6 @@ void BoxVolume::extendBy(const Pnt3f &pt)
         setEmpty(false);
         return;
     }
-
-    if(isUntouchable())
-        return;
 
     for(UInt32 i = 0; i < 3; ++i)
     {

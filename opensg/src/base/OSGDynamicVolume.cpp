@@ -13,10 +13,12 @@ DynamicVolume::DynamicVolume(Type type) :
     construct(type, NULL);
 }
 
+// As 1.8, a copy keeps the original's own state, whatever its instance says.
 DynamicVolume::DynamicVolume(const DynamicVolume &obj) :
     Volume(obj)
 {
     construct(obj._type, &obj.getInstance());
+    setState(obj.getState());
 }
 
 DynamicVolume::~DynamicVolume(void)
@@ -110,7 +112,7 @@ void DynamicVolume::morphToType(Type type)
         destroy();
         construct(BOX_VOLUME, NULL);
         BoxVolume &box = static_cast<BoxVolume &>(getInstance());
-        if(!sphere.isEmpty())
+        if(!(state & OSGEMPTY))
         {
             Pnt3f min, max;
             sphere.getBounds(min, max);
@@ -169,7 +171,7 @@ void DynamicVolume::extendBy(const Pnt3f &pt)
 
 void DynamicVolume::extendBy(const Volume &volume)
 {
-    extend(getInstance(), volume);
+    getInstance().extendBy(volume);
     instanceChanged();
 }
 

@@ -74,23 +74,27 @@ bool Line::intersect(const SphereVolume &sphere) const
     return intersect(sphere, enter, exit);
 }
 
+// As 1.8: a ray from the position; enter and exit are written only on a hit.
 bool Line::intersect(const SphereVolume &sphere, Real32 &enter, Real32 &exit) const
 {
-    if(sphere.isEmpty())
+    const Vec3f  toCenter = sphere.getCenter() - _pos;
+    const Real32 outside  = toCenter.dot(toCenter) - sphere.getRadius() * sphere.getRadius();
+    const Real32 along    = toCenter.dot(_dir);
+
+    if(outside >= 0.f && along <= 0.f)
         return false;
 
-    const Vec3f  oc   = _pos - sphere.getCenter();
-    const Real32 b    = _dir.dot(oc);
-    const Real32 c    = oc.squareLength() - sphere.getRadius() * sphere.getRadius();
-    const Real32 disc = b * b - c;
-
+    const Real32 disc = along * along - outside;
     if(disc < 0.f)
         return false;
 
     const Real32 root = osgsqrt(disc);
-    enter = -b - root;
-    exit  = -b + root;
-    return exit >= 0.f;
+    if(along + root < Eps)
+        return false;
+
+    enter = along - root;
+    exit  = along + root;
+    return true;
 }
 
 bool Line::intersect(const FrustumVolume &frustum) const
@@ -99,68 +103,68 @@ bool Line::intersect(const FrustumVolume &frustum) const
     return intersect(frustum, enter, exit);
 }
 
+// As 1.8: the ray from the position to 2^17 along the line is clipped plane
+// by plane, and the distances are measured to the clipped end points.
 bool Line::intersect(const FrustumVolume &frustum, Real32 &enter, Real32 &exit) const
 {
-    Real32 tMin = -Inf;
-    Real32 tMax =  Inf;
+    Pnt3f enterPoint = _pos;
+    Pnt3f exitPoint  = _pos + _dir * Real32(2 << 16);
 
     const Plane *planes = frustum.getPlanes();
     for(UInt32 i = 0; i < 6; ++i)
     {
-        const Real32 dist  = planes[i].distance(_pos);
-        const Real32 denom = planes[i].getNormal().dot(_dir);
+        const Real32 atEnter = planes[i].distance(enterPoint);
+        const Real32 atExit  = planes[i].distance(exitPoint);
 
-        if(osgabs(denom) < Eps)
-        {
-            if(dist < 0.f)
-                return false;
-            continue;
-        }
-
-        const Real32 t = -dist / denom;
-        if(denom > 0.f)
-            tMin = osgMax(tMin, t);
-        else
-            tMax = osgMin(tMax, t);
+        if(atEnter < 0.f && atExit < 0.f)
+            return false;
+        if(atEnter > 0.f && atExit < 0.f)
+            planes[i].intersect(*this, exitPoint);
+        if(atEnter < 0.f && atExit > 0.f)
+            planes[i].intersect(*this, enterPoint);
     }
 
-    enter = tMin;
-    exit  = tMax;
-    return tMin <= tMax && tMax >= 0.f;
+    const Vec3f toEnter = enterPoint - _pos;
+    const Vec3f toExit  = exitPoint  - _pos;
+    Real32 along = toEnter.dot(_dir);
+    enter = along != 0.f ? toEnter.dot(toEnter) / along : 0.f;
+    along = toExit.dot(_dir);
+    if(along != 0.f)
+        exit = toExit.dot(toExit) / along;
+    else
+        enter = 0.f;      // sic: 1.8 leaves exit alone here
+    return true;
 }
 
+// Slabs, as 1.8: the ray starts at the position, flat boxes count as hit,
+// and a miss found by the y slab leaves enter and exit alone.
 bool Line::intersect(const BoxVolume &box, Real32 &enter, Real32 &exit) const
 {
-    if(box.isEmpty())
-        return false;
+    Pnt3f low, high;
+    box.getBounds(low, high);
 
-    Real32 tMin = -Inf;
-    Real32 tMax =  Inf;
-
-    const Pnt3f &min = box.getMin();
-    const Pnt3f &max = box.getMax();
-
+    Real32 in  = 0.f;
+    Real32 out = Inf;
     for(UInt32 i = 0; i < 3; ++i)
     {
-        if(osgabs(_dir[i]) < Eps)
+        if(osgabs(_dir[i]) <= Eps)
         {
-            if(_pos[i] < min[i] || _pos[i] > max[i])
+            if(_pos[i] < low[i] || _pos[i] > high[i])
                 return false;
             continue;
         }
-
-        Real32 t0 = (min[i] - _pos[i]) / _dir[i];
-        Real32 t1 = (max[i] - _pos[i]) / _dir[i];
-        if(t0 > t1)
-            std::swap(t0, t1);
-
-        tMin = osgMax(tMin, t0);
-        tMax = osgMin(tMax, t1);
+        const Real32 r  = 1.f / _dir[i];
+        const Real32 te = ((_dir[i] > 0.f ? low : high)[i] - _pos[i]) * r;
+        const Real32 tl = ((_dir[i] > 0.f ? high : low)[i] - _pos[i]) * r;
+        out = osgMin(out, tl);
+        in  = osgMax(in,  te);
+        if(i == 1 && in - out >= Eps)
+            return false;
     }
 
-    enter = tMin;
-    exit  = tMax;
-    return tMin <= tMax && tMax >= 0.f;
+    enter = in;
+    exit  = out;
+    return in - out < Eps;
 }
 
 // Moeller-Trumbore.

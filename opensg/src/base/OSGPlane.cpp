@@ -74,15 +74,22 @@ bool Plane::intersect(const Plane &pl, Line &intersection) const
     return true;
 }
 
+// As 1.8: only an exactly parallel line misses, unless it lies in the plane.
 bool Plane::intersectInfinite(const Line &l, Real32 &t) const
 {
     const Real32 denom = _normalVec.dot(l.getDirection());
 
-    if(osgabs(denom) < Eps)
-        return false;
-
-    t = (_distance - _normalVec.dot(l.getPosition())) / denom;
-    return true;
+    if(denom != 0.f)
+    {
+        t = _normalVec.dot(Pnt3f(_normalVec * _distance) - l.getPosition()) / denom;
+        return true;
+    }
+    if(distance(l.getPosition()) == 0.f)
+    {
+        t = 0.f;
+        return true;
+    }
+    return false;
 }
 
 bool Plane::intersectInfinite(const Line &l, Pnt3f &intersection) const

@@ -19,11 +19,14 @@ SphereVolume::SphereVolume(const Pnt3f &c, Real32 r) :
     setValue(c, r);
 }
 
+// As 1.8, copies take the centre and radius but not the state: a copy is
+// a valid, non-empty sphere, and an assigned one keeps its own flags.
 SphereVolume::SphereVolume(const SphereVolume &obj) :
-    Volume (obj),
+    Volume (),
     _center(obj._center),
     _radius(obj._radius)
 {
+    setEmpty(false);
 }
 
 SphereVolume::~SphereVolume(void)
@@ -32,7 +35,6 @@ SphereVolume::~SphereVolume(void)
 
 SphereVolume &SphereVolume::operator =(const SphereVolume &obj)
 {
-    Volume::operator =(obj);
     _center = obj._center;
     _radius = obj._radius;
     return *this;
@@ -66,10 +68,10 @@ void SphereVolume::getBounds(Pnt3f &min, Pnt3f &max) const
     max = _center + r;
 }
 
-// Smallest sphere holding the old one and the point.
+// As 1.8: the centre stays and the radius reaches the point.
 void SphereVolume::extendBy(const Pnt3f &pt)
 {
-    if(isStatic())
+    if(isUntouchable())
         return;
 
     if(isEmpty())
@@ -77,17 +79,7 @@ void SphereVolume::extendBy(const Pnt3f &pt)
         setValue(pt, 0.f);
         return;
     }
-
-    if(isUntouchable())
-        return;
-
-    const Real32 d = _center.dist(pt);
-    if(d <= _radius)
-        return;
-
-    const Real32 newRadius = 0.5f * (_radius + d);
-    _center += (pt - _center) * ((newRadius - _radius) / d);
-    _radius  = newRadius;
+    _radius = osgMax(_radius, _center.dist(pt));
 }
 
 void SphereVolume::extendBy(const Volume &volume)

@@ -9,24 +9,10 @@ namespace
     const Volume &unwrap(const Volume &vol)
     {
         const DynamicVolume *dv = dynamic_cast<const DynamicVolume *>(&vol);
-        return dv != NULL ? unwrap(dv->getInstance()) : vol;
+        return dv != NULL ? dv->getInstance() : vol;
     }
 
-    // For volume classes this file does not know: their bounding box.
-    BoxVolume boundsOf(const Volume &vol)
-    {
-        BoxVolume box;
-        box.setState(vol.getState());
-        if(!vol.isEmpty() && !vol.isInfinite())
-        {
-            Pnt3f min, max;
-            vol.getBounds(min, max);
-            box.setBounds(min, max);
-            box.setState(vol.getState());
-        }
-        return box;
-    }
-
+    // Kinds this file does not know intersect nothing.
     template <class A>
     bool intersectWith(const A &a, const Volume &vol)
     {
@@ -38,80 +24,46 @@ namespace
             return intersect(a, *s);
         if(const FrustumVolume *f = dynamic_cast<const FrustumVolume *>(&v))
             return intersect(a, *f);
-
-        return intersect(a, boundsOf(v));
+        return false;
     }
 
-    template <class A>
-    void extendWith(A &a, const Volume &vol)
+    // The rules every extend shares; true when the caller merges. An empty
+    // target takes the source as it is, through copy.
+    template <class Target, class Source, class Copy>
+    bool mayExtend(Target &srcVol, const Source &vol, Copy copy)
     {
-        const Volume &v = unwrap(vol);
-
-        if(const BoxVolume *b = dynamic_cast<const BoxVolume *>(&v))
-            extend(a, *b);
-        else if(const SphereVolume *s = dynamic_cast<const SphereVolume *>(&v))
-            extend(a, *s);
-        else if(const FrustumVolume *f = dynamic_cast<const FrustumVolume *>(&v))
-            extend(a, *f);
-        else
-            extend(a, boundsOf(v));
-    }
-
-    template <class B>
-    void extendVolume(Volume &srcVol, const B &vol)
-    {
-        if(DynamicVolume *dv = dynamic_cast<DynamicVolume *>(&srcVol))
-        {
-            extend(dv->getInstance(), vol);
-            dv->instanceChanged();
-        }
-        else if(BoxVolume *b = dynamic_cast<BoxVolume *>(&srcVol))
-        {
-            extend(*b, vol);
-        }
-        else if(SphereVolume *s = dynamic_cast<SphereVolume *>(&srcVol))
-        {
-            extend(*s, vol);
-        }
-        else if(FrustumVolume *f = dynamic_cast<FrustumVolume *>(&srcVol))
-        {
-            extend(*f, vol);
-        }
-        else
-        {
-            SWARNING << "extend: unknown volume type!" << endLog;
-        }
-    }
-
-    // Shared rules of every extend; true if the caller has to merge.
-    bool mayExtend(Volume &srcVol, const Volume &vol)
-    {
-        if(srcVol.isStatic() || srcVol.isInfinite())
+        if((!srcVol.isValid() && !srcVol.isEmpty()) || srcVol.isInfinite() ||
+           srcVol.isStatic() || !vol.isValid() || vol.isEmpty())
             return false;
-        if(!srcVol.isValid() && !srcVol.isEmpty())
-            return false;
-        if(!vol.isValid() || vol.isEmpty())
-            return false;
-        if(vol.isInfinite())
+        if(srcVol.isEmpty())
         {
-            srcVol.setInfinite();
+            copy();
             return false;
         }
         return true;
     }
 
-    bool outsideSomePlane(const FrustumVolume &frustum, const Pnt3f *pts, UInt32 n)
+    void unionOf(const Pnt3f &min1, const Pnt3f &max1, const Pnt3f &min2, const Pnt3f &max2,
+                 Pnt3f &min, Pnt3f &max)
     {
-        const Plane *planes = frustum.getPlanes();
-        for(UInt32 i = 0; i < 6; ++i)
+        for(UInt32 i = 0; i < 3; ++i)
         {
-            UInt32 out = 0;
-            while(out < n && !planes[i].isInHalfSpace(pts[out]))
-                ++out;
-            if(out == n)
-                return true;
+            min[i] = osgMin(min1[i], min2[i]);
+            max[i] = osgMax(max1[i], max2[i]);
         }
-        return false;
+    }
+
+    // The sphere through the corners of a box, as the sphere extends build theirs.
+    void circumscribe(SphereVolume &sphere, const Pnt3f &min, const Pnt3f &max)
+    {
+        const Pnt3f center((min[0] + max[0]) * 0.5f, (min[1] + max[1]) * 0.5f,
+                           (min[2] + max[2]) * 0.5f);
+        sphere.setValue(center, (max - min).length() * 0.5f);
+    }
+
+    void notImplemented(const char *what)
+    {
+        FFATAL(("%s is not impl.\n", what));
     }
 }
 
@@ -168,6 +120,7 @@ bool intersect(const SphereVolume &sphere, const BoxVolume &box)
     return intersect(box, sphere);
 }
 
+// Touching spheres do not intersect, as in 1.8.
 bool intersect(const SphereVolume &sphere1, const SphereVolume &sphere2)
 {
     if(sphere1.isEmpty() || sphere2.isEmpty())
@@ -175,8 +128,8 @@ bool intersect(const SphereVolume &sphere1, const SphereVolume &sphere2)
     if(sphere1.isInfinite() || sphere2.isInfinite())
         return true;
 
-    const Real32 r = sphere1.getRadius() + sphere2.getRadius();
-    return sphere1.getCenter().dist2(sphere2.getCenter()) <= r * r;
+    return sphere1.getCenter().dist(sphere2.getCenter()) <
+           sphere1.getRadius() + sphere2.getRadius();
 }
 
 bool intersect(const SphereVolume &sphere, const FrustumVolume &frustum)
@@ -206,14 +159,10 @@ bool intersect(const FrustumVolume &frustum, const SphereVolume &sphere)
     return intersect(sphere, frustum);
 }
 
-// Separated if the corners of one lie outside a single plane of the other.
-bool intersect(const FrustumVolume &frustum1, const FrustumVolume &frustum2)
+bool intersect(const FrustumVolume &, const FrustumVolume &)
 {
-    Pnt3f c1[8], c2[8];
-    if(!frustum1.getCorners(c1) || !frustum2.getCorners(c2))
-        return true;
-
-    return !outsideSomePlane(frustum1, c2, 8) && !outsideSomePlane(frustum2, c1, 8);
+    notImplemented("intersect (frustum/frustum)");
+    return false;
 }
 
 bool intersect(const FrustumVolume &frustum, const Volume &vol)
@@ -241,134 +190,119 @@ bool intersect(const Volume &vol1, const Volume &vol2)
     return intersectWith(vol1, vol2);
 }
 
+// 1.8 has no extend for volumes of unknown kind, the message included.
+void extend(Volume &, const Volume &)
+{
+    notImplemented("extend (frustum/volume)");
+}
+
 void extend(BoxVolume &srcVol, const BoxVolume &vol)
 {
-    if(!mayExtend(srcVol, vol))
+    if(!mayExtend(srcVol, vol, [&] { srcVol = vol; }))
         return;
 
-    if(srcVol.isEmpty())
-    {
-        srcVol.setBounds(vol.getMin(), vol.getMax());
-        return;
-    }
-
-    Pnt3f min = srcVol.getMin();
-    Pnt3f max = srcVol.getMax();
-    for(UInt32 i = 0; i < 3; ++i)
-    {
-        min[i] = osgMin(min[i], vol.getMin()[i]);
-        max[i] = osgMax(max[i], vol.getMax()[i]);
-    }
+    Pnt3f min, max;
+    unionOf(srcVol.getMin(), srcVol.getMax(), vol.getMin(), vol.getMax(), min, max);
     srcVol.setBounds(min, max);
+    if(vol.isInfinite())
+        srcVol.setInfinite(true);
 }
 
 void extend(BoxVolume &srcVol, const SphereVolume &vol)
 {
-    if(!mayExtend(srcVol, vol))
+    Pnt3f smin, smax;
+    vol.getBounds(smin, smax);
+    if(!mayExtend(srcVol, vol, [&] { srcVol.setBounds(smin, smax); }))
         return;
 
     Pnt3f min, max;
-    vol.getBounds(min, max);
+    unionOf(srcVol.getMin(), srcVol.getMax(), smin, smax, min, max);
+    srcVol.setBounds(min, max);
+    if(vol.isInfinite())
+        srcVol.setInfinite(true);
+}
+
+void extend(BoxVolume &, const FrustumVolume &)
+{
+    notImplemented("extend (box/frustum)");
+}
+
+// Other kinds through their bounds; a frustum has none, so adds the origin.
+void extend(BoxVolume &srcVol, const Volume &vol)
+{
+    const Volume &v = unwrap(vol);
+    if(const BoxVolume *box = dynamic_cast<const BoxVolume *>(&v))
+    {
+        extend(srcVol, *box);
+        return;
+    }
+    Pnt3f min, max;
+    v.getBounds(min, max);
     extend(srcVol, BoxVolume(min, max));
 }
 
-void extend(BoxVolume &srcVol, const FrustumVolume &vol)
-{
-    if(!mayExtend(srcVol, vol))
-        return;
-
-    Pnt3f corners[8];
-    vol.getCorners(corners);
-    for(UInt32 i = 0; i < 8; ++i)
-        srcVol.extendBy(corners[i]);
-}
-
-void extend(BoxVolume &srcVol, const Volume &vol)
-{
-    extendWith(srcVol, vol);
-}
-
-// The box through its circumscribed sphere.
+// Sphere extends circumscribe the bounding boxes of both: loose, as in 1.8.
 void extend(SphereVolume &srcVol, const BoxVolume &vol)
 {
-    if(!mayExtend(srcVol, vol))
+    if(!mayExtend(srcVol, vol, [&] { circumscribe(srcVol, vol.getMin(), vol.getMax()); }))
         return;
 
-    Pnt3f center;
-    vol.getCenter(center);
-    extend(srcVol, SphereVolume(center, center.dist(vol.getMax())));
+    Pnt3f smin, smax, min, max;
+    srcVol.getBounds(smin, smax);
+    unionOf(smin, smax, vol.getMin(), vol.getMax(), min, max);
+    circumscribe(srcVol, min, max);
 }
 
 void extend(SphereVolume &srcVol, const SphereVolume &vol)
 {
-    if(!mayExtend(srcVol, vol))
+    if(!mayExtend(srcVol, vol, [&] { srcVol = vol; }))
         return;
 
-    if(srcVol.isEmpty())
-    {
-        srcVol.setValue(vol.getCenter(), vol.getRadius());
-        return;
-    }
-
-    const Real32 r1 = srcVol.getRadius();
-    const Real32 r2 = vol.getRadius();
-    const Real32 d  = srcVol.getCenter().dist(vol.getCenter());
-
-    if(d + r2 <= r1)
-        return;
-
-    if(d + r1 <= r2)
-    {
-        srcVol.setValue(vol.getCenter(), r2);
-        return;
-    }
-
-    const Real32 r = 0.5f * (d + r1 + r2);
-    const Pnt3f  c = srcVol.getCenter() +
-                     (vol.getCenter() - srcVol.getCenter()) * ((r - r1) / d);
-    srcVol.setValue(c, r);
+    Pnt3f min1, max1, min2, max2, min, max;
+    srcVol.getBounds(min1, max1);
+    vol.getBounds(min2, max2);
+    unionOf(min1, max1, min2, max2, min, max);
+    circumscribe(srcVol, min, max);
 }
 
-void extend(SphereVolume &srcVol, const FrustumVolume &vol)
+void extend(SphereVolume &, const FrustumVolume &)
 {
-    if(!mayExtend(srcVol, vol))
-        return;
-
-    Pnt3f corners[8];
-    vol.getCorners(corners);
-    for(UInt32 i = 0; i < 8; ++i)
-        srcVol.extendBy(corners[i]);
+    notImplemented("extend (sphere/frustum)");
 }
 
 void extend(SphereVolume &srcVol, const Volume &vol)
 {
-    extendWith(srcVol, vol);
+    const Volume &v = unwrap(vol);
+    if(const SphereVolume *sphere = dynamic_cast<const SphereVolume *>(&v))
+    {
+        extend(srcVol, *sphere);
+        return;
+    }
+    Pnt3f min, max;
+    v.getBounds(min, max);
+    SphereVolume bounds;
+    circumscribe(bounds, min, max);
+    extend(srcVol, bounds);
 }
 
-// A set of planes cannot be widened to hold another volume.
-void extend(FrustumVolume &, const BoxVolume     &) {}
-void extend(FrustumVolume &, const SphereVolume  &) {}
-void extend(FrustumVolume &, const FrustumVolume &) {}
-void extend(FrustumVolume &, const Volume        &) {}
-
-void extend(Volume &srcVol, const BoxVolume &vol)
+void extend(FrustumVolume &, const BoxVolume &)
 {
-    extendVolume(srcVol, vol);
+    notImplemented("extend (frustum/box)");
 }
 
-void extend(Volume &srcVol, const SphereVolume &vol)
+void extend(FrustumVolume &, const SphereVolume &)
 {
-    extendVolume(srcVol, vol);
+    notImplemented("extend (frustum/sphere)");
 }
 
-void extend(Volume &srcVol, const FrustumVolume &vol)
+void extend(FrustumVolume &, const FrustumVolume &)
 {
-    extendVolume(srcVol, vol);
+    notImplemented("extend (frustum/frustum)");
 }
 
-void extend(Volume &srcVol, const Volume &vol)
+void extend(FrustumVolume &, const Volume &)
 {
-    extendVolume(srcVol, unwrap(vol));
+    notImplemented("extend (frustum/volume)");
 }
 
 } // namespace osg

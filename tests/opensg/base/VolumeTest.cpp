@@ -36,6 +36,16 @@ FrustumVolume cameraFrustum(void)
 
 const Real32 s = 1.f / std::sqrt(2.f);
 
+template <class V> SphereVolume extended(SphereVolume sphere, const V &by) { extend(sphere, by); return sphere; }
+SphereVolume extendedBy(SphereVolume sphere, const Pnt3f &p) { sphere.extendBy(p); return sphere; }
+DynamicVolume dynamicSphere(const Pnt3f &center, const Pnt3f &onSurface)
+{
+    DynamicVolume v(DynamicVolume::SPHERE_VOLUME);
+    v.extendBy(center);
+    v.extendBy(onSurface);
+    return v;
+}
+
 } // namespace
 
 TEST(Volume, StateFlagsFollowTheirRules)
@@ -43,7 +53,7 @@ TEST(Volume, StateFlagsFollowTheirRules)
     BoxVolume box;
     EXPECT_TRUE (box.isValid());
     EXPECT_TRUE (box.isEmpty());
-    EXPECT_TRUE (box.isUntouchable());
+    EXPECT_FALSE(box.isUntouchable()) << "being empty alone keeps nothing still";
     Pnt3f center(5, 5, 5);
     box.getCenter(center);
     EXPECT_EQ(center, Pnt3f(0, 0, 0)) << "an empty box's centre is the origin";
@@ -51,6 +61,7 @@ TEST(Volume, StateFlagsFollowTheirRules)
     box.setInfinite();
     EXPECT_FALSE(box.isEmpty());
     EXPECT_TRUE (box.isValid());
+    EXPECT_TRUE (box.isUntouchable());
 
     box.setEmpty();
     EXPECT_FALSE(box.isInfinite());
@@ -58,6 +69,8 @@ TEST(Volume, StateFlagsFollowTheirRules)
     box.setStatic();
     box.setValid(false);              // ignored while static
     EXPECT_TRUE(box.isValid());
+    box.extendBy(Pnt3f(1, 1, 1));
+    EXPECT_TRUE(box.isEmpty()) << "a static box does not grow";
 
     BoxVolume plain(0, 0, 0, 1, 1, 1);
     EXPECT_FALSE(plain.isUntouchable());
@@ -109,34 +122,97 @@ TEST(BoxVolume, ExtendAndTransformKeepEverythingInside)
     EXPECT_TRUE(box.isInfinite());
 }
 
-TEST(SphereVolume, IntersectsBoxesAndSpheres)
+// Every kind against every other, through the typed and the generic calls.
+TEST(Volume, PairsIntersectAsTheirShapesDo)
 {
-    const SphereVolume sphere(Pnt3f(0, 0, 0), 1.f);
-    const struct { BoxVolume box; bool hit; } boxes[] = {
-        { BoxVolume(0.9f, -0.1f, -0.1f, 2, 0.1f, 0.1f), true  },
-        { BoxVolume(0.75f, 0.75f, -1, 2, 2, 1),         false },   // corner beyond the radius
-        { BoxVolume(0.7f, 0.7f, -1, 2, 2, 1),           true  },
-        { BoxVolume(-5, -5, -5, 5, 5, 5),               true  },   // sphere inside the box
+    const FrustumVolume frustum = cameraFrustum();
+    const BoxVolume unit(-1, -1, -1, 1, 1, 1), beside(3, -1, -1, 5, 1, 1), farAway(30, 30, 30, 31, 31, 31);
+    const SphereVolume ball(Pnt3f(0, 0, 0), 1.f), touching(Pnt3f(2, 0, 0), 1.f),
+                       overlapping(Pnt3f(2, 0, 0), 1.5f), behindTheEye(Pnt3f(0, 0, 30), 2.f);
+    DynamicVolume dynamic;
+    dynamic.extendBy(Pnt3f(2.9f, 0, 0));
+    dynamic.extendBy(Pnt3f(3.1f, 0.2f, 0.2f));
+    const struct { const char *what; const Volume &a, &b; bool hit; } cases[] = {
+        { "box, box apart",                   unit,    beside,                             false },
+        { "box, sphere inside",               unit,    ball,                               true  },
+        { "box, touching sphere",             unit,    touching,                           true  },
+        { "box, corner beyond the radius",    ball,    BoxVolume(0.75f, 0.75f, -1, 2, 2, 1), false },
+        { "box, corner within the radius",    ball,    BoxVolume(0.7f, 0.7f, -1, 2, 2, 1),   true  },
+        { "box, sphere reaching in",          beside,  overlapping,                        true  },
+        { "touching spheres do not",          ball,    touching,                           false },
+        { "overlapping spheres",              ball,    overlapping,                        true  },
+        { "empty sphere",                     ball,    SphereVolume(),                     false },
+        { "frustum, box far away",            frustum, farAway,                            false },
+        { "frustum, sphere at the centre",    frustum, ball,                               true  },
+        { "frustum, sphere behind the eye",   frustum, behindTheEye,                       false },
+        { "dynamic, box it reaches into",     dynamic, beside,                             true  },
+        { "dynamic, box it misses",           dynamic, unit,                               false },
+        { "dynamic, sphere within its reach", dynamic, touching,                           true  },
     };
-    for(const auto &c : boxes)
-        EXPECT_EQ(intersect(sphere, c.box), c.hit) << c.box.getMin();
-
-    EXPECT_TRUE (intersect(sphere, SphereVolume(Pnt3f(1.9f, 0, 0), 1.f)));
-    EXPECT_FALSE(intersect(sphere, SphereVolume(Pnt3f(2.1f, 0, 0), 1.f)));
-    EXPECT_FALSE(intersect(sphere, SphereVolume()));
+    for(const auto &c : cases)
+    {
+        EXPECT_EQ(intersect(c.a, c.b), c.hit) << c.what;
+        EXPECT_EQ(intersect(c.b, c.a), c.hit) << c.what << ", swapped";
+        EXPECT_EQ(c.a.intersect(c.b),  c.hit) << c.what << ", member";
+    }
+    testsupport::LogCapture log;
+    EXPECT_FALSE(intersect(frustum, frustum));
+    EXPECT_TRUE(log.contains("intersect (frustum/frustum) is not impl."));
 }
 
-TEST(SphereVolume, ExtendEnclosesBothSpheres)
+// Spheres grow to the sphere around both bounding boxes; a point only
+// widens the radius.
+TEST(SphereVolume, ExtendCircumscribesBothBoundingBoxes)
 {
-    SphereVolume a(Pnt3f(0, 0, 0), 1.f);
-    extend(a, SphereVolume(Pnt3f(4, 0, 0), 2.f));
-    // Tight: from x = -1 to x = 6.
-    EXPECT_TRUE(a.getCenter().equals(Pnt3f(2.5f, 0, 0), 1e-5f)) << a.getCenter();
-    EXPECT_FLOAT_EQ(a.getRadius(), 3.5f);
+    const struct { const char *what; SphereVolume grown; Pnt3f center; Real32 radius; } cases[] = {
+        // [-1, 6] x [-2, 2] x [-2, 2]
+        { "by a sphere",          extended(SphereVolume(Pnt3f(0, 0, 0), 1.f), SphereVolume(Pnt3f(4, 0, 0), 2.f)),
+          Pnt3f(2.5f, 0, 0), 4.5f },
+        // [-5, 5]^3, though the other already lay inside
+        { "by a sphere inside",   extended(SphereVolume(Pnt3f(0, 0, 0), 5.f), SphereVolume(Pnt3f(1, 0, 0), 1.f)),
+          Pnt3f(0, 0, 0), 5.f * std::sqrt(3.f) },
+        // [-1, 3] x [-1, 1] x [-1, 1]
+        { "by a box",             extended(SphereVolume(Pnt3f(0, 0, 0), 1.f), BoxVolume(0, 0, 0, 3, 1, 1)),
+          Pnt3f(1, 0, 0), std::sqrt(6.f) },
+        // the same sphere, grown from a point with its centre kept
+        { "by a dynamic sphere",  extended(SphereVolume(Pnt3f(0, 0, 0), 1.f), dynamicSphere(Pnt3f(4, 0, 0), Pnt3f(4, 2, 0))),
+          Pnt3f(2.5f, 0, 0), 4.5f },
+        { "empty, by a box",      extended(SphereVolume(), BoxVolume(0, 0, 0, 2, 2, 2)),
+          Pnt3f(1, 1, 1), std::sqrt(3.f) },
+        { "by a point",           extendedBy(SphereVolume(Pnt3f(0, 0, 0), 1.f), Pnt3f(3, 0, 0)),
+          Pnt3f(0, 0, 0), 3.f },
+        { "by a point inside",    extendedBy(SphereVolume(Pnt3f(0, 0, 0), 1.f), Pnt3f(0.5f, 0, 0)),
+          Pnt3f(0, 0, 0), 1.f },
+    };
+    for(const auto &c : cases)
+    {
+        EXPECT_TRUE(c.grown.getCenter().equals(c.center, 1e-5f)) << c.what << ": " << c.grown.getCenter();
+        EXPECT_NEAR(c.grown.getRadius(), c.radius, 1e-5f) << c.what;
+    }
+}
 
-    SphereVolume b(Pnt3f(0, 0, 0), 5.f);
-    extend(b, SphereVolume(Pnt3f(1, 0, 0), 1.f));     // already inside
-    EXPECT_FLOAT_EQ(b.getRadius(), 5.f);
+// Frusta neither grow nor make others grow, and a plain Volume has no extend.
+TEST(Volume, ExtendsInvolvingAFrustumOrAPlainVolumeOnlySaySo)
+{
+    FrustumVolume frustum = cameraFrustum();
+    BoxVolume box(-1, -1, -1, 1, 1, 1);
+    SphereVolume sphere(Pnt3f(0, 0, 0), 1.f);
+    DynamicVolume dynamic;
+    testsupport::LogCapture log;
+    extend(box, frustum);
+    extend(sphere, frustum);
+    extend(frustum, box);
+    extend(static_cast<Volume &>(dynamic), box);
+    for(const char *message : { "extend (box/frustum) is not impl.", "extend (sphere/frustum) is not impl.",
+                                "extend (frustum/box) is not impl.", "extend (frustum/volume) is not impl." })
+        EXPECT_TRUE(log.contains(message)) << message;
+    EXPECT_EQ(box.getMax(), Pnt3f(1, 1, 1));
+    EXPECT_FLOAT_EQ(sphere.getRadius(), 1.f);
+    EXPECT_TRUE(dynamic.isEmpty());
+    EXPECT_EQ(frustum.getPlanes()[0].getDistanceFromOrigin(), cameraFrustum().getPlanes()[0].getDistanceFromOrigin());
+
+    dynamic.extendBy(box);
+    EXPECT_EQ(dynamic.getMax(), Pnt3f(1, 1, 1)) << "a dynamic volume extends through extendBy";
 }
 
 // Planes from projection times view, or from the eight corners: the same
@@ -231,7 +307,7 @@ TEST(Line, BoxAndTriangleIntersections)
     const BoxVolume box(-1, -1, -1, 1, 1, 1);
     const struct { Pnt3f pos; Vec3f dir; bool hit; Real32 enter, exit; } cases[] = {
         { Pnt3f(-5, 0, 0),    Vec3f(2, 0, 0),  true,  4.f, 6.f },
-        { Pnt3f(0, 0, 0),     Vec3f(0, 1, 0),  true, -1.f, 1.f },   // starts inside
+        { Pnt3f(0, 0, 0),     Vec3f(0, 1, 0),  true,  0.f, 1.f },   // a ray: it enters where it starts
         { Pnt3f(-5, -5, 0),   Vec3f(1, 1, 0),  true,  4.f * std::sqrt(2.f), 6.f * std::sqrt(2.f) },
         { Pnt3f(-5, 1.5f, 0), Vec3f(1, 0, 0),  false, 0.f, 0.f },
         { Pnt3f(5, 0, 0),     Vec3f(1, 0, 0),  false, 0.f, 0.f },   // box behind the ray
