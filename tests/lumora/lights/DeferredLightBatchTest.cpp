@@ -8,6 +8,7 @@
 #include <Lumora/DeferredLightBatch.h>
 
 #include <OpenSG/OSGBaseFunctions.h>
+#include <OpenSG/OSGMatrixUtility.h>
 #include <OpenSG/OSGDirectionalLight.h>
 #include <OpenSG/OSGPointLight.h>
 #include <OpenSG/OSGSimpleGeometry.h>
@@ -250,6 +251,10 @@ TEST_P(DeferredLightBatchShapeTest, MatchesTheVolumePath)
     const LitImage batched(viewport);
     EXPECT_EQ(batched.width(),  int(std::lround((1 - c.left)   * c.width)));
     EXPECT_EQ(batched.height(), int(std::lround((1 - c.bottom) * c.height)));
+    // Tiles cover the viewport of this frame, not of an earlier one.
+    const Int32 tile = viewport->getLightBatch()->getTileSize();
+    EXPECT_EQ(viewport->getLightBatch()->getTilesX(), (batched.width()  + tile - 1) / tile);
+    EXPECT_EQ(viewport->getLightBatch()->getTilesY(), (batched.height() + tile - 1) / tile);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -259,6 +264,75 @@ INSTANTIATE_TEST_SUITE_P(
                       ShapeCase{"AwayFromTheCorner", 64, 64, 0.25f, 0.375f, false, 24, 6, 1.5f},
                       ShapeCase{"AfterAResize",      56, 48, 0.0f,  0.0f,   true,  24, 6, 1.5f}),
     [](const ::testing::TestParamInfo<ShapeCase> &info) { return std::string(info.param.name); });
+
+// A light's pixel rectangle holds every pixel its sphere's part before the
+// near plane projects to, at any angle of view, and not much more.
+TEST(DeferredLightBatchBounds, HoldTheVisibleSphereTightly)
+{
+    const Int32 width = 64, height = 48;
+    const Real32 zNear = 0.1f;
+    // halfWidth at the near plane: 0.1 is 90 degrees across, 0.2 about 127.
+    const struct { const char *what; Real32 halfWidth; Vec3f center; Real32 radius; } cases[] = {
+        { "ahead",                             0.1f, Vec3f(0, 0, -10),     1.0f },
+        { "off to the side",                   0.1f, Vec3f(3, -1, -8),     1.5f },
+        { "partly out of view",                0.1f, Vec3f(12, 0, -10),    3.0f },
+        { "behind the near plane",             0.1f, Vec3f(0, 0, 1),       0.5f },
+        { "through the near plane, wide view", 0.2f, Vec3f(0.9f, 0, -0.5f), 1.0f },
+    };
+    for(const auto &c : cases)
+    {
+        Matrix projection;
+        MatrixFrustum(projection, -c.halfWidth, c.halfWidth, -c.halfWidth * height / width,
+                      c.halfWidth * height / width, zNear, 100.f);
+        Int32 x0 = 0, y0 = 0, x1 = 0, y1 = 0;
+        const bool seen = DeferredLightBatch::screenBounds(c.center, c.radius, projection, zNear,
+                                                           width, height, x0, y0, x1, y1);
+        // Where the sphere's visible surface lands on screen, and on the
+        // plane of the screen beyond it.
+        Real32 lo[2] = { 1e9f, 1e9f }, hi[2] = { -1e9f, -1e9f }, span[2] = { 1e9f, -1e9f };
+        for(int i = 0; i <= 180; ++i)
+            for(int j = 0; j < 360; ++j)
+            {
+                const Real32 theta = Pi * i / 180, phi = 2 * Pi * j / 360;
+                Vec4f p(c.center[0] + c.radius * std::sin(theta) * std::cos(phi),
+                        c.center[1] + c.radius * std::sin(theta) * std::sin(phi),
+                        c.center[2] + c.radius * std::cos(theta), 1);
+                if(p[2] >= -zNear)
+                    continue;
+                projection.multMatrixVec(p);
+                const Real32 px[2] = { (p[0] / p[3] * 0.5f + 0.5f) * width,
+                                       (p[1] / p[3] * 0.5f + 0.5f) * height };
+                span[0] = osgMin(span[0], px[0]);
+                span[1] = osgMax(span[1], px[0]);
+                if(px[0] < 0 || px[0] > width || px[1] < 0 || px[1] > height)
+                    continue;
+                for(int k = 0; k < 2; ++k)
+                {
+                    lo[k] = osgMin(lo[k], px[k]);
+                    hi[k] = osgMax(hi[k], px[k]);
+                }
+            }
+        SCOPED_TRACE(c.what);
+        ASSERT_EQ(seen, lo[0] <= hi[0]);
+        if(!seen)
+            continue;
+        EXPECT_LE(x0, lo[0]);
+        EXPECT_LE(y0, lo[1]);
+        EXPECT_GE(x1, hi[0]);
+        EXPECT_GE(y1, hi[1]);
+        if(c.center[2] + c.radius >= -zNear)
+        {
+            EXPECT_TRUE(x0 == 0 && y0 == 0 && x1 == width && y1 == height) << "the whole viewport";
+            continue;
+        }
+        // Bounding the sphere's box instead of its outline costs a little.
+        const Real32 slack = 2 + 0.3f * (span[1] - span[0]);
+        EXPECT_GE(x0, lo[0] - slack);
+        EXPECT_GE(y0, lo[1] - slack);
+        EXPECT_LE(x1, hi[0] + slack);
+        EXPECT_LE(y1, hi[1] + slack);
+    }
+}
 
 // More point records than a row of the record texture holds (426): those
 // past the row's end count once each, as the first ones do.
