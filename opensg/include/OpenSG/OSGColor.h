@@ -192,10 +192,10 @@ class Color3 : public ColorBase<ValueTypeT, 3>
                              ColorDetail::toUnit(this->_values[2]), h, s, v);
     }
 
-    // Packed as 0xRRGGBB.
+    // As 1.8: packed as 0xBBGGRR, red in the lowest byte.
     void setRGB(UInt32 rgbPack)
     {
-        for(Int32 i = 2; i >= 0; --i)
+        for(Int32 i = 0; i < 3; ++i)
         {
             this->_values[i] = ColorDetail::fromUnit<ValueType>((rgbPack & 255) / 255.f);
             rgbPack >>= 8;
@@ -205,7 +205,7 @@ class Color3 : public ColorBase<ValueTypeT, 3>
     UInt32 getRGB(void) const
     {
         UInt32 r = 0;
-        for(UInt32 i = 0; i < 3; ++i)
+        for(Int32 i = 2; i >= 0; --i)
             r = (r << 8) | ColorDetail::toByte(this->_values[i]);
         return r;
     }
@@ -260,10 +260,10 @@ class Color4 : public ColorBase<ValueTypeT, 4>
                              ColorDetail::toUnit(this->_values[2]), h, s, v);
     }
 
-    // Packed as 0xRRGGBBAA.
+    // As 1.8: packed as 0xAABBGGRR.
     void setRGBA(UInt32 rgbaPack)
     {
-        for(Int32 i = 3; i >= 0; --i)
+        for(Int32 i = 0; i < 4; ++i)
         {
             this->_values[i] = ColorDetail::fromUnit<ValueType>((rgbaPack & 255) / 255.f);
             rgbaPack >>= 8;
@@ -273,7 +273,7 @@ class Color4 : public ColorBase<ValueTypeT, 4>
     UInt32 getRGBA(void) const
     {
         UInt32 r = 0;
-        for(UInt32 i = 0; i < 4; ++i)
+        for(Int32 i = 3; i >= 0; --i)
             r = (r << 8) | ColorDetail::toByte(this->_values[i]);
         return r;
     }

@@ -140,6 +140,22 @@ NodePtr deepCloneTree(const NodePtr &src, const std::string &shareString = "");
 namespace osg
 {
 typedef RefPtr<NodePtr> NodeRefPtr;
+
+// A node with a new core of the given type, the core handed back on request.
+template <class Core> inline
+NodePtr makeCoredNode(typename Core::Ptr *coreP = NULL)
+{
+    NodePtr            node = Node::create();
+    typename Core::Ptr core = Core::create();
+
+    beginEditCP(node, Node::CoreFieldMask);
+    node->setCore(core);
+    endEditCP(node, Node::CoreFieldMask);
+
+    if(coreP != NULL)
+        *coreP = core;
+    return node;
+}
 }
 
 #endif

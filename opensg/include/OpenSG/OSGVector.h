@@ -397,17 +397,20 @@ class Vector : public Point<ValueTypeT, SizeI>
     }
 
     // Replaces this by its projection onto toVec; returns the scale factor.
+    // As 1.8, a near-null toVec leaves this alone and returns 1.
     RealReturnType projectTo(const Vector &toVec)
     {
         const RealReturnType sl = toVec.squareLength();
-        if(sl < RealReturnType(Eps))
+        if(sl <= RealReturnType(Eps))
+            return 1;
+        const RealReturnType f = dot(toVec) / sl;
+        if(osgabs(f) <= RealReturnType(Eps))
         {
             this->setNull();
             return 0;
         }
-        const RealReturnType f = dot(toVec) / sl;
         for(UInt32 i = 0; i < SizeI; ++i)
-            _values[i] = ValueTypeT(toVec[i] * f);
+            _values[i] = ValueTypeT(toVec[i] * ValueTypeT(f));
         return f;
     }
 

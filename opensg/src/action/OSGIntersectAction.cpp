@@ -218,8 +218,9 @@ void IntersectAction::scale(Real32 s)
 
 void IntersectAction::setHit(Real32 t, NodePtr obj, Int32 triIndex, Vec3f &normal)
 {
+    // As 1.8, of equally near hits the last one found counts.
     const Real32 worldT = t / _localScale;
-    if(t < 0.f || worldT >= _hitT)
+    if(t < 0.f || worldT > _hitT)
         return;
     _hit         = true;
     _hitT        = worldT;

@@ -148,15 +148,14 @@ void BoxVolume::extendBy(const BoxVolume &bb)
     extend(*this, bb);
 }
 
+// As 1.8: the faces are outside, and an infinite box goes by its bounds.
 bool BoxVolume::intersect(const Pnt3f &point) const
 {
     if(isEmpty())
         return false;
-    if(isInfinite())
-        return true;
 
     for(UInt32 i = 0; i < 3; ++i)
-        if(point[i] < _min[i] || point[i] > _max[i])
+        if(point[i] <= _min[i] || point[i] >= _max[i])
             return false;
     return true;
 }

@@ -86,41 +86,26 @@ void DynamicVolume::setVolumeType(Type type)
     construct(type, NULL);
 }
 
+// As 1.8: the new volume holds the old one's bounds, set anew, so it is
+// never empty; a sphere's centre is taken as max - min.
 void DynamicVolume::morphToType(Type type)
 {
     if(type == _type)
         return;
 
-    const UInt16 state = getInstance().getState();
-
-    if(type == SPHERE_VOLUME)
+    Pnt3f min, max;
+    getBounds(min, max);
+    destroy();
+    construct(type, NULL);
+    if(type == BOX_VOLUME)
     {
-        BoxVolume box(static_cast<const BoxVolume &>(getInstance()));
-        destroy();
-        construct(SPHERE_VOLUME, NULL);
-        SphereVolume &sphere = static_cast<SphereVolume &>(getInstance());
-        if(!box.isEmpty())
-        {
-            Pnt3f center;
-            box.getCenter(center);
-            sphere.setValue(center, center.dist(box.getMax()));
-        }
+        static_cast<BoxVolume &>(getInstance()).setBounds(min, max);
     }
     else
     {
-        SphereVolume sphere(static_cast<const SphereVolume &>(getInstance()));
-        destroy();
-        construct(BOX_VOLUME, NULL);
-        BoxVolume &box = static_cast<BoxVolume &>(getInstance());
-        if(!(state & OSGEMPTY))
-        {
-            Pnt3f min, max;
-            sphere.getBounds(min, max);
-            box.setBounds(min, max);
-        }
+        const Vec3f size = max - min;
+        static_cast<SphereVolume &>(getInstance()).setValue(size.addToZero(), size.length() / 2);
     }
-
-    getInstance().setState(state);
     instanceChanged();
 }
 

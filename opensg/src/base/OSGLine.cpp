@@ -167,39 +167,32 @@ bool Line::intersect(const BoxVolume &box, Real32 &enter, Real32 &exit) const
     return in - out < Eps;
 }
 
-// Moeller-Trumbore.
+// Moeller-Trumbore in 1.8's form: the bounds are tested before dividing by
+// the determinant, and a triangle behind the position is a hit at a negative t.
 bool Line::intersect(const Pnt3f &v0, const Pnt3f &v1, const Pnt3f &v2,
                      Real32 &t, Vec3f *normal) const
 {
-    const Vec3f  e1  = v1 - v0;
-    const Vec3f  e2  = v2 - v0;
-    const Vec3f  p   = _dir.cross(e2);
-    const Real32 det = e1.dot(p);
+    const Real32 tiny  = 1E-10f;
+    const Vec3f  edge1 = v1 - v0;
+    const Vec3f  edge2 = v2 - v0;
+    const Vec3f  p     = _dir.cross(edge2);
+    const Real32 det   = edge1.dot(p);
 
-    if(osgabs(det) < Eps * Eps)
+    if(det <= tiny && det >= -tiny)
         return false;
 
-    const Real32 inv = 1.f / det;
-    const Vec3f  s   = _pos - v0;
-    const Real32 u   = s.dot(p) * inv;
-
-    if(u < 0.f || u > 1.f)
+    const Vec3f  s = _pos - v0;
+    const Real32 u = s.dot(p);
+    const Vec3f  q = s.cross(edge1);
+    const Real32 v = _dir.dot(q);
+    if(det > 0.f ? (u < 0.f || u > det || v < 0.f || u + v > det)
+                 : (u > 0.f || u < det || v > 0.f || u + v < det))
         return false;
 
-    const Vec3f  q = s.cross(e1);
-    const Real32 v = _dir.dot(q) * inv;
-
-    if(v < 0.f || u + v > 1.f)
-        return false;
-
-    const Real32 hit = e2.dot(q) * inv;
-    if(hit < 0.f)
-        return false;
-
-    t = hit;
+    t = edge2.dot(q) * (1.f / det);
     if(normal != NULL)
     {
-        *normal = e1.cross(e2);
+        *normal = edge1.cross(edge2);
         normal->normalize();
     }
     return true;

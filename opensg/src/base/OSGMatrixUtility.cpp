@@ -147,12 +147,12 @@ bool MatrixLookAt(Matrix &result, Pnt3f from, Pnt3f at, Vec3f up)
     return false;
 }
 
-bool MatrixProjection(Matrix &result,
-                      Real32, Real32, Real32, Real32, Real32, Real32)
+// Not implemented in 1.8 either, which stops there; this leaves the
+// matrix alone and says so.
+bool MatrixProjection(Matrix &, Real32, Real32, Real32, Real32, Real32, Real32)
 {
-    SWARNING << "MatrixProjection: not implemented!" << endLog;
-    result.setIdentity();
-    return true;
+    SFATAL << "MatrixProjection: Not yet implemented!" << endLog;
+    return false;
 }
 
 } // namespace osg

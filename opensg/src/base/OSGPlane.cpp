@@ -115,40 +115,60 @@ bool Plane::intersect(const Line &l, Pnt3f &intersection) const
     return true;
 }
 
+// As 1.8: the normal goes through the matrix itself, which holds for
+// rotations only, and the translation along the normal moves the plane
+// with 1.8's sign.
 void Plane::transform(const Matrix &matrix)
 {
-    // Normals transform with the inverse transpose.
-    Matrix it;
-    matrix.inverse3(it);
-    it.transpose();
-
-    Pnt3f point = (_normalVec * _distance).addToZero();
-    matrix.multMatrixPnt(point);
-
-    it.multMatrixVec(_normalVec);
+    matrix.multMatrixVec(_normalVec);
     _normalVec.normalize();
-    _distance = _normalVec.dot(point);
+
+    Vec3f trans(matrix[3][0], matrix[3][1], matrix[3][2]);
+    trans.projectTo(_normalVec);
+
+    auto largest = [](const Vec3f &v) -> UInt32
+    {
+        if(osgabs(v[0]) > osgabs(v[1]))
+            return osgabs(v[0]) > osgabs(v[2]) ? 0 : 2;
+        return osgabs(v[1]) > osgabs(v[2]) ? 1 : 2;
+    };
+    const Real32 n = _normalVec[largest(_normalVec)];
+    const Real32 t = trans[largest(trans)];
+    if(t > Eps || t < -Eps)
+    {
+        if((n < 0.f && t < 0.f) || (n > 0.f && t > 0.f))
+            _distance -= trans.length();
+        else
+            _distance += trans.length();
+    }
 }
 
+// Sutherland-Hodgman from the last corner, as 1.8 orders the output.
 int Plane::clip(Pnt3f *polyIn, Pnt3f *polyOut, int count) const
 {
-    int outCount = 0;
+    int   outCount = 0;
+    Pnt3f prev     = polyIn[count - 1];
 
     for(int i = 0; i < count; ++i)
     {
-        const Pnt3f &cur  = polyIn[i];
-        const Pnt3f &next = polyIn[(i + 1) % count];
-        const Real32 dCur  = distance(cur);
-        const Real32 dNext = distance(next);
+        const Pnt3f cur = polyIn[i];
+        Pnt3f       crossing;
 
-        if(dCur >= 0.f)
-            polyOut[outCount++] = cur;
-
-        if((dCur >= 0.f) != (dNext >= 0.f))
+        if(isInHalfSpace(cur))
         {
-            const Real32 t = dCur / (dCur - dNext);
-            polyOut[outCount++] = cur + (next - cur) * t;
+            if(isInHalfSpace(prev))
+                polyOut[outCount++] = cur;
+            else if(intersectInfinite(Line(prev, cur), crossing))
+            {
+                polyOut[outCount++] = crossing;
+                polyOut[outCount++] = cur;
+            }
         }
+        else if(isInHalfSpace(prev) && intersectInfinite(Line(prev, cur), crossing))
+        {
+            polyOut[outCount++] = crossing;
+        }
+        prev = cur;
     }
     return outCount;
 }

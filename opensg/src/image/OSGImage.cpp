@@ -3,7 +3,11 @@
 #include <OpenSG/OSGTextureChunk.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <limits>
+#include <type_traits>
+#include <vector>
 
 namespace osg
 {
@@ -435,22 +439,265 @@ bool Image::convertDataTypeTo(Int32 destDataType)
     return true;
 }
 
-bool Image::reformat(const PixelFormat, ImagePtr)
+namespace
 {
-    SWARNING << "Image::reformat: not supported" << std::endl;
-    return false;
+
+// Calls work with a null pointer of the component type of dataType; false
+// for types without one.
+template <class Work>
+bool withComponentType(Int32 dataType, Work work)
+{
+    switch(dataType)
+    {
+        case Image::OSG_UINT8_IMAGEDATA:   work(static_cast<UInt8  *>(NULL)); return true;
+        case Image::OSG_UINT16_IMAGEDATA:  work(static_cast<UInt16 *>(NULL)); return true;
+        case Image::OSG_UINT32_IMAGEDATA:  work(static_cast<UInt32 *>(NULL)); return true;
+        case Image::OSG_FLOAT16_IMAGEDATA: work(static_cast<Real16 *>(NULL)); return true;
+        case Image::OSG_FLOAT32_IMAGEDATA: work(static_cast<Real32 *>(NULL)); return true;
+        default:                           return false;
+    }
 }
 
-bool Image::scale(Int32, Int32, Int32, ImagePtr)
+const Int32 Mean = -1;
+
+// For each channel of the new format, the old channel it copies, or Mean
+// for the mean of red, green and blue: the conversions 1.8 makes.
+bool reformatChannels(UInt32 from, UInt32 to, std::vector<Int32> &channels)
 {
-    SWARNING << "Image::scale: not supported" << std::endl;
-    return false;
+    const bool single = from == Image::OSG_A_PF || from == Image::OSG_I_PF ||
+                        from == Image::OSG_L_PF;
+    const bool toSingle = to == Image::OSG_A_PF || to == Image::OSG_I_PF ||
+                          to == Image::OSG_L_PF;
+    const Int32 alpha = from == Image::OSG_LA_PF ? 1 : 3;
+    const Int32 gray  = from == Image::OSG_LA_PF ? 0 : Mean;
+
+    if(single)
+    {
+        if(formatComponents(to) == 0 || to == Image::OSG_BGR_PF || to == Image::OSG_BGRA_PF)
+            return false;
+        channels.assign(formatComponents(to), 0);
+    }
+    else if(from == Image::OSG_LA_PF || from == Image::OSG_RGBA_PF || from == Image::OSG_RGB_PF)
+    {
+        const bool hasAlpha = from != Image::OSG_RGB_PF;
+        if(to == Image::OSG_A_PF)
+            channels = { hasAlpha ? alpha : Mean };
+        else if(toSingle)
+            channels = { gray };
+        else if(to == Image::OSG_LA_PF)
+            channels = { gray, hasAlpha ? alpha : Mean };
+        else if(to == Image::OSG_RGB_PF)
+            channels = gray == 0 ? std::vector<Int32>{ 0, 0, 0 } : std::vector<Int32>{ 0, 1, 2 };
+        else if(to == Image::OSG_RGBA_PF)
+            channels = gray == 0 ? std::vector<Int32>{ 0, 0, 0, 1 }
+                                 : std::vector<Int32>{ 0, 1, 2, hasAlpha ? 3 : Mean };
+        else
+            return false;
+    }
+    else if(from == Image::OSG_BGRA_PF && to == Image::OSG_RGBA_PF)
+    {
+        channels = { 2, 1, 0, 3 };
+    }
+    else
+    {
+        return false;
+    }
+    return true;
 }
 
-bool Image::createMipmap(Int32, ImagePtr)
+template <class T>
+void reformatPixels(const UInt8 *src, UInt8 *dst, size_t pixels, UInt32 srcChannels,
+                    const std::vector<Int32> &channels)
 {
-    SWARNING << "Image::createMipmap: not supported" << std::endl;
-    return false;
+    const T *in  = reinterpret_cast<const T *>(src);
+    T       *out = reinterpret_cast<T *>(dst);
+    for(size_t p = 0; p < pixels; ++p, in += srcChannels)
+        for(Int32 c : channels)
+            // Integer means round down, as 1.8's integer sums do.
+            *out++ = c == Mean ? T((Real64(in[0]) + Real64(in[1]) + Real64(in[2])) / 3.0) : in[c];
+}
+
+// One level down, 1.8's box filter: the mean of the two (four, eight)
+// texels each halved axis folds, the last of an odd size left out.
+template <class T>
+void halveLevel(const T *src, T *dst, Int32 w, Int32 h, Int32 d, UInt32 channels)
+{
+    const Int32 wm = w == 1 ? 1 : w >> 1, hm = h == 1 ? 1 : h >> 1, dm = d == 1 ? 1 : d >> 1;
+    const Int32 sw = w > wm ? 2 : 1, sh = h > hm ? 2 : 1, sd = d > dm ? 2 : 1;
+    const Int32 taps = sw * sh * sd;
+    for(Int32 z = 0; z < dm; ++z)
+        for(Int32 y = 0; y < hm; ++y)
+            for(Int32 x = 0; x < wm; ++x)
+                for(UInt32 c = 0; c < channels; ++c)
+                {
+                    Real64 sum = 0;
+                    for(Int32 k = 0; k < taps; ++k)
+                    {
+                        const Int32 tx = x * sw + k % sw, ty = y * sh + (k / sw) % sh,
+                                    tz = z * sd + k / (sw * sh);
+                        sum += Real64(src[((size_t(tz) * h + ty) * w + tx) * channels + c]);
+                    }
+                    *dst++ = std::numeric_limits<T>::is_integer ? T(std::floor(sum / taps))
+                                                                : T(Real32(sum / taps));
+                }
+}
+
+} // namespace
+
+// As 1.8: into destination, or in place when there is none (a change of
+// format only). Pairs 1.8 does not convert are refused here with a warning.
+bool Image::reformat(const PixelFormat pixelFormat, ImagePtr destination)
+{
+    if(isCompressed())
+    {
+        SWARNING << "Image::reformat: compressed images are not reformatted" << std::endl;
+        return false;
+    }
+    if(getSize() == 0 || pixelFormat == 0 ||
+       (destination == NullFC && UInt32(pixelFormat) == getPixelFormat()))
+        return false;
+
+    std::vector<Int32> channels;
+    if(!reformatChannels(getPixelFormat(), pixelFormat, channels))
+    {
+        SWARNING << "Image::reformat: no conversion from pixel format " << getPixelFormat()
+                 << " to " << pixelFormat << std::endl;
+        return false;
+    }
+
+    // Only an image made here is held, so that it goes with this call.
+    ImageRefPtr made(destination == NullFC ? Image::create() : ImagePtr(NullFC));
+    ImagePtr    dest = destination != NullFC ? destination : ImagePtr(made);
+    beginEditCP(dest);
+    dest->set(pixelFormat, getWidth(), getHeight(), getDepth(), getMipMapCount(),
+              getFrameCount(), getFrameDelay(), NULL, getDataType(), true, getSideCount());
+    const size_t pixels = getSize() / getBpp();
+    const UInt32 from   = formatComponents(getPixelFormat());
+    const bool converted = withComponentType(getDataType(), [&](auto *type)
+    {
+        reformatPixels<std::remove_pointer_t<decltype(type)>>(getData(), dest->editData(),
+                                                              pixels, from, channels);
+    });
+    endEditCP(dest);
+    if(!converted)
+    {
+        SWARNING << "Image::reformat: unsupported data type " << getDataType() << std::endl;
+        return false;
+    }
+    if(destination == NullFC)
+        set(dest);
+    return true;
+}
+
+// Nearest texels, as 1.8, level by level.
+bool Image::scale(Int32 width, Int32 height, Int32 depth, ImagePtr destination)
+{
+    if(width == getWidth() && height == getHeight() && depth == getDepth())
+    {
+        if(destination != NullFC)
+            destination->set(ImagePtr(this));
+        return true;
+    }
+    if(isCompressed())
+    {
+        SWARNING << "Image::scale: compressed images are not scaled" << std::endl;
+        return false;
+    }
+
+    // Keep the old levels: the destination may be this image.
+    const Int32 oldW = getWidth(), oldH = getHeight(), oldD = getDepth();
+    const Int32 levels = getMipMapCount(), frames = getFrameCount(), sides = getSideCount();
+    const UInt32 bpp = getBpp();
+    std::vector<std::vector<UInt8> > old;
+    for(Int32 f = 0; f < frames; ++f)
+        for(Int32 s = 0; s < sides; ++s)
+            for(Int32 m = 0; m < levels; ++m)
+            {
+                const UInt8 *level = getData(m, f, s);
+                old.emplace_back(level, level + getLevelSize(m));
+            }
+
+    ImagePtr dest = destination != NullFC ? destination : ImagePtr(this);
+    beginEditCP(dest);
+    dest->set(getPixelFormat(), width, height, depth, levels, frames, getFrameDelay(), NULL,
+              getDataType(), true, sides);
+    size_t block = 0;
+    for(Int32 f = 0; f < frames; ++f)
+        for(Int32 s = 0; s < sides; ++s)
+            for(Int32 m = 0; m < levels; ++m)
+            {
+                const Int32 sw = std::max(oldW >> m, 1), sh = std::max(oldH >> m, 1),
+                            sd = std::max(oldD >> m, 1);
+                const Int32 dw = std::max(dest->getWidth() >> m, 1),
+                            dh = std::max(dest->getHeight() >> m, 1),
+                            dd = std::max(dest->getDepth() >> m, 1);
+                const std::vector<UInt8> &src = old[block++];
+                UInt8 *out = dest->editData(m, f, s);
+                for(Int32 z = 0; z < dd; ++z)
+                    for(Int32 y = 0; y < dh; ++y)
+                        for(Int32 x = 0; x < dw; ++x, out += bpp)
+                        {
+                            const size_t from = ((size_t(Real32(sd) / dd * z) * sh +
+                                                  size_t(Real32(sh) / dh * y)) * sw +
+                                                 size_t(Real32(sw) / dw * x)) * bpp;
+                            std::memcpy(out, &src[from], bpp);
+                        }
+            }
+    endEditCP(dest);
+    return true;
+}
+
+bool Image::createMipmap(Int32 level, ImagePtr destination)
+{
+    if(isCompressed())
+    {
+        SWARNING << "Image::createMipmap: compressed images get no mip-maps here" << std::endl;
+        return false;
+    }
+    if(level < 0)
+    {
+        // Down to one texel, as 1.8 counts.
+        level = 1;
+        for(Int32 w = getWidth(), h = getHeight(), d = getDepth(); w > 1 || h > 1 || d > 1; ++level)
+        {
+            w = std::max(w >> 1, 1);
+            h = std::max(h >> 1, 1);
+            d = std::max(d >> 1, 1);
+        }
+    }
+
+    // Only an image made here is held, so that it goes with this call.
+    ImageRefPtr made(destination == NullFC ? Image::create() : ImagePtr(NullFC));
+    ImagePtr    dest = destination != NullFC ? destination : ImagePtr(made);
+    const UInt32 channels = formatComponents(getPixelFormat());
+    beginEditCP(dest);
+    dest->set(getPixelFormat(), getWidth(), getHeight(), getDepth(), level, getFrameCount(),
+              getFrameDelay(), NULL, getDataType(), true, getSideCount());
+    bool halved = true;
+    for(Int32 f = 0; f < getFrameCount(); ++f)
+        for(Int32 s = 0; s < getSideCount(); ++s)
+        {
+            std::memcpy(dest->editData(0, f, s), getData(0, f, s), getLevelSize(0));
+            for(Int32 m = 1; m < level; ++m)
+                halved = withComponentType(getDataType(), [&](auto *type)
+                {
+                    using T = std::remove_pointer_t<decltype(type)>;
+                    halveLevel(reinterpret_cast<const T *>(dest->getData(m - 1, f, s)),
+                               reinterpret_cast<T *>(dest->editData(m, f, s)),
+                               std::max(getWidth() >> (m - 1), 1),
+                               std::max(getHeight() >> (m - 1), 1),
+                               std::max(getDepth() >> (m - 1), 1), channels);
+                });
+        }
+    endEditCP(dest);
+    if(!halved)
+    {
+        SWARNING << "Image::createMipmap: unsupported data type " << getDataType() << std::endl;
+        return false;
+    }
+    if(destination == NullFC)
+        set(dest);
+    return true;
 }
 
 bool Image::write(const Char8 *fileName)

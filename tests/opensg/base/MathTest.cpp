@@ -100,9 +100,14 @@ TEST(Real16, ConvertsToAndFromIeeeHalf)
 TEST(Color, PacksAndConvertsFromHsv)
 {
     Color3f c;
-    c.setRGB(0xff8000);
+    // Packed with red in the lowest byte, as 1.8 packs.
+    c.setRGB(0x0080ff);
     EXPECT_EQ(c, Color3f(1.f, 128.f / 255.f, 0.f));
-    EXPECT_EQ(Color3ub(0x12, 0x34, 0x56).getRGB(), 0x123456u);
+    EXPECT_EQ(Color3ub(0x12, 0x34, 0x56).getRGB(), 0x563412u);
+    Color4f rgba;
+    rgba.setRGBA(0x40ff8000);
+    EXPECT_EQ(rgba, Color4f(0.f, 128.f / 255.f, 1.f, 64.f / 255.f));
+    EXPECT_EQ(Color4ub(0x12, 0x34, 0x56, 0x78).getRGBA(), 0x78563412u);
 
     const struct { float h, s, v; Color3f rgb; } hsv[] = {
         {   0.f, 1.f, 1.f,  Color3f(1.f, 0.f, 0.f) },

