@@ -84,9 +84,8 @@ FBOViewportPtr makeFBOViewport(SceneSetup &setup, int width, int height, NodePtr
 void addTexture(FBOViewportPtr fbo, TextureChunkPtr tex)
 {
     addRefCP(tex);
-    beginEditCP(fbo, FBOViewport::TexturesFieldMask);
-    fbo->getTextures().push_back(tex);
-    endEditCP(fbo, FBOViewport::TexturesFieldMask);
+    testsupport::editCP(fbo, FBOViewport::TexturesFieldMask,
+                        [&] { fbo->getTextures().push_back(tex); });
 }
 
 void releaseTextures(FBOViewportPtr fbo)
@@ -131,9 +130,7 @@ TEST_F(FBOViewportTest, ShaderFillsFourColourTexturesAndTheDepthTexture)
     fragment += "}\n";
 
     SceneSetup setup(64, 64);
-    beginEditCP(setup.background);
-    setup.background->setAlpha(0.f);
-    endEditCP(setup.background);
+    testsupport::editCP(setup.background, [&] { setup.background->setAlpha(0.f); });
     NodePtr scene = testsupport::makeGroupNode();
     addRefCP(scene);
     // Left half only, at z = 0: depth 0.5 there, the cleared 1 elsewhere.
