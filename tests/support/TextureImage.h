@@ -52,6 +52,9 @@ class TextureImage
     std::vector<float> _texels;
 };
 
+// One texel of a depth texture's level 0.
+float depthTexel(osg::TextureChunkPtr texture, int x, int y);
+
 } // namespace testsupport
 
 #endif

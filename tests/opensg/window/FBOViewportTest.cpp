@@ -12,8 +12,6 @@
 
 #include <malloc.h>
 
-#include <vector>
-
 using namespace osg;
 using testsupport::addChild;
 using testsupport::makeImage;
@@ -47,21 +45,6 @@ TextureChunkPtr makeColorTarget(int size)
 TextureChunkPtr makeDepthTarget(int size)
 {
     return makeTarget(size, GL_DEPTH_COMPONENT24, GL_DEPTH_COMPONENT, Image::OSG_FLOAT32_IMAGEDATA);
-}
-
-// One texel of a depth texture's level 0.
-float depthAt(TextureChunkPtr tex, int x, int y)
-{
-    glActiveTexture(GL_TEXTURE0);
-    glBindTexture(GL_TEXTURE_2D, tex->getGLTextureName());
-    GLint width = 0, height = 0;
-    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH,  &width);
-    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
-    std::vector<float> data(size_t(width) * size_t(height));
-    glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glGetTexImage(GL_TEXTURE_2D, 0, GL_DEPTH_COMPONENT, GL_FLOAT, data.data());
-    glBindTexture(GL_TEXTURE_2D, 0);
-    return data.at(size_t(y) * size_t(width) + size_t(x));
 }
 
 // An FBOViewport of the given pixel size on the setup's window, rendering
@@ -169,8 +152,8 @@ TEST_F(FBOViewportTest, ShaderFillsFourColourTexturesAndTheDepthTexture)
         }
     }
     // 24-bit depth.
-    EXPECT_NEAR(depthAt(depth, 4,  16), 0.5f, 1e-5);
-    EXPECT_NEAR(depthAt(depth, 28, 16), 1.0f, 1e-5);
+    EXPECT_NEAR(testsupport::depthTexel(depth, 4,  16), 0.5f, 1e-5);
+    EXPECT_NEAR(testsupport::depthTexel(depth, 28, 16), 1.0f, 1e-5);
 
     releaseTextures(fbo);
     subRefCP(scene);
