@@ -104,12 +104,8 @@ TEST_F(ViewerTest, ScriptedFramesShowTheSceneAndFollowKeysAndDrags)
     EXPECT_GT(colours.size(), 200u);
     EXPECT_GT(mean.length(), 20.f);
 
-    struct Step
-    {
-        const char *name;
-        const char *script;
-        double      minChanged;   // share of pixels that must differ from plain
-    };
+    // minChanged: the share of pixels that must differ from plain.
+    struct Step { const char *name; const char *script; double minChanged; };
     const Step steps[] = {
         {"normals", "--frames 2 --keys v",     0.3},
         {"diffuse", "--frames 2 --keys vv",    0.3},

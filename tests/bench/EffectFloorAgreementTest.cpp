@@ -85,14 +85,10 @@ Matrix earlierViewing(const Matrix &now, const Matrix &before)
     return m;
 }
 
-struct Case
-{
-    EffectFloor::Effect effect;
-    double bound;       // a channel further off than this counts as off
-    double maxOffShare; // of pixels
-    double maxMeanAbs;  // per channel
-    double minChanged;  // share of pixels the effect moves by more than 2/255
-};
+// A channel further off than bound counts as off; maxOffShare is of pixels,
+// maxMeanAbs per channel, minChanged the share of pixels the effect moves by
+// more than 2/255.
+struct Case { EffectFloor::Effect effect; double bound, maxOffShare, maxMeanAbs, minChanged; };
 
 } // namespace
 

@@ -75,15 +75,10 @@ PerspectiveCameraPtr lookingAt(NodePtr root, const Pnt3f &from, const Pnt3f &at)
 
 enum SceneKind { Street, Courtyard };
 
-struct View
-{
-    const char *name;
-    SceneKind   scene;
-    bool        sceneCamera;    // the scene's own, else from -> at
-    Pnt3f       from;
-    Pnt3f       at;
-    double      minLitShare;    // so that agreement is not that of black images
-};
+// The scene's own camera, or one from -> at; minLitShare so that agreement
+// is not that of black images.
+struct View { const char *name; SceneKind scene; bool sceneCamera; Pnt3f from, at;
+              double minLitShare; };
 
 } // namespace
 

@@ -1,4 +1,5 @@
 #include "FuzzTargets.h"
+#include "support/Builders.h"
 #include "support/EffectSetters.h"
 
 #include <OpenSG/OSGBaseFunctions.h>
@@ -25,6 +26,7 @@
 #include <vector>
 
 using namespace osg;
+using testsupport::editCP;
 
 namespace fuzz
 {
@@ -70,9 +72,7 @@ struct Stage
 
 NodePtr addChild(NodePtr parent, NodePtr child)
 {
-    beginEditCP(parent, Node::ChildrenFieldMask);
-    parent->addChild(child);
-    endEditCP(parent, Node::ChildrenFieldMask);
+    editCP(parent, Node::ChildrenFieldMask, [&] { parent->addChild(child); });
     return child;
 }
 
@@ -82,9 +82,7 @@ NodePtr placedNode(NodePtr parent, const Vec3f &at)
     Matrix m;
     m.setTranslate(at);
     TransformPtr transform = Transform::create();
-    beginEditCP(transform);
-    transform->setMatrix(m);
-    endEditCP(transform);
+    editCP(transform, [&] { transform->setMatrix(m); });
     return addChild(parent, makeNodeFor(transform));
 }
 
@@ -95,9 +93,7 @@ void addGeometry(NodePtr parent, GeometryPtr geometry, Real32 transparency, cons
     material->setDiffuse(Color3f(0.8f, 0.6f, 0.4f));
     material->setTransparency(transparency);
     endEditCP(material);
-    beginEditCP(geometry, Geometry::MaterialFieldMask);
-    geometry->setMaterial(material);
-    endEditCP(geometry, Geometry::MaterialFieldMask);
+    editCP(geometry, Geometry::MaterialFieldMask, [&] { geometry->setMaterial(material); });
     addChild(placedNode(parent, at), makeNodeFor(geometry));
 }
 
@@ -182,9 +178,7 @@ int driveViewport(const std::uint8_t *data, std::size_t size)
     viewport->setRoot(s.root);
     viewport->setSize(0, 0, 1, 1);
     endEditCP(viewport);
-    beginEditCP(s.window, Window::PortFieldMask);
-    s.window->addPort(viewport);
-    endEditCP(s.window, Window::PortFieldMask);
+    editCP(s.window, Window::PortFieldMask, [&] { s.window->addPort(viewport); });
     s.window->resize(32, 32);
 
     std::vector<LightPtr> lights;
@@ -219,9 +213,7 @@ int driveViewport(const std::uint8_t *data, std::size_t size)
             case 3:
                 if(LightPtr light = pickLight())
                 {
-                    beginEditCP(light, Light::OnFieldMask);
-                    light->setOn(!light->getOn());
-                    endEditCP(light, Light::OnFieldMask);
+                    editCP(light, Light::OnFieldMask, [&] { light->setOn(!light->getOn()); });
                     viewport->addLight(light);
                 }
                 break;
@@ -278,9 +270,7 @@ int driveViewport(const std::uint8_t *data, std::size_t size)
     s.camera->setNear(0.5f);
     s.camera->setFar(20);
     endEditCP(s.camera);
-    beginEditCP(s.window, Window::PortFieldMask);
-    s.window->subPort(viewport);
-    endEditCP(s.window, Window::PortFieldMask);
+    editCP(s.window, Window::PortFieldMask, [&] { s.window->subPort(viewport); });
     subRefCP(viewport);
     for(LightPtr light : lights)
         subRefCP(light);

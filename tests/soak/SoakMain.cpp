@@ -24,6 +24,7 @@
 #include <Lumora/LumoraInit.h>
 
 #include "../../apps/common/DemoScene.h"
+#include "support/Builders.h"
 #include "support/EffectSetters.h"
 #include "support/LiveObjects.h"
 #include "support/LogCapture.h"
@@ -46,6 +47,7 @@
 #include <vector>
 
 using namespace osg;
+using testsupport::editCP;
 
 namespace
 {
@@ -176,9 +178,7 @@ NodePtr coloured(GeometryPtr geometry, Real32 r, Real32 g, Real32 b, Real32 tran
     material->setShininess(32);
     material->setTransparency(transparency);
     endEditCP(material);
-    beginEditCP(geometry, Geometry::MaterialFieldMask);
-    geometry->setMaterial(material);
-    endEditCP(geometry, Geometry::MaterialFieldMask);
+    editCP(geometry, Geometry::MaterialFieldMask, [&] { geometry->setMaterial(material); });
     return makeNodeFor(geometry);
 }
 
@@ -256,9 +256,7 @@ void Soak::buildScene(void)
 
     _background = SolidBackground::create();
     addRefCP(_background);
-    beginEditCP(_background);
-    _background->setColor(Color3f(0.1f, 0.1f, 0.15f));
-    endEditCP(_background);
+    editCP(_background, [&] { _background->setColor(Color3f(0.1f, 0.1f, 0.15f)); });
 }
 
 void Soak::createViewport(void)
@@ -275,26 +273,20 @@ void Soak::createViewport(void)
     for(LightPtr light : _lights)
         _viewport->addLight(light);
 
-    beginEditCP(_window, Window::PortFieldMask);
-    _window->addPort(_viewport);
-    endEditCP(_window, Window::PortFieldMask);
+    editCP(_window, Window::PortFieldMask, [&] { _window->addPort(_viewport); });
     ++_viewports;
 }
 
 void Soak::dropViewport(void)
 {
-    beginEditCP(_window, Window::PortFieldMask);
-    _window->subPort(_viewport);
-    endEditCP(_window, Window::PortFieldMask);
+    editCP(_window, Window::PortFieldMask, [&] { _window->subPort(_viewport); });
     subRefCP(_viewport);
     _viewport = NullFC;
 }
 
 void Soak::dropModel(void)
 {
-    beginEditCP(_root, Node::ChildrenFieldMask);
-    _root->subChild(_model);
-    endEditCP(_root, Node::ChildrenFieldMask);
+    editCP(_root, Node::ChildrenFieldMask, [&] { _root->subChild(_model); });
     _model = NullFC;
 }
 
@@ -354,9 +346,7 @@ void Soak::step(void)
     {
         // Switched on after being added while off: registered only anew.
         LightPtr light = anyLight();
-        beginEditCP(light, Light::OnFieldMask);
-        light->setOn(!light->getOn());
-        endEditCP(light, Light::OnFieldMask);
+        editCP(light, Light::OnFieldMask, [&] { light->setOn(!light->getOn()); });
         if(light->getOn())
             _viewport->addLight(light);
     }
@@ -390,9 +380,8 @@ void Soak::step(void)
         if(_shadowed == NullFC || _shadowed == light)
         {
             const bool cast = light->getShadowIntensity() >= 1.0f;
-            beginEditCP(light, Light::ShadowIntensityFieldMask);
-            light->setShadowIntensity(cast ? value(0, 0.8f) : 1.0f);
-            endEditCP(light, Light::ShadowIntensityFieldMask);
+            editCP(light, Light::ShadowIntensityFieldMask,
+                   [&] { light->setShadowIntensity(cast ? value(0, 0.8f) : 1.0f); });
             _shadowed = cast ? light : LightPtr(NullFC);
         }
     }

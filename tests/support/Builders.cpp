@@ -22,9 +22,8 @@ namespace testsupport
 ImagePtr makeImage(UInt32 pixelFormat, int width, int height, Int32 dataType, UInt8 fill)
 {
     ImagePtr image = Image::create();
-    beginEditCP(image);
-    image->set(pixelFormat, width, height, 1, 1, 1, 0.0, NULL, dataType, true, 1);
-    endEditCP(image);
+    editCP(image,
+           [&] { image->set(pixelFormat, width, height, 1, 1, 1, 0.0, NULL, dataType, true, 1); });
     if(image->editData() != NULL)
         std::memset(image->editData(), fill, image->getSize());
     return image;
@@ -43,9 +42,8 @@ ChunkMaterialPtr makeChunkMaterial(std::initializer_list<StateChunkPtr> chunks)
 
 void setBackgroundColor(SceneSetup &setup, const Color3f &color)
 {
-    beginEditCP(setup.background, SolidBackground::ColorFieldMask);
-    setup.background->setColor(color);
-    endEditCP(setup.background, SolidBackground::ColorFieldMask);
+    editCP(setup.background, SolidBackground::ColorFieldMask,
+           [&] { setup.background->setColor(color); });
 }
 
 std::string tempPath(const std::string &name) { return testing::TempDir() + "lumora-test-" + name; }

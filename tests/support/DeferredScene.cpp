@@ -30,16 +30,12 @@ WindowAndAction::~WindowAndAction()
 
 void WindowAndAction::addPort(ViewportPtr port)
 {
-    beginEditCP(window, Window::PortFieldMask);
-    window->addPort(port);
-    endEditCP(window, Window::PortFieldMask);
+    editCP(window, Window::PortFieldMask, [&] { window->addPort(port); });
 }
 
 void WindowAndAction::subPort(ViewportPtr port)
 {
-    beginEditCP(window, Window::PortFieldMask);
-    window->subPort(port);
-    endEditCP(window, Window::PortFieldMask);
+    editCP(window, Window::PortFieldMask, [&] { window->subPort(port); });
 }
 
 void WindowTest::SetUp()

@@ -103,9 +103,7 @@ DirectionalLightPtr makeLight(const DirectionalLightParams &p)
 
 void setShadowIntensity(LightPtr light, Real32 intensity)
 {
-    beginEditCP(light, Light::ShadowIntensityFieldMask);
-    light->setShadowIntensity(intensity);
-    endEditCP(light, Light::ShadowIntensityFieldMask);
+    editCP(light, Light::ShadowIntensityFieldMask, [&] { light->setShadowIntensity(intensity); });
 }
 
 ColourRange lightAt(const PointLightParams &light, const SurfaceParams &surface,

@@ -1,4 +1,5 @@
 #include "support/SceneSetup.h"
+#include "support/Builders.h"
 
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGSimpleGeometry.h>
@@ -45,9 +46,7 @@ SceneSetup::SceneSetup(int width, int height) :
 
     window = PassiveWindow::create();
     addRefCP(window);
-    beginEditCP(window, Window::PortFieldMask);
-    window->addPort(viewport);
-    endEditCP(window, Window::PortFieldMask);
+    editCP(window, Window::PortFieldMask, [&] { window->addPort(viewport); });
     window->init();
     window->resize(width, height);
 }
@@ -83,25 +82,19 @@ NodePtr makeGroupNode() { return makeNodeFor(Group::create()); }
 NodePtr makeTransformNode(const Matrix &matrix)
 {
     TransformPtr t = Transform::create();
-    beginEditCP(t, Transform::MatrixFieldMask);
-    t->setMatrix(matrix);
-    endEditCP(t, Transform::MatrixFieldMask);
+    editCP(t, Transform::MatrixFieldMask, [&] { t->setMatrix(matrix); });
     return makeNodeFor(t);
 }
 
 void addChild(NodePtr parent, NodePtr child)
 {
-    beginEditCP(parent, Node::ChildrenFieldMask);
-    parent->addChild(child);
-    endEditCP(parent, Node::ChildrenFieldMask);
+    editCP(parent, Node::ChildrenFieldMask, [&] { parent->addChild(child); });
 }
 
 NodePtr makeRect(Real32 x0, Real32 y0, Real32 x1, Real32 y1, Real32 z, MaterialPtr mat)
 {
     GeometryPtr geo = makePlaneGeo(x1 - x0, y1 - y0, 1, 1);
-    beginEditCP(geo, Geometry::MaterialFieldMask);
-    geo->setMaterial(mat);
-    endEditCP(geo, Geometry::MaterialFieldMask);
+    editCP(geo, Geometry::MaterialFieldMask, [&] { geo->setMaterial(mat); });
 
     Matrix m;
     m.setTranslate((x0 + x1) / 2.f, (y0 + y1) / 2.f, z);

@@ -24,6 +24,19 @@ TextureImage::TextureImage(osg::TextureChunkPtr texture)
     glBindTexture(GL_TEXTURE_2D, GLuint(previous));
 }
 
+float depthTexel(osg::TextureChunkPtr texture, int x, int y)
+{
+    GLint previous = 0, width = 0, height = 0;
+    glGetIntegerv(GL_TEXTURE_BINDING_2D, &previous);
+    glBindTexture(GL_TEXTURE_2D, texture->getGLTextureName());
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH,  &width);
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
+    std::vector<float> depth(std::size_t(width) * std::size_t(height));
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_DEPTH_COMPONENT, GL_FLOAT, depth.data());
+    glBindTexture(GL_TEXTURE_2D, GLuint(previous));
+    return depth.at(std::size_t(y) * std::size_t(width) + std::size_t(x));
+}
+
 float TextureImage::maxValue() const
 {
     float result = 0.0f;

@@ -22,17 +22,8 @@ class TextureImage
     int width () const { return _width;  }
     int height() const { return _height; }
 
-    float at(int x, int y, int channel) const
-    {
-        return _texels[(std::size_t(y) * std::size_t(_width) + std::size_t(x)) * 4 +
-                       std::size_t(channel)];
-    }
-
-    float &at(int x, int y, int channel)
-    {
-        return _texels[(std::size_t(y) * std::size_t(_width) + std::size_t(x)) * 4 +
-                       std::size_t(channel)];
-    }
+    float  at(int x, int y, int channel) const { return _texels[index(x, y, channel)]; }
+    float &at(int x, int y, int channel)       { return _texels[index(x, y, channel)]; }
 
     // RGBA, row by row from the bottom.
     const std::vector<float> &texels() const { return _texels; }
@@ -51,10 +42,18 @@ class TextureImage
                    const WeightRounding &rounding = WeightRounding()) const;
 
   private:
+    std::size_t index(int x, int y, int channel) const
+    {
+        return (std::size_t(y) * std::size_t(_width) + std::size_t(x)) * 4 + std::size_t(channel);
+    }
+
     int                _width  = 0;
     int                _height = 0;
     std::vector<float> _texels;
 };
+
+// One texel of a depth texture's level 0.
+float depthTexel(osg::TextureChunkPtr texture, int x, int y);
 
 } // namespace testsupport
 

@@ -40,9 +40,8 @@ TEST_F(DeferredDirectionalLightTest, PlaneIsLitByNDotLEverywhere)
                                   Vec3f(0, -3, 0.5f), Vec3f(0.3f, 0, -1)})
     {
         SCOPED_TRACE(testing::Message() << "direction " << direction);
-        beginEditCP(light, DirectionalLight::DirectionFieldMask);
-        light->setDirection(direction);
-        endEditCP(light, DirectionalLight::DirectionFieldMask);
+        editCP(light, DirectionalLight::DirectionFieldMask,
+               [&] { light->setDirection(direction); });
         renderFrame();
         params.direction = direction;
         expectPlane(params, surface);

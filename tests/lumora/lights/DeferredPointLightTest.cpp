@@ -35,13 +35,9 @@ class DeferredPointLightTest : public DeferredSceneTest
     }
 };
 
-struct EquationCase
-{
-    const char      *name;
-    PointLightParams light;         // position in the beacon's frame
-    SurfaceParams    surface;
-    Vec3f            beaconOffset;  // none if zero
-};
+// The light's position is in the beacon's frame; a zero offset means no beacon.
+struct EquationCase { const char *name; PointLightParams light; SurfaceParams surface;
+                      Vec3f beaconOffset; };
 
 class PointLightEquationTest : public DeferredPointLightTest,
                                public testing::WithParamInterface<EquationCase> {};
@@ -158,12 +154,8 @@ TEST_F(DeferredPointLightTest, WrongLightTypeWarnsAndChangesNothing)
                                                           Color3f(0.2f, 0.4f, 0.6f), Black});
     DirectionalLightPtr sun   = makeLight(DirectionalLightParams{Vec3f(0, 0, 1),
                                                                  Color3f(0.2f, 0.4f, 0.6f)});
-    struct Case
-    {
-        const char                     *name;
-        std::unique_ptr<IDeferredLight> deferredLight;
-        LightPtr                        own, wrong;
-    };
+    struct Case { const char *name; std::unique_ptr<IDeferredLight> deferredLight;
+                  LightPtr own, wrong; };
     Case cases[] =
     {
         {"DeferredPointLight",       std::unique_ptr<IDeferredLight>(new DeferredPointLight),

@@ -51,10 +51,7 @@ const Real32 OneDegree = deg2rad(1.0f);
 
 struct ConeCase { const char *name; SpotParams light; Surface surface; };
 
-void PrintTo(const ConeCase &test, std::ostream *os)
-{
-    *os << test.name;
-}
+void PrintTo(const ConeCase &test, std::ostream *os) { *os << test.name; }
 
 class SpotLightConeTest : public DeferredSpotLightTest,
                           public testing::WithParamInterface<ConeCase> {};
@@ -182,9 +179,8 @@ TEST_F(DeferredSpotLightTest, BeaconPlacesAndTurnsTheLight)
     const Real32 angle = deg2rad(20.0f);
     const Vec3f  offset(0.4f, -0.3f, 1.6f);
     TransformPtr beaconCore = Transform::create();
-    beginEditCP(beaconCore, Transform::MatrixFieldMask);
-    beaconCore->setMatrix(testsupport::rotateXThenTranslate(angle, offset));
-    endEditCP(beaconCore, Transform::MatrixFieldMask);
+    editCP(beaconCore, Transform::MatrixFieldMask,
+           [&] { beaconCore->setMatrix(testsupport::rotateXThenTranslate(angle, offset)); });
     NodePtr beacon = makeNodeFor(beaconCore);
     editCP(light, Light::BeaconFieldMask, [&] { light->setBeacon(beacon); });
 

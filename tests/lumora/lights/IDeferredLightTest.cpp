@@ -83,9 +83,8 @@ TEST(IDeferredLightHelpers, IntersectPlanesFindsTheCommonPointOrNone)
 {
     const Pnt3f point(-2.5f, 0.75f, 4.0f), untouched(7, 8, 9);
     Vec3f n1(1, 1, 0), n2(0, 1, -1), n3(1, 0, 2);
-    n1.normalize();
-    n2.normalize();
-    n3.normalize();
+    for(Vec3f *n : {&n1, &n2, &n3})
+        n->normalize();
     struct Case { const char *name; Plane a, b, c; bool meet; Pnt3f expected; };
     const Case cases[] =
     {
@@ -129,14 +128,8 @@ TEST(IDeferredLightHelpers, FrustumCornersComeNearFirstLeftFirstTopFirst)
 
 TEST(IDeferredLightHelpers, BothFrustumBoxesAgreeWithAnIndependentBox)
 {
-    struct Case
-    {
-        Pnt3f  eye;
-        Vec3f  direction;
-        Vec3f  up;
-        Real32 fov, aspect, nearDist, farDist;
-        Pnt3f  min, max;
-    };
+    struct Case { Pnt3f eye; Vec3f direction, up; Real32 fov, aspect, nearDist, farDist;
+                  Pnt3f min, max; };
     const Real32 h = 5.0f * std::tan(Pi / 6);  // far half-height at 60 degrees
     const Case cases[] =
     {
@@ -227,11 +220,7 @@ TEST(DeferredSpotLightCone, MapsApexBaseAndRimForEveryDirection)
 // too.
 TEST(DeferredDirectionalLightSplits, BlendLogarithmicAndUniformDivisions)
 {
-    struct Case
-    {
-        Real32 nearDist, farDist;
-        Real32 rounded[4];  // to two decimals
-    };
+    struct Case { Real32 nearDist, farDist, rounded[4]; };  // rounded to two decimals
     const Case cases[] =
     {
         {1.0f,  100.0f,  {1.0f, 10.51f, 30.64f, 100.0f}},
@@ -271,10 +260,7 @@ struct SwitchCase
     bool                                         disables;  // isEnabled() follows the light
 };
 
-void PrintTo(const SwitchCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
+void PrintTo(const SwitchCase &c, std::ostream *out) { *out << c.name; }
 
 const SpotLightParams MovedSpot = {Pnt3f(1.0f, 0.5f, 2.5f), Vec3f(0, 1, -1), deg2rad(30.0f), 1.0f,
                                    Vec3f(1, 0, 0.1f), White, Black};

@@ -192,14 +192,8 @@ TEST_F(DeferredCMBPostProcessorTest, WithoutRotationTheImageIsUnchanged)
 // current frame; the blur runs along where each pixel was seen then.
 TEST_F(DeferredCMBPostProcessorTest, RotationSmearsAlongTheMotion)
 {
-    struct Case
-    {
-        const char *name;
-        double      yawBefore, pitchBefore, yawNow, pitchNow;
-        Real32      dt;
-        double      yawEarlier, pitchEarlier;
-        Real32      blurScale;
-    };
+    struct Case { const char *name; double yawBefore, pitchBefore, yawNow, pitchNow; Real32 dt;
+                  double yawEarlier, pitchEarlier; Real32 blurScale; };
     const Case cases[] =
     {
         {"turning left",           0, 0, 8, 0, 40,  0, 0, 0.5f},

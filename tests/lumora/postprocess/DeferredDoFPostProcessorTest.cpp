@@ -201,15 +201,10 @@ TEST_F(DeferredDoFPostProcessorTest, QuarterSizeCopyIsTheReducedSceneBlurred)
 
 TEST_F(DeferredDoFPostProcessorTest, GatherBlurWithTheDistanceFromFocus)
 {
-    struct Case
-    {
-        const char *name;
-        Real32      leftDepth, rightDepth;
-        Real32      cutoff;
-        int         resizeFrom;  // made for this size first, if not 0
-        // Whether each half keeps the sharp scene or differs from it.
-        bool        leftSharp, rightSharp;
-    };
+    // Made for resizeFrom first, if not 0; each half keeps the sharp scene or
+    // differs from it.
+    struct Case { const char *name; Real32 leftDepth, rightDepth, cutoff; int resizeFrom;
+                  bool leftSharp, rightSharp; };
     const Case cases[] =
     {
         {"in focus keeps the scene",          10.0f, 10.0f, 0.7f, 0,        true,  true },

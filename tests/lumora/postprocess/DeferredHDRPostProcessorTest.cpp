@@ -117,13 +117,11 @@ TEST_F(DeferredHDRPostProcessorTest, OutputStaysInTheUnitRangeWithOpaqueAlpha)
     withAlpha.addTargetTexture(GL_RGBA32F_ARB, GL_RGBA, GL_LINEAR, Image::OSG_RGBA_PF,
                                Image::OSG_FLOAT32_IMAGEDATA, 1.0f, 1);
     ChunkMaterialPtr material = hdr->getFinalPassMaterial();
-    beginEditCP(material, ChunkMaterial::ChunksFieldMask);
-    material->addChunk(image, State::AutoSlotReplace);
-    endEditCP(material, ChunkMaterial::ChunksFieldMask);
+    testsupport::editCP(material, ChunkMaterial::ChunksFieldMask,
+                        [&] { material->addChunk(image, State::AutoSlotReplace); });
     withAlpha.renderFullscreenPass(material, hdr->getRenderAction());
-    beginEditCP(material, ChunkMaterial::ChunksFieldMask);
-    material->subChunk(image, State::AutoSlotReplace);
-    endEditCP(material, ChunkMaterial::ChunksFieldMask);
+    testsupport::editCP(material, ChunkMaterial::ChunksFieldMask,
+                        [&] { material->subChunk(image, State::AutoSlotReplace); });
 
     const TextureImage full(withAlpha.getTargetTexture(0));
     for(int y = 0; y < Size; ++y)

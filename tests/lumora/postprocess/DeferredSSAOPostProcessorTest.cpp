@@ -214,13 +214,8 @@ class DeferredSSAOPostProcessorTest : public PostProcessorTest
 
 TEST_F(DeferredSSAOPostProcessorTest, OpenPlaneKeepsFactorOne)
 {
-    struct Case
-    {
-        const char *name;
-        Vec3f       normal;
-        Real32      depthAtOrigin, depthPerX, depthPerY;
-        Real32      scale, attenuation;
-    };
+    struct Case { const char *name; Vec3f normal; Real32 depthAtOrigin, depthPerX, depthPerY;
+                  Real32 scale, attenuation; };
     const Case cases[] =
     {
         {"facing the camera, defaults", Vec3f(0, 0, 1),          10.0f, 0.0f,  0.0f,  0.001f, 0.0025f},
@@ -253,15 +248,8 @@ TEST_F(DeferredSSAOPostProcessorTest, OpenPlaneKeepsFactorOne)
 
 TEST_F(DeferredSSAOPostProcessorTest, InsideCornerDarkensByTheKernelsPrediction)
 {
-    struct Case
-    {
-        const char *name;
-        Real32      slope, scale, attenuation;
-        Rectangle   initial;
-        bool        resize;
-        Rectangle   resized;
-        double      darkestAtMost;
-    };
+    struct Case { const char *name; Real32 slope, scale, attenuation; Rectangle initial;
+                  bool resize; Rectangle resized; double darkestAtMost; };
     const Case cases[] =
     {
         {"weak fall-off",                    0.2f,  0.01f,  0.0025f, {0, 0, 63, 63},  false, {}, 0.8},

@@ -98,12 +98,8 @@ class LightCameraTest : public testsupport::WindowTest
     Viewer          viewer;
 };
 
-struct SpotCase
-{
-    const char *name;
-    Vec3f       direction;
-    bool        alternativeUp;  // near +-(1, 1, 1) / sqrt(3)
-};
+// alternativeUp: the direction lies near +-(1, 1, 1) / sqrt(3).
+struct SpotCase { const char *name; Vec3f direction; bool alternativeUp; };
 
 class SpotLightCameraTest : public LightCameraTest, public testing::WithParamInterface<SpotCase> {};
 
@@ -155,12 +151,8 @@ INSTANTIATE_TEST_SUITE_P(DeferredSpotLight, SpotLightCameraTest,
                     SpotCase{"NearMinusOnes", Vec3f(-1.0f, -1.02f, -0.98f), true}),
     [](const testing::TestParamInfo<SpotCase> &info) { return std::string(info.param.name); });
 
-struct SunCase
-{
-    const char *name;
-    Vec3f       direction;  // towards the light, not unit
-    Vec3f       up;
-};
+// direction: towards the light, not unit.
+struct SunCase { const char *name; Vec3f direction, up; };
 
 class DirectionalLightCameraTest : public LightCameraTest,
                                    public testing::WithParamInterface<SunCase> {};

@@ -18,12 +18,7 @@ const Color3f Floor(0.8f, 0.8f, 0.8f);
 const Pnt3f   LightPosition(0.5f, 0.4f, 1.6f);
 const Rect    Occluder = {-0.35f, -0.3f, 0.25f, 0.3f, 0.8f};
 
-struct Turn
-{
-    const char *face;  // where the light looks to see the shadow
-    Vec3f       axis;
-    Real32      angle;
-};
+struct Turn { const char *face; Vec3f axis; Real32 angle; };  // face: where the light looks
 
 class PointShadowTest : public DeferredSceneTest, public testing::WithParamInterface<Turn> {};
 

@@ -121,16 +121,14 @@ TEST_F(ShadowMapReuseTest, FramesEqualRedrawingAfterEachChange)
             editCP(node, Node::TravMaskFieldMask, [&] { node->setTravMask(0); });
         }},
         {"occluder made transparent", Sun, [this] {
-            beginEditCP(occluderMaterial, SimpleMaterial::TransparencyFieldMask);
-            occluderMaterial->setTransparency(0.5f);
-            endEditCP(occluderMaterial, SimpleMaterial::TransparencyFieldMask);
+            editCP(occluderMaterial, SimpleMaterial::TransparencyFieldMask,
+                   [&] { occluderMaterial->setTransparency(0.5f); });
             viewport->prepareScene(root);
         }},
         {"spot moved", Spot, [this] {
             SpotLightPtr spot = SpotLightPtr::dcast(light);
-            beginEditCP(spot, SpotLight::PositionFieldMask);
-            spot->setPosition(Pnt3f(0.6f, 0.5f, 4.0f));
-            endEditCP(spot, SpotLight::PositionFieldMask);
+            editCP(spot, SpotLight::PositionFieldMask,
+                   [&] { spot->setPosition(Pnt3f(0.6f, 0.5f, 4.0f)); });
         }},
         // A beacon outside the root: only the light cameras see the move.
         {"camera moved under the sun", Sun, [this] {

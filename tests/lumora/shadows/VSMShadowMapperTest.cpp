@@ -6,6 +6,7 @@
 #include <OpenSG/OSGPassiveWindow.h>
 #include <OpenSG/OSGPerspectiveCamera.h>
 
+#include "support/Builders.h"
 #include "support/GLTest.h"
 #include "support/SceneSetup.h"
 #include "support/TextureImage.h"
@@ -109,11 +110,7 @@ TEST_F(VSMShadowMapperTest, MomentsAreNormalisedLinearDepthAndItsSquare)
     ScriptedLight light(1);
     renderShadowmaps(light);
 
-    struct Region
-    {
-        Real32 x;        // in the light's [-1, 1] view
-        Real32 r, g, b;  // expected moments
-    };
+    struct Region { Real32 x, r, g, b; };  // x in the light's [-1, 1] view; rgb the moments
     const Region regions[] =
     {
         {-0.75f, 0.0f, 0.0f,  0.0f},
@@ -215,9 +212,7 @@ TEST_F(VSMShadowMapperTest, RootReturnsToItsParentAndIndex)
     EXPECT_EQ(mapper.getShadowRoot()->getNChildren(), 0u);
     EXPECT_EQ(root.getRefCount(), held);
 
-    beginEditCP(parent, Node::ChildrenFieldMask);
-    parent->subChild(root);
-    endEditCP(parent, Node::ChildrenFieldMask);
+    testsupport::editCP(parent, Node::ChildrenFieldMask, [&] { parent->subChild(root); });
     subRefCP(parent);
 }
 

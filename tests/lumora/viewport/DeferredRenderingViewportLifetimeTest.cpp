@@ -152,9 +152,8 @@ TEST_F(DeferredViewportLifetimeTest, RegisteredLightsAreHeldUntilRemovedOrTheVie
     // The application lets go of a light it removed from its graph; the
     // viewport still reads it every frame.
     LightPtr point = scene.lights[0];
-    beginEditCP(scene.root, Node::ChildrenFieldMask);
-    scene.root->subChild(point->getParents()[0]);
-    endEditCP(scene.root, Node::ChildrenFieldMask);
+    editCP(scene.root, Node::ChildrenFieldMask,
+           [&] { scene.root->subChild(point->getParents()[0]); });
     EXPECT_EQ(point.getRefCount(), 1);
     window->render(action);
     EXPECT_EQ(point->getType(), PointLight::getClassType());

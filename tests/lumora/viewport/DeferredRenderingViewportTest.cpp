@@ -6,7 +6,6 @@
 #include <OpenSG/OSGBlendChunk.h>
 
 #include <cmath>
-#include <vector>
 
 using namespace osg;
 using namespace testsupport;
@@ -42,21 +41,9 @@ class DeferredViewportTest : public DeferredSceneTest
         return options;
     }
 
-
     TextureImage gbuffer(int index)
     {
         return TextureImage(viewport->getGBufferTarget().getTargetTexture(UInt8(index)));
-    }
-
-    float gbufferDepth(int x, int y)
-    {
-        TextureChunkPtr texture = viewport->getGBufferTarget().getTargetTexture(4);
-        std::vector<float> depth(Size * Size);
-        glBindTexture(GL_TEXTURE_2D, texture->getGLTextureName());
-        glPixelStorei(GL_PACK_ALIGNMENT, 4);
-        glGetTexImage(GL_TEXTURE_2D, 0, GL_DEPTH_COMPONENT, GL_FLOAT, depth.data());
-        glBindTexture(GL_TEXTURE_2D, 0);
-        return depth[y * Size + x];
     }
 };
 
@@ -180,8 +167,9 @@ TEST_F(DeferredViewportTest, GBufferHoldsEncodedSurfaceAndBackground)
             EXPECT_NEAR(image.at(1, 1, channel), corner[channel], tol)
                 << "background, texture " << index << " channel " << channel;
     }
-    EXPECT_NEAR(gbufferDepth(32, 32), windowDepth(5.0f, 1.0f, 10.0f), 1e-4f);
-    EXPECT_FLOAT_EQ(gbufferDepth(1, 1), 1.0f);
+    TextureChunkPtr depth = viewport->getGBufferTarget().getTargetTexture(4);
+    EXPECT_NEAR(depthTexel(depth, 32, 32), windowDepth(5.0f, 1.0f, 10.0f), 1e-4f);
+    EXPECT_FLOAT_EQ(depthTexel(depth, 1, 1), 1.0f);
 }
 
 TEST_F(DeferredViewportTest, TransparentGeometryIsDrawnForwardOverTheLitImage)

@@ -182,9 +182,6 @@ TEST_F(DeferredLightRegistryTest, LightsOffWhenAddedOrOfUnsupportedTypeStayUnreg
     subRefCP(off);
 }
 
-// --- misuse and bad values: a clear warning, and nothing that was already
-// registered or drawn is lost ------------------------------------------------
-
 // Null containers, an unknown light and a viewport beyond the texture limit
 // (one warning for two frames) leave the next sane frame as before.
 TEST_F(DeferredLightRegistryTest, MisuseWarnsAndKeepsTheRegistryAndScene)
@@ -233,15 +230,8 @@ TEST_F(DeferredLightRegistryTest, NonFiniteLightFieldsLeaveNoTraceOnceFixed)
     const Real32 nan = std::numeric_limits<Real32>::quiet_NaN();
     const Real32 inf = std::numeric_limits<Real32>::infinity();
 
-    struct Case
-    {
-        const char *name;
-        Kind        kind;
-        bool        shadows;
-        std::function<void(LightPtr, Real32)> set;
-        Real32      bad;
-        Real32      fixed;
-    };
+    struct Case { const char *name; Kind kind; bool shadows;
+                  std::function<void(LightPtr, Real32)> set; Real32 bad, fixed; };
     const Case cases[] = {
         {"point position", Kind::Point, false,
          [](LightPtr l, Real32 v) { PointLightPtr::dcast(l)->setPosition(Pnt3f(0, v, 2)); }, nan, 0.5f},
@@ -320,14 +310,10 @@ TEST_F(DeferredLightRegistryTest, ShaderThatFailsToCompileSpoilsOnlyItsOwnObject
     blend->setSrcFactor(GL_SRC_ALPHA);
     blend->setDestFactor(GL_ONE_MINUS_SRC_ALPHA);
     endEditCP(blend);
-    ChunkMaterialPtr glass = ChunkMaterial::create();
-    beginEditCP(glass);
-    glass->addChunk(broken);
-    glass->addChunk(blend);
-    endEditCP(glass);
 
     // A small pane in front, away from the pixel read below.
-    scene->addToRoot(makeRect(1.25f, 1.25f, 1.75f, 1.75f, 1.0f, glass));
+    scene->addToRoot(makeRect(1.25f, 1.25f, 1.75f, 1.75f, 1.0f,
+                              makeChunkMaterial({broken, blend})));
 
     expectGLErrors();
     renderFrame();

@@ -62,12 +62,8 @@ TEST_F(PostProcessChainTest, EveryGetterHasItsDefaultOnANewViewport)
 
 TEST_F(PostProcessChainTest, SettingsReachTheirEffectsWhetherOnOrOff)
 {
-    struct Setting
-    {
-        void   (DeferredRenderingViewport::*set)(Real32);
-        Real32 (DeferredRenderingViewport::*get)(void) const;
-        Real32 value;
-    };
+    struct Setting { void (DeferredRenderingViewport::*set)(Real32);
+                     Real32 (DeferredRenderingViewport::*get)(void) const; Real32 value; };
     const Setting settings[] =
     {
         {&DeferredRenderingViewport::setHDRExposure,            &DeferredRenderingViewport::getHDRExposure,            2.0f},

@@ -11,12 +11,9 @@ using namespace testsupport;
 namespace
 {
 
-struct Placement
-{
-    const char *name;
-    int         windowWidth, windowHeight;
-    Real32      left, bottom, right, top;  // fractions of the window
-};
+// left to top are fractions of the window.
+struct Placement { const char *name; int windowWidth, windowHeight;
+                   Real32 left, bottom, right, top; };
 
 class ViewportRectangleTest : public DeferredSceneTest,
                               public testing::WithParamInterface<Placement> {};

@@ -16,6 +16,7 @@
 #include <OpenSG/OSGTransform.h>
 
 
+#include "support/Builders.h"
 #include "support/LogCapture.h"
 
 #include <gtest/gtest.h>
@@ -126,9 +127,7 @@ TEST(FieldContainer, CreateCopiesThePrototypesFieldValues)
 {
     ProbeContainerPtr proto =
         ProbeContainerPtr::dcast(ProbeContainer::getClassType().getPrototype());
-    beginEditCP(proto, ProbeContainer::ValueFieldMask);
-    proto->setValue(3.5f);
-    endEditCP(proto, ProbeContainer::ValueFieldMask);
+    testsupport::editCP(proto, ProbeContainer::ValueFieldMask, [&] { proto->setValue(3.5f); });
 
     ProbeContainerPtr fc = ProbeContainer::create();
     EXPECT_FLOAT_EQ(fc->getValue(), 3.5f);
@@ -196,9 +195,7 @@ TEST(FieldContainer, EndEditReportsTheEditedMask)
     ProbeContainerPtr fc = ProbeContainer::create();
     addRefCP(fc);
 
-    beginEditCP(fc, ProbeContainer::CountFieldMask);
-    fc->getCount().push_back(4);
-    endEditCP(fc, ProbeContainer::CountFieldMask);
+    testsupport::editCP(fc, ProbeContainer::CountFieldMask, [&] { fc->getCount().push_back(4); });
     {
         CPEdit(fc, ProbeContainer::ValueFieldMask);
         fc->setValue(1.0f);

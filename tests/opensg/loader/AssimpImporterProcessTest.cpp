@@ -125,12 +125,8 @@ TEST_F(AssimpImporter, MissingProgramWarnsWhereItLookedAndLoadsInProcess)
     EXPECT_TRUE(log.contains("imported in this process")) << log.text();
 }
 
-struct Outcome
-{
-    const char *name;
-    const char *script;
-    const char *warning;   // expected in the log, or NULL for a loaded scene
-};
+// warning: expected in the log, or NULL for a loaded scene.
+struct Outcome { const char *name; const char *script; const char *warning; };
 
 class ImporterOutcome : public AssimpImporter,
                         public ::testing::WithParamInterface<Outcome> {};

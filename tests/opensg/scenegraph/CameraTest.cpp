@@ -4,6 +4,7 @@
 #include <OpenSG/OSGTransform.h>
 #include <OpenSG/OSGViewport.h>
 
+#include "support/Builders.h"
 #include "support/GLTest.h"
 #include "support/LogCapture.h"
 #include "support/MatrixRows.h"
@@ -30,9 +31,7 @@ NodePtr beaconAt(const Vec3f &eye, Real32 angle = 0)
     Matrix m;
     m.setTransform(eye, Quaternion(Vec3f(0, 1, 0), angle));
     TransformPtr t = Transform::create();
-    beginEditCP(t);
-    t->setMatrix(m);
-    endEditCP(t);
+    testsupport::editCP(t, [&] { t->setMatrix(m); });
     return makeNodeFor(t);
 }
 
@@ -53,15 +52,8 @@ PerspectiveCameraPtr perspective(Real32 fov, UInt32 mode, Real32 aspect, Real32 
 
 TEST(PerspectiveCamera, ProjectionMatchesTheGlFrustumOfTheFovMode)
 {
-    struct Case
-    {
-        Real32 fov;
-        UInt32 mode;
-        UInt32 width, height;
-        Real32 aspect;
-        // half extents at the near plane, from the definition
-        Real64 x, y;
-    };
+    // x, y: half extents at the near plane, from the definition.
+    struct Case { Real32 fov; UInt32 mode, width, height; Real32 aspect; Real64 x, y; };
     const Real64 n = .5, f = 50;
     const Real64 tv = std::tan(Pi / 6);          // half of 60 degrees
     const Case cases[] =

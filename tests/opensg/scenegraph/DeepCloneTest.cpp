@@ -30,9 +30,8 @@ struct Tree
     Tree()
     {
         material = SimpleMaterial::create();
-        beginEditCP(material, SimpleMaterial::DiffuseFieldMask);
-        material->setDiffuse(Color3f(1, 0, 0));
-        endEditCP(material, SimpleMaterial::DiffuseFieldMask);
+        editCP(material, SimpleMaterial::DiffuseFieldMask,
+               [&] { material->setDiffuse(Color3f(1, 0, 0)); });
 
         geometry = makeBoxGeo(1, 1, 1, 1, 1, 1);
         editCP(geometry, Geometry::MaterialFieldMask, [&] { geometry->setMaterial(material); });

@@ -192,16 +192,14 @@ TEST(Node, VolumesAreInTheParentsSpaceAndWorldVolumeAppliesTheRest)
     expectBounds(world, Pnt3f(0, 1, 2), Pnt3f(2, 3, 4));
 
     // Property edits reach the node volumes through the geometry.
-    beginEditCP(pos, GeoPositions3f::GeoPropDataFieldMask);
-    pos->setValue(Pnt3f(1.5f, .5f, .5f), 1);
-    endEditCP(pos, GeoPositions3f::GeoPropDataFieldMask);
+    testsupport::editCP(pos, GeoPositions3f::GeoPropDataFieldMask,
+                        [&] { pos->setValue(Pnt3f(1.5f, .5f, .5f), 1); });
     expectBounds(root->getVolume(true), Pnt3f(0, 1, 2), Pnt3f(4, 3, 4));
 
     // So do matrix edits.
     TransformPtr midCore = TransformPtr::dcast(mid->getCore());
-    beginEditCP(midCore, Transform::MatrixFieldMask);
-    midCore->setMatrix(Matrix::identity());
-    endEditCP(midCore, Transform::MatrixFieldMask);
+    testsupport::editCP(midCore, Transform::MatrixFieldMask,
+                        [&] { midCore->setMatrix(Matrix::identity()); });
     expectBounds(root->getVolume(true), Pnt3f(.5f, 1.5f, 2.5f), Pnt3f(2.5f, 2.5f, 3.5f));
 
     subRefCP(root);

@@ -4,6 +4,7 @@
 #include <OpenSG/OSGSimpleAttachments.h>
 #include <OpenSG/OSGTransform.h>
 
+#include "support/Builders.h"
 #include "support/LogCapture.h"
 
 #include "support/SceneSetup.h"
@@ -87,15 +88,8 @@ struct Recorder
 
 TEST(Traverse, EnterAndLeaveFollowDepthFirstOrderAndResults)
 {
-    struct Case
-    {
-        const char                            *what;
-        std::map<std::string, Action::ResultE> enter;
-        std::map<std::string, Action::ResultE> leave;
-        std::vector<std::string>               entered;
-        std::vector<std::string>               left;
-        Action::ResultE                        result;
-    };
+    struct Case { const char *what; std::map<std::string, Action::ResultE> enter, leave;
+                  std::vector<std::string> entered, left; Action::ResultE result; };
     const Case cases[] =
     {
         { "all continue", {}, {},
@@ -189,9 +183,7 @@ TEST(Action, NodeWithoutCoreAbortsWithAWarning)
     Tree    tree;
     NodePtr coreless = Node::create();
     setName(coreless, "coreless");
-    beginEditCP(tree.b, Node::ChildrenFieldMask);
-    tree.b->insertChild(0, coreless);
-    endEditCP(tree.b, Node::ChildrenFieldMask);
+    testsupport::editCP(tree.b, Node::ChildrenFieldMask, [&] { tree.b->insertChild(0, coreless); });
 
     testsupport::LogCapture log(LOG_WARNING);
     GroupVisits visits;

@@ -1,5 +1,6 @@
 #include <OpenSG/OSGLightChunk.h>
 
+#include "support/Builders.h"
 #include "support/GLTest.h"
 
 using namespace osg;
@@ -16,9 +17,7 @@ TEST_F(LightChunkGL, ActivateSetsAndEnablesTheSlotsGLLight)
 
     LightChunkPtr chunk = LightChunk::create();
     LightChunkRefPtr hold(chunk);
-    beginEditCP(chunk);
-    chunk->setDiffuse(Color4f(0.25f, 0.5f, 0.75f, 1.f));
-    endEditCP(chunk);
+    testsupport::editCP(chunk, [&] { chunk->setDiffuse(Color4f(0.25f, 0.5f, 0.75f, 1.f)); });
 
     chunk->activate(NULL, 3);
     EXPECT_TRUE(glIsEnabled(GL_LIGHT3));

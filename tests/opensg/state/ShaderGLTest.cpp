@@ -106,9 +106,8 @@ TEST_F(SHLChunkGL, BuildErrorsLogTheDriverMessageAndDrawNothing)
     {
         SCOPED_TRACE(c.message);
         const std::size_t logged = log().text().size();
-        beginEditCP(shl, ShaderChunk::FragmentProgramFieldMask);
-        shl->setFragmentProgram(c.fragment);
-        endEditCP(shl, ShaderChunk::FragmentProgramFieldMask);
+        testsupport::editCP(shl, ShaderChunk::FragmentProgramFieldMask,
+                            [&] { shl->setFragmentProgram(c.fragment); });
 
         StateRefPtr state(stateWith(shl));
         EXPECT_EQ(drawQuad(state), (testsupport::RGBA8{ 255, 0, 0, 255 }));
@@ -181,9 +180,8 @@ TEST_F(SHLChunkGL, ParametersKeepTheirFirstLocationAndWarnWhenUnknown)
     // and not at all with the warning switched off.
     log();
     testsupport::LogCapture own(LOG_WARNING);
-    beginEditCP(shl, ShaderParameterChunk::ParametersFieldMask);
-    shl->setUniformParameter("fOwnMissing", 2.f);
-    endEditCP(shl, ShaderParameterChunk::ParametersFieldMask);
+    testsupport::editCP(shl, ShaderParameterChunk::ParametersFieldMask,
+                        [&] { shl->setUniformParameter("fOwnMissing", 2.f); });
     StateRefPtr plain(stateWith(shl));
     plain->activate(NULL);
     plain->deactivate(NULL);
@@ -206,13 +204,9 @@ TEST_F(SHLChunkGL, ParametersKeepTheirFirstLocationAndWarnWhenUnknown)
 // shader's own value and though the state holds the parameters first.
 TEST_F(SHLChunkGL, MaterialsSharingAProgramEachGetTheirOwnValues)
 {
-    struct Step
-    {
-        int    chunk;      // whose state is activated
-        Real32 edit;       // a new value for that chunk first; < 0: none
-        bool   rebuild;    // the program text is edited first
-        Real32 expected;
-    };
+    // chunk: whose state is activated; edit: a new value for that chunk first
+    // (< 0: none); rebuild: the program text is edited first.
+    struct Step { int chunk; Real32 edit; bool rebuild; Real32 expected; };
     struct Case { const char *name; std::vector<Step> steps; };
     const Case cases[] =
     {
@@ -259,9 +253,8 @@ TEST_F(SHLChunkGL, MaterialsSharingAProgramEachGetTheirOwnValues)
             if(step.rebuild)
             {
                 text += "// edited\n";
-                beginEditCP(shl, ShaderChunk::FragmentProgramFieldMask);
-                shl->setFragmentProgram(text);
-                endEditCP(shl, ShaderChunk::FragmentProgramFieldMask);
+                testsupport::editCP(shl, ShaderChunk::FragmentProgramFieldMask,
+                                    [&] { shl->setFragmentProgram(text); });
             }
             states[step.chunk]->activate(NULL);
             GLfloat level = -1.f;

@@ -186,12 +186,9 @@ TEST_F(StateTest, ActivateAndDeactivatePassTheSlotAndSkipIgnoredChunks)
 
 TEST_F(StateTest, ChangeFromPerSlotTreatsIgnoredChunksAsAbsent)
 {
-    struct Case
-    {
-        const char *name;
-        bool        oldHas, oldIgnored, newHas, newIgnored;
-        const char *expected;   // call on slot 0, or "" for none
-    };
+    // expected: the call on slot 0, or "" for none.
+    struct Case { const char *name; bool oldHas, oldIgnored, newHas, newIgnored;
+                  const char *expected; };
     const Case cases[] =
     {
         { "both present",     true,  false, true,  false, "new changeFrom 0" },

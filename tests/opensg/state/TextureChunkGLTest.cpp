@@ -2,6 +2,7 @@
 #include <OpenSG/OSGImage.h>
 #include <OpenSG/OSGState.h>
 
+#include "support/Builders.h"
 #include "support/GLTest.h"
 
 #include <gtest/gtest.h>
@@ -95,9 +96,7 @@ TEST_F(TextureChunkGL, EditedImageIsUploadedAgain)
     tex->validate();
     EXPECT_EQ(texels(GL_LUMINANCE, 4), std::vector<UInt8>(first, first + 4));
 
-    beginEditCP(image, Image::PixelFieldMask);
-    image->editData()[3] = 99;
-    endEditCP(image, Image::PixelFieldMask);
+    testsupport::editCP(image, Image::PixelFieldMask, [&] { image->editData()[3] = 99; });
     tex->validate();
     EXPECT_EQ(texels(GL_LUMINANCE, 4), (std::vector<UInt8>{ 10, 20, 30, 99 }));
 }

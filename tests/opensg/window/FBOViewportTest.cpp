@@ -12,8 +12,6 @@
 
 #include <malloc.h>
 
-#include <vector>
-
 using namespace osg;
 using testsupport::addChild;
 using testsupport::makeImage;
@@ -49,21 +47,6 @@ TextureChunkPtr makeDepthTarget(int size)
     return makeTarget(size, GL_DEPTH_COMPONENT24, GL_DEPTH_COMPONENT, Image::OSG_FLOAT32_IMAGEDATA);
 }
 
-// One texel of a depth texture's level 0.
-float depthAt(TextureChunkPtr tex, int x, int y)
-{
-    glActiveTexture(GL_TEXTURE0);
-    glBindTexture(GL_TEXTURE_2D, tex->getGLTextureName());
-    GLint width = 0, height = 0;
-    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH,  &width);
-    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
-    std::vector<float> data(size_t(width) * size_t(height));
-    glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glGetTexImage(GL_TEXTURE_2D, 0, GL_DEPTH_COMPONENT, GL_FLOAT, data.data());
-    glBindTexture(GL_TEXTURE_2D, 0);
-    return data.at(size_t(y) * size_t(width) + size_t(x));
-}
-
 // An FBOViewport of the given pixel size on the setup's window, rendering
 // the setup's camera and background.
 FBOViewportPtr makeFBOViewport(SceneSetup &setup, int width, int height, NodePtr root)
@@ -84,9 +67,8 @@ FBOViewportPtr makeFBOViewport(SceneSetup &setup, int width, int height, NodePtr
 void addTexture(FBOViewportPtr fbo, TextureChunkPtr tex)
 {
     addRefCP(tex);
-    beginEditCP(fbo, FBOViewport::TexturesFieldMask);
-    fbo->getTextures().push_back(tex);
-    endEditCP(fbo, FBOViewport::TexturesFieldMask);
+    testsupport::editCP(fbo, FBOViewport::TexturesFieldMask,
+                        [&] { fbo->getTextures().push_back(tex); });
 }
 
 void releaseTextures(FBOViewportPtr fbo)
@@ -131,9 +113,7 @@ TEST_F(FBOViewportTest, ShaderFillsFourColourTexturesAndTheDepthTexture)
     fragment += "}\n";
 
     SceneSetup setup(64, 64);
-    beginEditCP(setup.background);
-    setup.background->setAlpha(0.f);
-    endEditCP(setup.background);
+    testsupport::editCP(setup.background, [&] { setup.background->setAlpha(0.f); });
     NodePtr scene = testsupport::makeGroupNode();
     addRefCP(scene);
     // Left half only, at z = 0: depth 0.5 there, the cleared 1 elsewhere.
@@ -172,8 +152,8 @@ TEST_F(FBOViewportTest, ShaderFillsFourColourTexturesAndTheDepthTexture)
         }
     }
     // 24-bit depth.
-    EXPECT_NEAR(depthAt(depth, 4,  16), 0.5f, 1e-5);
-    EXPECT_NEAR(depthAt(depth, 28, 16), 1.0f, 1e-5);
+    EXPECT_NEAR(testsupport::depthTexel(depth, 4,  16), 0.5f, 1e-5);
+    EXPECT_NEAR(testsupport::depthTexel(depth, 28, 16), 1.0f, 1e-5);
 
     releaseTextures(fbo);
     subRefCP(scene);

@@ -30,13 +30,8 @@ RGBA8 rgbAt(ImagePtr image, Int32 x, Int32 y)
     return RGBA8{p[0], p[1], p[2], 255};
 }
 
-struct GrabCase
-{
-    const char *name;
-    bool        autoResize;
-    Int32       width, height;         // the image before the grab
-    Int32       grabbedW, grabbedH;    // its size after
-};
+// width and height: the image before the grab; grabbedW and grabbedH: after.
+struct GrabCase { const char *name; bool autoResize; Int32 width, height, grabbedW, grabbedH; };
 
 // The viewport is 32 x 32 pixels at (16, 8) of a 64 x 64 window: red below
 // its middle, green above; the window outside it is blue.
@@ -49,9 +44,7 @@ const GrabCase s_grabCases[] = {
 TEST_F(ForegroundTest, GrabForegroundReadsTheViewportBottomRowFirst)
 {
     SceneSetup setup(64, 64);
-    beginEditCP(setup.viewport);
-    setup.viewport->setSize(16.f, 8.f, 47.f, 39.f);
-    endEditCP(setup.viewport);
+    testsupport::editCP(setup.viewport, [&] { setup.viewport->setSize(16.f, 8.f, 47.f, 39.f); });
     testsupport::setBackgroundColor(setup, Color3f(1.f, 0.f, 0.f));
     testsupport::addChild(setup.root, testsupport::makeRect(
         -1.f, 0.f, 1.f, 1.f, 0.f, testsupport::makeUnlitMaterial(Color3f(0.f, 1.f, 0.f))));
@@ -110,9 +103,8 @@ TEST_F(ForegroundTest, ImageForegroundDrawsImagesAtPixelAndFractionPositions)
     fg->addImage(image, Pnt2f(10.f, 20.f));     // pixels
     fg->addImage(image, Pnt2f(0.5f, 0.25f));    // fractions: (32, 16)
     endEditCP(fg);
-    beginEditCP(setup.viewport, Viewport::ForegroundsFieldMask);
-    setup.viewport->addForeground(fg);
-    endEditCP(setup.viewport, Viewport::ForegroundsFieldMask);
+    testsupport::editCP(setup.viewport, Viewport::ForegroundsFieldMask,
+                        [&] { setup.viewport->addForeground(fg); });
     setup.render();
 
     const int origins[2][2] = {{10, 20}, {32, 16}};

@@ -30,17 +30,11 @@ const Real32  s_globalAmbient = 0.2f;
 
 enum LightKind { Directional, Point, Spot };
 
-struct LightCase
-{
-    const char *name;
-    LightKind   kind;
-    Vec3f       vector;         // direction (towards the light) or position
-    Real32      beaconAngle;    // rotation of the beacon about X, degrees
-    Vec3f       spotDirection;
-    Real32      spotCutOffDeg;
-    Vec3f       attenuation;    // constant, linear, quadratic
-    int         px, py;         // probed pixel
-};
+// vector: the direction towards the light, or its position; beaconAngle: the
+// beacon's rotation about X in degrees; attenuation: constant, linear and
+// quadratic; (px, py): the probed pixel.
+struct LightCase { const char *name; LightKind kind; Vec3f vector; Real32 beaconAngle;
+                   Vec3f spotDirection; Real32 spotCutOffDeg; Vec3f attenuation; int px, py; };
 
 const LightCase s_cases[] = {
     { "directional head-on",         Directional, Vec3f(0, 0, 1),   0.f, Vec3f(), 0.f,  Vec3f(1, 0, 0),   128, 128 },
@@ -118,9 +112,8 @@ LightPtr makeLight(const LightCase &c, NodePtr beacon)
     else if(c.kind == Point)
     {
         PointLightPtr l = PointLight::create();
-        beginEditCP(l);
-        l->setPosition(Pnt3f(c.vector[0], c.vector[1], c.vector[2]));
-        endEditCP(l);
+        testsupport::editCP(l,
+                            [&] { l->setPosition(Pnt3f(c.vector[0], c.vector[1], c.vector[2])); });
         light = l;
     }
     else

@@ -20,12 +20,8 @@ void expectNear(const Pnt3f &got, const Pnt3f &expected, const char *what)
         EXPECT_NEAR(got[i], expected[i], 1e-5f) << what << " [" << i << "]";
 }
 
-struct FlyCase
-{
-    Navigator::Key key;
-    Real32         along;   // motion factors along the view direction
-    Real32         aside;   // motion factors along view x up (to the right)
-};
+// Motion factors along the view direction and along view x up (to the right).
+struct FlyCase { Navigator::Key key; Real32 along, aside; };
 
 TEST(NavigatorFly, KeysMoveFromAndAtByTheMotionFactor)
 {

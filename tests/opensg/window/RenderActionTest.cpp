@@ -101,13 +101,8 @@ TEST_F(RenderActionTest, TransparentPassLeavesDepthUnwrittenUnlessZWriteTrans)
     }
 }
 
-struct CullCase
-{
-    const char *name;
-    GLenum      cullFace;
-    bool        turned;         // quad rotated to show its back
-    bool        visible;
-};
+// turned: the quad is rotated to show its back.
+struct CullCase { const char *name; GLenum cullFace; bool turned, visible; };
 
 const CullCase s_cullCases[] = {
     { "no culling, front",  GL_NONE,  false, true  },
@@ -163,9 +158,8 @@ TEST_F(RenderActionTest, TraversalMaskHidesASubtree)
         addChild(subtree, makeFullQuad(0.f, makeUnlitMaterial(color)));
         editCP(subtree, Node::TravMaskFieldMask, [&] { subtree->setTravMask(c.nodeMask); });
         addChild(setup.root, subtree);
-        beginEditCP(setup.viewport, Viewport::TravMaskFieldMask);
-        setup.viewport->setTravMask(c.viewportMask);
-        endEditCP(setup.viewport, Viewport::TravMaskFieldMask);
+        editCP(setup.viewport, Viewport::TravMaskFieldMask,
+               [&] { setup.viewport->setTravMask(c.viewportMask); });
 
         setup.render();
 
@@ -213,14 +207,7 @@ TEST_F(RenderActionTest, OverrideMaterialReplacesEveryGeometrysMaterial)
     subRefCP(blue);
 }
 
-struct CounterCase
-{
-    const char *name;
-    bool        stateSorting;
-    bool        culling;
-    UInt32      drawn;
-    UInt32      stateChanges;
-};
+struct CounterCase { const char *name; bool stateSorting, culling; UInt32 drawn, stateChanges; };
 
 // Six spheres alternating between two materials plus one outside the view.
 const CounterCase s_counterCases[] = {

@@ -1,3 +1,4 @@
+#include "support/Builders.h"
 #include "support/GLTest.h"
 #include "support/PixelProbe.h"
 #include "support/SceneSetup.h"
@@ -83,13 +84,9 @@ Real32 angleBetween(Vec3f a, Vec3f b)
     return std::acos(std::max(-1.f, std::min(1.f, a.dot(b))));
 }
 
-struct RotateCase
-{
-    const char *name;
-    Int16       x1, y1;       // drag from the window centre (125, 125)
-    Real32      ballOffset;   // drag length in normalised window units
-    Vec3f       axis;         // the camera turns about this world axis
-};
+// A drag from the window centre (125, 125) to (x1, y1), ballOffset long in
+// normalised window units, turns the camera about the world axis.
+struct RotateCase { const char *name; Int16 x1, y1; Real32 ballOffset; Vec3f axis; };
 
 // On a square 250-pixel window a move of 50 pixels is 0.4 normalised units;
 // the trackball of radius 0.8 then turns by asin(0.4 / 0.8) = 30 degrees.
@@ -193,11 +190,7 @@ TEST(SimpleSceneManagerNavigation, RightDragAndWheelMoveAlongTheViewOnly)
 // key leave the camera where it is.
 TEST(SimpleSceneManagerNavigation, TrackballKeysAreOpenSG18s)
 {
-    struct KeyCase
-    {
-        char   key;
-        Real32 closer;  // in motion factors
-    };
+    struct KeyCase { char key; Real32 closer; };  // closer in motion factors
     const KeyCase cases[] = {
         {'y', 1.f}, {'h', -1.f}, {'j', 0.f}, {'g', 0.f}, {'u', 0.f}, {'t', 0.f}, {'w', 0.f},
     };
@@ -278,9 +271,7 @@ TEST_F(SimpleSceneManagerRender, HeadlightLightsTheSceneFromTheCamera)
     endEditCP(material);
     NodePtr     box  = makeBox(2.f, 2.f, 2.f, 1, 1, 1);
     GeometryPtr core = GeometryPtr::dcast(box->getCore());
-    beginEditCP(core, Geometry::MaterialFieldMask);
-    core->setMaterial(material);
-    endEditCP(core, Geometry::MaterialFieldMask);
+    testsupport::editCP(core, Geometry::MaterialFieldMask, [&] { core->setMaterial(material); });
     {
         SimpleSceneManager manager;
         manager.setWindow(window);

@@ -1,3 +1,4 @@
+#include "support/Builders.h"
 #include "support/GLTest.h"
 #include "support/PixelProbe.h"
 #include "support/SceneSetup.h"
@@ -87,9 +88,7 @@ TEST_F(SolidBackgroundTest, ClearsExactlyTheSelectedBuffers)
 TEST_F(SolidBackgroundTest, ClearsDepthEvenIfTheLastDrawLeftDepthWritesOff)
 {
     SceneSetup setup(64, 64);
-    beginEditCP(setup.background);
-    setup.background->setDepth(0.3f);
-    endEditCP(setup.background);
+    testsupport::editCP(setup.background, [&] { setup.background->setDepth(0.3f); });
 
     glDepthMask(GL_FALSE);
     setup.render();

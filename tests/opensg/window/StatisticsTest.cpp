@@ -1,3 +1,4 @@
+#include "support/Builders.h"
 #include "support/GLTest.h"
 #include "support/PixelProbe.h"
 #include "support/SceneSetup.h"
@@ -22,13 +23,7 @@ namespace
 
 using StatisticsTest = testsupport::GLTest;
 
-struct FormatCase
-{
-    StatElemDesc<StatTimeElem> *desc;
-    const char                 *value;
-    const char                 *format;
-    const char                 *expected;
-};
+struct FormatCase { StatElemDesc<StatTimeElem> *desc; const char *value, *format, *expected; };
 
 StatElemDesc<StatTimeElem> s_testTime("statisticsTestTime", "a time for the format test");
 
@@ -72,9 +67,8 @@ TEST_F(StatisticsTest, TextIsDrawnWhereTheLayoutPutsItAndNowhereElse)
     fg->setShadowColor(Color4f(0.f, 0.f, 0.f, 0.f));
     fg->addText("-");
     endEditCP(fg);
-    beginEditCP(setup.viewport, Viewport::ForegroundsFieldMask);
-    setup.viewport->addForeground(fg);
-    endEditCP(setup.viewport, Viewport::ForegroundsFieldMask);
+    testsupport::editCP(setup.viewport, Viewport::ForegroundsFieldMask,
+                        [&] { setup.viewport->addForeground(fg); });
     setup.render();
 
     int lit = 0;

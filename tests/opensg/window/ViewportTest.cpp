@@ -15,12 +15,8 @@ namespace
 
 using ViewportTest = testsupport::GLTest;
 
-struct RectCase
-{
-    Real32 left, right, bottom, top;
-    Int32  pixLeft, pixRight, pixBottom, pixTop;
-    bool   full;
-};
+struct RectCase { Real32 left, right, bottom, top; Int32 pixLeft, pixRight, pixBottom, pixTop;
+                  bool full; };
 
 // Window 200 x 100. Values above 1 are pixels (truncated, inclusive right
 // and top); others are fractions: left/bottom size*v, right/top size*v - 1.
@@ -41,9 +37,8 @@ TEST_F(ViewportTest, PixelRectangleFollowsTheFractionOrPixelRule)
     {
         SCOPED_TRACE(testing::Message() << c.left << " " << c.right << " "
                                         << c.bottom << " " << c.top);
-        beginEditCP(setup.viewport);
-        setup.viewport->setSize(c.left, c.bottom, c.right, c.top);
-        endEditCP(setup.viewport);
+        testsupport::editCP(setup.viewport,
+                            [&] { setup.viewport->setSize(c.left, c.bottom, c.right, c.top); });
 
         EXPECT_EQ(setup.viewport->getPixelLeft(),   c.pixLeft);
         EXPECT_EQ(setup.viewport->getPixelRight(),  c.pixRight);
@@ -69,9 +64,7 @@ TEST_F(ViewportTest, FractionWithoutParentWarnsAndGivesZero)
 TEST_F(ViewportTest, TwoViewportsEachClearOnlyTheirRectangle)
 {
     SceneSetup setup(64, 64);
-    beginEditCP(setup.viewport);
-    setup.viewport->setSize(0.f, 0.f, 0.5f, 1.f);
-    endEditCP(setup.viewport);
+    testsupport::editCP(setup.viewport, [&] { setup.viewport->setSize(0.f, 0.f, 0.5f, 1.f); });
     testsupport::setBackgroundColor(setup, Color3f(1.f, 0.f, 0.f));
 
     SolidBackgroundPtr green = SolidBackground::create();
@@ -83,9 +76,7 @@ TEST_F(ViewportTest, TwoViewportsEachClearOnlyTheirRectangle)
     right->setBackground(green);
     right->setRoot(setup.root);
     endEditCP(right);
-    beginEditCP(setup.window, Window::PortFieldMask);
-    setup.window->addPort(right);
-    endEditCP(setup.window, Window::PortFieldMask);
+    testsupport::editCP(setup.window, Window::PortFieldMask, [&] { setup.window->addPort(right); });
 
     EXPECT_EQ(right->getParent(), WindowPtr(setup.window));
 
@@ -98,9 +89,7 @@ TEST_F(ViewportTest, TwoViewportsEachClearOnlyTheirRectangle)
     EXPECT_EQ(readPixelRGBA8(32, 10), green8);
     EXPECT_EQ(readPixelRGBA8(63, 50), green8);
 
-    beginEditCP(setup.window, Window::PortFieldMask);
-    setup.window->subPort(right);
-    endEditCP(setup.window, Window::PortFieldMask);
+    testsupport::editCP(setup.window, Window::PortFieldMask, [&] { setup.window->subPort(right); });
     EXPECT_EQ(right->getParent(), WindowPtr());
     subRefCP(right);
     subRefCP(green);
@@ -111,9 +100,7 @@ TEST_F(ViewportTest, RenderWithoutCameraWarnsAndDrawsNothing)
 {
     SceneSetup setup(64, 64);
     testsupport::setBackgroundColor(setup, Color3f(1.f, 1.f, 1.f));
-    beginEditCP(setup.viewport);
-    setup.viewport->setCamera(NullFC);
-    endEditCP(setup.viewport);
+    testsupport::editCP(setup.viewport, [&] { setup.viewport->setCamera(NullFC); });
 
     glClearColor(0.f, 0.f, 0.f, 1.f);
     glClear(GL_COLOR_BUFFER_BIT);

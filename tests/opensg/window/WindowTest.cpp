@@ -33,12 +33,8 @@ TEST_F(WindowTest, GLObjectFunctorSeesEachLifecycleStepOnce)
     addRefCP(win);
     win->init();
 
-    struct Step
-    {
-        const char             *name;
-        int                     action;     // 0 validate, 1 refresh, 2 reinit, 3 destroy + frameExit
-        std::vector<Window::GLObjectStatusE> expected;
-    };
+    // action: 0 validate, 1 refresh, 2 reinit, 3 destroy + frameExit.
+    struct Step { const char *name; int action; std::vector<Window::GLObjectStatusE> expected; };
     const Step steps[] = {
         { "first validate",        0, { Window::initialize } },
         { "validate again",        0, { } },
