@@ -80,8 +80,8 @@ build/tests/differential_render compare "$work/frames-runtime" "$work/frames-ope
 
 for dump in simple_geometry behaviour; do
     step "$dump dump"
-    "build/tests/${dump}_dump" > "$work/$dump-runtime.txt"
-    "$work/${dump}_dump" > "$work/$dump-opensg18.txt"
+    "build/tests/${dump}_dump" > "$work/$dump-runtime.txt" 2> "$work/$dump-runtime.log"
+    "$work/${dump}_dump" > "$work/$dump-opensg18.txt" 2> "$work/$dump-opensg18.log"
     if diff -q "$work/$dump-runtime.txt" "$work/$dump-opensg18.txt" > /dev/null; then
         echo "identical ($(wc -l < "$work/$dump-runtime.txt") lines)"
     else

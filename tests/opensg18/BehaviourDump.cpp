@@ -38,6 +38,8 @@
 #include <OpenSG/OSGDynamicVolume.h>
 #include <OpenSG/OSGVolumeFunctions.h>
 #include <OpenSG/OSGLine.h>
+#include <OpenSG/OSGPlane.h>
+#include <OpenSG/OSGColor.h>
 
 OSG_USING_NAMESPACE
 
@@ -293,6 +295,44 @@ void volumes(void)
     }
 }
 
+// Packing, plane moves and clipping, morphs and image conversions.
+void conversions(void)
+{
+    Color4f packed;
+    packed.setRGBA(0x40ff8000);
+    pv("rgba unpacked packed", packed[0], packed[2], packed[3], Color3f(0.1f, 0.2f, 0.3f).getRGB());
+    Plane plane(Vec3f(1, 2, 2), Pnt3f(1, 1, 1));
+    Matrix m;
+    m.setTransform(Vec3f(1, 2, 3), Quaternion(Vec3f(0, 1, 1), 0.5f));
+    plane.transform(m);
+    Pnt3f square[] = { Pnt3f(-1, -1, 0), Pnt3f(1, -1, 0), Pnt3f(1, 1, 0), Pnt3f(-1, 1, 0) }, out[8];
+    const int n = Plane(Vec3f(1, 1, 0), 0.2f).clip(square, out, 4);
+    pv("plane clip", plane.getNormal()[0], plane.getDistanceFromOrigin(), n, out[0][0], out[0][1], out[n - 1][1]);
+    DynamicVolume dv;
+    dv.extendBy(Pnt3f(0, 0, 0));
+    dv.extendBy(Pnt3f(2, 2, 2));
+    dv.morphToType(DynamicVolume::SPHERE_VOLUME);
+    Pnt3f mn, mx;
+    dv.getBounds(mn, mx);
+    pv("morph", mn[0], mx[0], BoxVolume(0, 0, 0, 1, 1, 1).intersect(Pnt3f(1, 1, 1)));
+    UInt8 data[36];
+    for(int i = 0; i < 36; ++i)
+        data[i] = UInt8(i * 7);
+    const UInt32 formats[] = { Image::OSG_L_PF, Image::OSG_LA_PF, Image::OSG_RGBA_PF };
+    for(UInt32 format : formats)
+    {
+        ImagePtr image = Image::create(), to = Image::create();
+        image->set(Image::OSG_RGB_PF, 4, 3, 1, 1, 1, 0, data);
+        image->reformat(Image::PixelFormat(format), to);
+        to->scale(5, 2);
+        to->createMipmap();
+        unsigned sum = 0;
+        for(UInt32 i = 0; i < to->getSize(); ++i)
+            sum = sum * 31 + to->getData()[i];
+        pv("image", format, to->getSize(), to->getMipMapCount(), sum);
+    }
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -307,6 +347,7 @@ int main(int argc, char **argv)
     matrices();
     defaults();
     volumes();
+    conversions();
     osgExit();
     return 0;
 }
