@@ -553,6 +553,11 @@ bool Image::reformat(const PixelFormat pixelFormat, ImagePtr destination)
         SWARNING << "Image::reformat: compressed images are not reformatted" << std::endl;
         return false;
     }
+    if(!withComponentType(getDataType(), [](auto *) {}))
+    {
+        SWARNING << "Image::reformat: unsupported data type " << getDataType() << std::endl;
+        return false;
+    }
     if(getSize() == 0 || pixelFormat == 0 ||
        (destination == NullFC && UInt32(pixelFormat) == getPixelFormat()))
         return false;
@@ -573,17 +578,12 @@ bool Image::reformat(const PixelFormat pixelFormat, ImagePtr destination)
               getFrameCount(), getFrameDelay(), NULL, getDataType(), true, getSideCount());
     const size_t pixels = getSize() / getBpp();
     const UInt32 from   = formatComponents(getPixelFormat());
-    const bool converted = withComponentType(getDataType(), [&](auto *type)
+    withComponentType(getDataType(), [&](auto *type)
     {
         reformatPixels<std::remove_pointer_t<decltype(type)>>(getData(), dest->editData(),
                                                               pixels, from, channels);
     });
     endEditCP(dest);
-    if(!converted)
-    {
-        SWARNING << "Image::reformat: unsupported data type " << getDataType() << std::endl;
-        return false;
-    }
     if(destination == NullFC)
         set(dest);
     return true;
@@ -654,6 +654,11 @@ bool Image::createMipmap(Int32 level, ImagePtr destination)
         SWARNING << "Image::createMipmap: compressed images get no mip-maps here" << std::endl;
         return false;
     }
+    if(!withComponentType(getDataType(), [](auto *) {}))
+    {
+        SWARNING << "Image::createMipmap: unsupported data type " << getDataType() << std::endl;
+        return false;
+    }
     if(level < 0)
     {
         // Down to one texel, as 1.8 counts.
@@ -673,13 +678,12 @@ bool Image::createMipmap(Int32 level, ImagePtr destination)
     beginEditCP(dest);
     dest->set(getPixelFormat(), getWidth(), getHeight(), getDepth(), level, getFrameCount(),
               getFrameDelay(), NULL, getDataType(), true, getSideCount());
-    bool halved = true;
     for(Int32 f = 0; f < getFrameCount(); ++f)
         for(Int32 s = 0; s < getSideCount(); ++s)
         {
             std::memcpy(dest->editData(0, f, s), getData(0, f, s), getLevelSize(0));
             for(Int32 m = 1; m < level; ++m)
-                halved = withComponentType(getDataType(), [&](auto *type)
+                withComponentType(getDataType(), [&](auto *type)
                 {
                     using T = std::remove_pointer_t<decltype(type)>;
                     halveLevel(reinterpret_cast<const T *>(dest->getData(m - 1, f, s)),
@@ -690,11 +694,6 @@ bool Image::createMipmap(Int32 level, ImagePtr destination)
                 });
         }
     endEditCP(dest);
-    if(!halved)
-    {
-        SWARNING << "Image::createMipmap: unsupported data type " << getDataType() << std::endl;
-        return false;
-    }
     if(destination == NullFC)
         set(dest);
     return true;
